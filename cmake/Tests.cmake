@@ -1,0 +1,31 @@
+# deskbook_tests(<name> [LINK <targets...>] [NEEDS <targets...>] [LABELS <labels...>] [TIMEOUT <seconds>])
+#
+# One GoogleTest program from every .cpp of the folder, each of its tests known to ctest.
+# NEEDS names what must be built before the tests run although they do not link it.
+# Tests find their files through TEST_DATA_DIR, SOURCE_DIR and BIN_DIR.
+function(deskbook_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LINK;NEEDS;LABELS")
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 60)
+  endif()
+
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${arg_LINK} deskbook::framework_testing GTest::gtest_main
+    deskbook::warnings)
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_compile_definitions(${name} PRIVATE
+    TEST_DATA_DIR="${CMAKE_SOURCE_DIR}/tests/data"
+    SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+    BIN_DIR="${CMAKE_BINARY_DIR}/bin")
+  foreach(target IN LISTS arg_NEEDS)
+    if(TARGET ${target})
+      add_dependencies(${name} ${target})
+    endif()
+  endforeach()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${name};${arg_LABELS}")
+endfunction()
