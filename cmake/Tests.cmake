@@ -1,10 +1,11 @@
-# deskbook_tests(<name> [LINK <targets...>] [NEEDS <targets...>] [LABELS <labels...>] [TIMEOUT <seconds>])
+# deskbook_tests(<name> [LINK <targets...>] [NEEDS <targets...>] [TIMEOUT <seconds>])
 #
-# One GoogleTest program from every .cpp of the folder, each of its tests known to ctest.
+# One GoogleTest program from every .cpp of the folder, each of its tests known to ctest
+# as <name>/<Suite>.<Test> and all of them by the label <name>.
 # NEEDS names what must be built before the tests run although they do not link it.
 # Tests find their files through TEST_DATA_DIR, SOURCE_DIR and BIN_DIR.
 function(deskbook_tests name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LINK;NEEDS;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LINK;NEEDS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
@@ -26,6 +27,6 @@ function(deskbook_tests name)
       add_dependencies(${name} ${target})
     endif()
   endforeach()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${name};${arg_LABELS}")
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX ${name}/
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${name})
 endfunction()
