@@ -1,0 +1,32 @@
+// A menu over the current screen. A choice arrives as the chosen command; neither a choice nor
+// Back closes the menu: who opened it dismisses it.
+// [phonelet-thread]
+
+#pragma once
+
+#include <framework/display/CommandRow.h>
+#include <framework/display/Displayable.h>
+
+namespace DisplayAPI {
+
+class FRAMEWORK_API ContextMenu final : public Displayable {
+public:
+    // `kind` is kept for the telephone's look; 1.
+    explicit ContextMenu(int kind);
+    ~ContextMenu() override;
+
+    // Appends a choice; a command may be in several menus. Not owned.
+    void addCommand(MenuCommand* command);
+    void clearCommands();
+    // Takes it off the display and shows what is below. Nothing when it is not shown.
+    void dismiss();
+
+    bool isPopup() const override { return true; }
+    void paint(FrameScreen& screen, int rows) const override;
+    bool keyPressed(const Key& key) override;
+
+private:
+    CommandRow m_commands;
+};
+
+} // namespace DisplayAPI

@@ -1,0 +1,54 @@
+// A base screen of fields. Up and Down move between them, Left and Right move the cursor or step
+// a selection. OK arrives as an OK command from a field that reports it, the Save key as SAVE.
+// Fields are not owned; destroying one takes it off the form.
+// [phonelet-thread]
+
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <vector>
+
+#include <framework/display/Displayable.h>
+
+namespace DisplayAPI {
+
+class Field;
+class Item;
+class ItemStateListener;
+class SelectionField;
+
+class FRAMEWORK_API Form final : public Displayable {
+public:
+    explicit Form(int kind);
+    ~Form() override;
+
+    void append(Field* field);
+    void clear();
+    // The field with the form's options stands below the others. null takes it away.
+    void setOptions(SelectionField* options);
+
+    // The field that has the focus; null on an empty form. Selecting one that is not on the
+    // form does nothing.
+    Item* getSelectedItem() const;
+    void setSelectedItem(Item* item);
+
+    void setItemStateListener(ItemStateListener* listener);
+    ItemStateListener* getItemStateListener() const { return m_pItemStateListener; }
+
+    void paint(FrameScreen& screen, int rows) const override;
+    bool keyPressed(const Key& key) override;
+    void timePassed(std::chrono::milliseconds now);
+
+private:
+    struct Entry {
+        Field* field;
+        std::weak_ptr<const void> alive;
+    };
+    std::vector<Entry> m_fields;
+    Entry m_options{};
+    Item* m_pSelected = nullptr;
+    ItemStateListener* m_pItemStateListener = nullptr;
+};
+
+} // namespace DisplayAPI

@@ -1,0 +1,63 @@
+// The dialler: the number that is about to be dialled, and the digits the user types.
+//
+// Every digit typed or deleted is one item event with the dialler as the item. In edit mode typing
+// goes on in the text that was set; otherwise the first digit starts a new text. Neither Back nor a
+// command closes it.
+// [phonelet-thread]
+
+#pragma once
+
+#include <string>
+
+#include <framework/display/CommandRow.h>
+#include <framework/display/Displayable.h>
+#include <framework/display/Item.h>
+
+namespace DisplayAPI {
+
+class ItemStateListener;
+
+class FRAMEWORK_API PopupDialer final : public Displayable, public Item {
+public:
+    // Kept for the telephone's look; 1 and 3.
+    PopupDialer(int kind, int lines);
+    ~PopupDialer() override;
+
+    void addCommand(MenuCommand* command);
+    void clearCommands();
+    // Whether the telephone's own line text stands in the header.
+    void showStimulusText(bool show);
+    void setLine1Prefix(const std::string& prefix);
+    void setLine1(TranslationInfo text);
+    void setLine2(const std::string& text);
+
+    // The digits in the line edit; "" when nothing was typed since it was shown.
+    std::string getLineEditText() const;
+    // Puts `text` into the line edit, silently.
+    void setText(const std::string& text);
+    void setEditMode(bool edit);
+    // Long texts are cut instead of scrolled.
+    void setNoScroll();
+    void dismiss();
+
+    void setItemStateListener(ItemStateListener* listener);
+
+    bool isPopup() const override { return true; }
+    void paint(FrameScreen& screen, int rows) const override;
+    bool keyPressed(const Key& key) override;
+    // For the display: it was made current and was not shown before.
+    void opened();
+
+private:
+    CommandRow m_commands;
+    bool m_stimulusText = false;
+    std::string m_prefix;
+    TranslationInfo m_line1;
+    std::string m_line2;
+    std::string m_edit;
+    bool m_editMode = false;
+    bool m_scrolls = true;
+    ItemStateListener* m_pItemStateListener = nullptr;
+};
+
+} // namespace DisplayAPI
