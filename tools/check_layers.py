@@ -13,16 +13,17 @@ MAY_SEE = {  # what <...> may name; "..." must lie inside the folder itself
     "phone": r"(?!Phonebook|LDAPState|testing/).+",
 }
 
-# Folders that "..." is looked up in besides the including file's own.
-ROOTS = {"framework": ["framework/src"], "phone": ["phone", "cmake/include"]}
+# Where "..." is looked up besides the including file's own folder.
+ROOTS = {"framework": ["framework/src"], "phone": ["phone"]}
 
 bad = []
 for folder, allowed in MAY_SEE.items():
-    root = pathlib.Path(folder)
+    root = pathlib.Path(folder).resolve()
     for path in (p for p in root.rglob("*") if p.suffix in (".h", ".cpp")):
-        looked_up = [path.parent, *map(pathlib.Path, ROOTS.get(folder, []))]
+        looked_up = [path.parent, *(pathlib.Path(at).resolve() for at in ROOTS.get(folder, []))]
         for how, name in re.findall(r'^\s*#\s*include\s*(["<])([^">]+)', path.read_text(), re.M):
-            own = any((at / name).exists() and ".." not in name for at in looked_up)
+            named = (at / name for at in looked_up if (at / name).exists())
+            own = any(file.resolve().is_relative_to(root) for file in named)
             if not (own if how == '"' else re.fullmatch(allowed, name)):
-                bad.append(f"{path} includes {name}")
+                bad.append(f"{path.relative_to(pathlib.Path.cwd())} includes {name}")
 sys.exit("\n".join(bad) or 0)
