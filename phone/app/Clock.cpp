@@ -1,0 +1,24 @@
+#include "app/Clock.h"
+
+using std::chrono::milliseconds;
+using std::chrono::system_clock;
+
+namespace {
+// Monday, 2 January 2023, 09:00 UTC: where a manual clock's days begin.
+constexpr std::chrono::seconds MANUAL_START{1672650000};
+} // namespace
+
+milliseconds SystemClock::now() const
+{
+    return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
+}
+
+system_clock::time_point SystemClock::wallClock() const
+{
+    return system_clock::now();
+}
+
+system_clock::time_point ManualClock::wallClock() const
+{
+    return system_clock::time_point(MANUAL_START) + now();
+}
