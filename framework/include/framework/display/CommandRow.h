@@ -12,6 +12,7 @@ namespace DisplayAPI {
 
 class MenuCommand;
 struct FrameScreen;
+struct Key;
 
 class FRAMEWORK_API CommandRow {
 public:
@@ -22,12 +23,17 @@ public:
     std::vector<MenuCommand*> commands() const;
     // The command under the cursor, or null.
     MenuCommand* selected() const;
+    // -1 when there are none.
     int selectedIndex() const;
     void select(int index);
     // By one, wrapping around.
     void step(int direction);
 
     void paint(FrameScreen& screen, int rows) const;
+
+    // The command that `key` chooses: OK the one under the cursor, pointing at a row that one.
+    // Null when it chooses none; Up and Down move the cursor.
+    MenuCommand* keyPressed(const Key& key);
 
 private:
     struct Entry {
@@ -36,6 +42,7 @@ private:
     };
     std::vector<Entry> m_entries;
     int m_selected = 0;
+    mutable int m_top = 0; // the first row that was visible when it was painted last
 };
 
 } // namespace DisplayAPI

@@ -54,8 +54,8 @@ public:
     // [phonelet-thread]
     bool isCurrentForKeyEvents(const Displayable* displayable) const;
 
-    // The system window: some lines of text below the screen, 0 for none. A size below 0 is 0.
-    // Lines outside the window are ignored.
+    // The system window: some lines of text below the screen, 0 for none. A size below 0 is 0, one
+    // above 24 is 24. Lines outside the window are ignored.
     // [phonelet-thread]
     void setSystemWindowSize(int lines);
     void setSystemWindowLine(int line, const std::string& text);
@@ -63,7 +63,8 @@ public:
     // --- For the telephone ---
 
     // A key for this phonelet. What follows from it stands in the EventQueue afterwards.
-    // Returns false when it means nothing here.
+    // Returns false when it means nothing here. With a soft-key bar the commands of a question or
+    // the dialler are its soft keys, and OK chooses the first of them.
     // [phonelet-thread]
     bool keyPressed(const Key& key);
 
@@ -84,7 +85,7 @@ public:
     // [phonelet-thread]
     void eventDone();
 
-    // The telephone's language or variant changed: paints again.
+    // The telephone's language changed: paints again.
     // [phonelet-thread]
     void repaint();
 
@@ -94,9 +95,12 @@ public:
 
     // --- For the widgets ---
 
+    // Takes it off, and reports the end of a notification if `reportEnd`. Nothing when not shown.
     // [phonelet-thread]
     void remove(Displayable& displayable, bool reportEnd);
+    // Whether it is the base screen, what the base screen shows, or one of the popups.
     bool shows(const Displayable& displayable) const;
+    // Publishes at once, inside an event.
     void changed();
 
 private:

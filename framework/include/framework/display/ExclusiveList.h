@@ -26,12 +26,14 @@ public:
     void setSelectedIndex(int index);
     void setWaitAnimation(bool on);
 
+    FrameRole role() const override;
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
 
 private:
     std::vector<std::unique_ptr<ListItem>> m_rows;
     int m_selected = -1;
+    mutable int m_top = 0;
     bool m_waiting = false;
 };
 

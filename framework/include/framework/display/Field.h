@@ -9,7 +9,7 @@
 
 namespace DisplayAPI {
 
-class Form;
+class Command;
 struct FrameField;
 struct Key;
 
@@ -21,7 +21,10 @@ public:
     explicit Field(TranslationInfo label);
     ~Field() override;
 
-    void setLabel(TranslationInfo label) { m_label = std::move(label); }
+    void setLabel(TranslationInfo label);
+
+    // What OK reports instead of the telephone's OK command; null for that one.
+    virtual Command* getOkCommand() const { return nullptr; }
 
     // For the form.
     virtual void paint(FrameField& field) const = 0;

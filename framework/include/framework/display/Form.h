@@ -17,6 +17,7 @@ class Field;
 class Item;
 class ItemStateListener;
 class SelectionField;
+enum class FieldReaction;
 
 class FRAMEWORK_API Form final : public Displayable {
 public:
@@ -34,20 +35,29 @@ public:
     void setSelectedItem(Item* item);
 
     void setItemStateListener(ItemStateListener* listener);
-    ItemStateListener* getItemStateListener() const { return m_pItemStateListener; }
+    ItemStateListener* getItemStateListener() const;
 
+    FrameRole role() const override;
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
-    void timePassed(std::chrono::milliseconds now);
+    void timePassed(std::chrono::milliseconds now) override;
 
 private:
     struct Entry {
-        Field* field;
+        Field* field = nullptr;
         std::weak_ptr<const void> alive;
     };
+
+    std::vector<Field*> fields() const; // those alive, the options last
+    Field* selected() const;
+    void select(int index);
+    void commit();
+    void reported(Field& field, FieldReaction reaction);
+
     std::vector<Entry> m_fields;
-    Entry m_options{};
+    Entry m_options;
     Item* m_pSelected = nullptr;
+    mutable int m_top = 0;
     ItemStateListener* m_pItemStateListener = nullptr;
 };
 

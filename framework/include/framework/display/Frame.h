@@ -27,6 +27,7 @@ struct FrameRow {
 struct FrameField {
     enum class Kind { Text, Number, Selection };
     Kind kind = Kind::Text;
+    int position = 0; // on the whole form, from 0
     int icon = 0; // FieldIcon
     std::string label;
     std::string value;  // of a selection: its chosen command's text
@@ -61,8 +62,8 @@ struct FrameScreen {
     std::string title;
     std::string text;
     std::vector<FrameRow> rows; // of a list, a menu, or a popup's commands: the visible ones
-    int rowCount = 0;           // how many there are in all
-    std::vector<FrameField> fields;
+    int rowCount = 0;           // how many rows or fields there are in all
+    std::vector<FrameField> fields; // of a form: the visible ones
     FrameDialler dialler;
     bool searchOpen = false;
     std::string search;  // the search field's committed text

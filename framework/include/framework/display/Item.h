@@ -11,6 +11,9 @@ class FRAMEWORK_API Item : public virtual Tracked {
 public:
     Item() = default;
     virtual ~Item();
+
+    // For the event queue: its listener is about to be told of it.
+    virtual void reporting() {}
 };
 
 } // namespace DisplayAPI

@@ -16,9 +16,9 @@ public:
     ListItem& operator=(const ListItem&) = delete;
 
     // What is shown: translated now.
-    std::string getText() const { return m_text.translated(); }
+    std::string getText() const;
     int getKind() const { return m_kind; }
-    int getIcon() const { return m_icon; }
+    int getIcon() const;
 
     // Changes the row in place; the list paints it at its next frame.
     void set(int icon, const std::string& text);

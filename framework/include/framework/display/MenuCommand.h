@@ -21,7 +21,7 @@ public:
 
     // A picture shown beside the label: the path of an image file, or "" for none.
     const std::string& getImagePath() const { return m_imagePath; }
-    void setImagePath(std::string path) { m_imagePath = std::move(path); }
+    void setImagePath(std::string path);
 
 private:
     int m_icon = 0;

@@ -26,9 +26,11 @@ public:
     // Takes it off the display and shows what is below. Nothing when it is not shown.
     void dismiss();
 
+    FrameRole role() const override;
     bool isPopup() const override { return true; }
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
+    void opened() override;
 
 private:
     TranslationInfo m_text;

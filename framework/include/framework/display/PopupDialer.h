@@ -33,7 +33,7 @@ public:
 
     // The digits in the line edit; "" when nothing was typed since it was shown.
     std::string getLineEditText() const;
-    // Puts `text` into the line edit, silently.
+    // Puts `text` into the line edit, silently. Making the dialler current empties it: set it after.
     void setText(const std::string& text);
     void setEditMode(bool edit);
     // Long texts are cut instead of scrolled.
@@ -42,11 +42,12 @@ public:
 
     void setItemStateListener(ItemStateListener* listener);
 
+    FrameRole role() const override;
     bool isPopup() const override { return true; }
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
-    // For the display: it was made current and was not shown before.
-    void opened();
+    // Nothing was typed yet, and edit mode is off.
+    void opened() override;
 
 private:
     CommandRow m_commands;
@@ -56,6 +57,7 @@ private:
     std::string m_line2;
     std::string m_edit;
     bool m_editMode = false;
+    bool m_startsNewText = false;
     bool m_scrolls = true;
     ItemStateListener* m_pItemStateListener = nullptr;
 };

@@ -28,7 +28,8 @@ public:
     void setTimeout(unsigned ms);
     void dismiss();
 
-    std::chrono::milliseconds timeout() const { return m_timeout; }
+    std::chrono::milliseconds timeout() const;
+    FrameRole role() const override;
     bool isPopup() const override { return true; }
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;

@@ -18,6 +18,7 @@ public:
     void setType(int type);
     void dismiss();
 
+    FrameRole role() const override;
     bool isPopup() const override { return true; }
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;

@@ -72,10 +72,16 @@ public:
     void setItemStateListener(ItemStateListener* listener);
 
     // For the display and the event queue.
+    FrameRole role() const override;
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
-    void timePassed(std::chrono::milliseconds now);
-    void returnedTo();
+    void timePassed(std::chrono::milliseconds now) override;
+    void returnedTo() override;
+    void tabBarLeft() override;
+    void reporting() override;
+
+    // For the tab screen: its bar gets the focus, and the search field closes.
+    void closeSearchPopup();
 
 private:
     class Impl;

@@ -18,7 +18,8 @@ public:
     explicit SelectionField(TranslationInfo label);
     ~SelectionField() override;
 
-    // Commands are not owned. The first one is selected while none is.
+    // Commands are not owned. While none is selected, or the selected one was destroyed, the first
+    // one is.
     void append(MenuCommand* command);
     // Takes all choices away and selects `chosen`, which need not be among those added later.
     void clear(MenuCommand* chosen);
@@ -30,7 +31,7 @@ public:
     void setSelectedIndex(int index);
 
     void setNotifyOnOk(bool notify);
-    bool notifiesOnOk() const { return m_notifyOnOk; }
+    bool notifiesOnOk() const;
 
     void paint(FrameField& field) const override;
     FieldReaction keyPressed(const Key& key) override;

@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include <memory>
+#include <string>
 #include <vector>
 
 #include <framework/display/Displayable.h>
@@ -43,15 +45,25 @@ public:
     // For the display.
     std::vector<std::string> titles() const;
     void enterTabBar();
+    Displayable* innermost() override;
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
+    void timePassed(std::chrono::milliseconds now) override;
 
 private:
     struct Tab {
         TranslationInfo title;
-        Displayable* displayable;
+        Displayable* displayable = nullptr;
         std::weak_ptr<const void> alive;
+
+        void show(Displayable* content);
+        Displayable* content() const;
     };
+
+    bool exists(int index) const;
+    bool barKeyPressed(const Key& key);
+    void tabPointedAt(int index);
+
     std::vector<Tab> m_tabs;
     int m_current = -1;
     bool m_barFocused = false;

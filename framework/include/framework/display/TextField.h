@@ -1,5 +1,8 @@
 // A line of text or a number on a form. Every edit is one item event; OK is reported to the form's
 // command listener unless the field was told not to.
+//
+// In a text, digit keys enter letters by repeated presses. A number takes digits, `*`, `#` and `+`
+// (the telephone gives `+` as typed text when 0 is held down); other characters are not entered.
 // [phonelet-thread]
 
 #pragma once
@@ -32,7 +35,7 @@ public:
     void setReadOnly(bool readOnly);
     // What OK on this field reports instead of the telephone's OK command; null for that one.
     void setOkCommand(Command* command);
-    Command* getOkCommand() const;
+    Command* getOkCommand() const override;
     void setNotifyOnOk(bool notify);
 
     void paint(FrameField& field) const override;

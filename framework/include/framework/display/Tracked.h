@@ -18,7 +18,11 @@ public:
     std::weak_ptr<const void> watch() const;
 
 protected:
-    ~Tracked() = default;
+    ~Tracked();
+
+    // Whoever watches is told now. A destructor calls it first, so that no other thread still
+    // reaches members that are about to go.
+    void expire();
 
 private:
     mutable std::shared_ptr<const char> m_life; // made when first watched: most objects never are

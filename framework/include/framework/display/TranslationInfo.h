@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <framework/Export.h>
@@ -30,9 +31,8 @@ public:
 
 private:
     std::string m_key;
-    std::string m_parameter;
+    std::shared_ptr<const std::string> m_parameter; // shared: lists keep many texts, few have one
     const TranslatorIfc* m_pTranslator = nullptr;
-    bool m_hasParameter = false;
 };
 
 } // namespace DisplayAPI

@@ -17,7 +17,6 @@ class CommandListener;
 class Displayable;
 class Item;
 class ItemStateListener;
-class SearchList;
 
 class FRAMEWORK_API EventQueue {
 public:
@@ -25,6 +24,10 @@ public:
     // [any-thread]
     static void post(Command* command, Displayable* displayable, CommandListener* listener);
     static void post(Item* item, ItemStateListener* listener);
+
+    // For widgets: a key that waits for the events before it, dropped with its screen.
+    // [any-thread]
+    static void post(Displayable* displayable, std::function<void()> action);
 
     // Delivers what is queued, and what that raises, until nothing is left. `around` is called with
     // the event's name and a function that delivers it: the telephone catches exceptions and
@@ -41,7 +44,7 @@ public:
     static bool isDelivering(const Item* item);
     static bool isQueued(const Item* item);
 
-    // Forgets everything, or everything for one listener that goes away.
+    // Forgets everything, or everything for one listener. A listener that is destroyed does so itself.
     // [any-thread]
     static void discardAll();
     static void discard(const CommandListener* listener);

@@ -21,7 +21,7 @@ struct Key {
         Clear,    // deletes one character
         ClearAll, // the clear key held down
         SoftKey,  // `index` counts from 0, left to right
-        Row,      // a row was pointed at; `index` is FrameRow::position
+        Row,      // a row or field was pointed at; `index` is its position
         Tab,      // a tab was pointed at; `index` counts from 0
     };
 

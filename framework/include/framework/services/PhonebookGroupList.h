@@ -12,7 +12,7 @@
 
 class FRAMEWORK_API PhonebookGroupList {
 public:
-    // An empty list has no slots: nothing can be added to it.
+    // All slots are spare.
     explicit PhonebookGroupList(int slots = 20);
     ~PhonebookGroupList();
 
