@@ -1,0 +1,53 @@
+#include "app/KeyGate.h"
+
+using DisplayAPI::FrameRole;
+using Kind = PhoneKey::Kind;
+
+namespace {
+
+bool belongsToTheTelephone(const PhoneKey& key)
+{
+    return key.kind == Kind::Hook || key.kind == Kind::HangUp || key.kind == Kind::Home;
+}
+
+} // namespace
+
+KeyGate::KeyGate(EventThread& events, const FrameStore& frames, Actions actions)
+    : m_events(events)
+    , m_frames(frames)
+    , m_actions(std::move(actions))
+{
+}
+
+KeyGate::Verdict KeyGate::press(const PhoneKey& key)
+{
+    if (!belongsToTheTelephone(key))
+        return judge(key);
+    if (key.kind == Kind::Home)
+        ++m_timesHome;
+    m_events.postFirst("key", [this, key] { m_actions.route(key); });
+    return Verdict::Passed;
+}
+
+KeyGate::Verdict KeyGate::judge(const PhoneKey& key)
+{
+    const auto frame = m_frames.newest();
+    const auto& top = frame->top();
+    if (top.role == FrameRole::Progress)
+        return Verdict::Busy;
+    // The tab key closes a notification too, but acts all the same: it leaves the screen.
+    if (top.role == FrameRole::Notification && key.kind != Kind::Phonebook) {
+        m_events.post("close notification", [this, id = top.id] { m_actions.closeNotification(id); });
+        return Verdict::Consumed;
+    }
+    queue(key);
+    return Verdict::Passed;
+}
+
+void KeyGate::queue(const PhoneKey& key)
+{
+    m_events.post("key", [this, key, timesHome = m_timesHome.load()] {
+        if (timesHome == m_timesHome)
+            m_actions.route(key);
+    });
+}

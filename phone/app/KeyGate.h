@@ -1,0 +1,46 @@
+// Where keys enter the telephone, from any thread.
+//
+// A key is judged when it arrives, by the popup on the frame made last, even while the event
+// thread is busy: under a progress popup it is dropped, under a notification it closes that
+// notification and does nothing else. Only a key that passes is queued. So a key that was pressed
+// at one screen never acts on the next.
+//
+// What belongs to the telephone itself (hook, hang up, home) is never judged and goes before
+// everything that is queued; keys that were queued before Home are forgotten with it.
+
+#pragma once
+
+#include <atomic>
+#include <functional>
+
+#include "app/EventThread.h"
+#include "app/FrameStore.h"
+#include "app/PhoneKey.h"
+
+class KeyGate {
+public:
+    enum class Verdict {
+        Passed,
+        Busy,     // dropped: something is under way, and the screen says so
+        Consumed, // it closed a notification
+    };
+
+    struct Actions {
+        std::function<void(const PhoneKey&)> route;              // [event thread]
+        std::function<void(std::uint64_t id)> closeNotification; // [event thread]
+    };
+
+    KeyGate(EventThread& events, const FrameStore& frames, Actions actions);
+
+    // [any-thread]
+    Verdict press(const PhoneKey& key);
+
+private:
+    Verdict judge(const PhoneKey& key);
+    void queue(const PhoneKey& key);
+
+    EventThread& m_events;
+    const FrameStore& m_frames;
+    const Actions m_actions;
+    std::atomic<unsigned> m_timesHome{0};
+};
