@@ -1,6 +1,6 @@
 # deskbook_tests(<name> [LINK <targets...>] [NEEDS <targets...>] [TIMEOUT <seconds>])
 #
-# One GoogleTest program from every .cpp of the folder, each of its tests known to ctest
+# One GoogleTest program from every .cpp below the folder, each of its tests known to ctest
 # as <name>/<Suite>.<Test> and all of them by the label <name>.
 # NEEDS names what must be built before the tests run although they do not link it.
 # Tests find their files through TEST_DATA_DIR, SOURCE_DIR and BIN_DIR.
@@ -10,7 +10,7 @@ function(deskbook_tests name)
     set(arg_TIMEOUT 60)
   endif()
 
-  file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp)
   if(NOT sources)
     return()
   endif()
