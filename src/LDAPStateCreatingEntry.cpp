@@ -1,0 +1,8 @@
+#include "LDAPStateCreatingEntry.h"
+
+LDAPStateCreatingEntry::LDAPStateCreatingEntry()
+    : NotThereYetState("phone.notThere.form", Tab::Ldap)
+{
+}
+
+LDAPStateCreatingEntry::~LDAPStateCreatingEntry() = default;

@@ -1,0 +1,8 @@
+#include "LDAPStateDisplayOptions.h"
+
+LDAPStateDisplayOptions::LDAPStateDisplayOptions()
+    : NotThereYetState("phone.notThere.options", Tab::Ldap)
+{
+}
+
+LDAPStateDisplayOptions::~LDAPStateDisplayOptions() = default;

@@ -1,0 +1,11 @@
+// A whole corporate directory entry.
+
+#pragma once
+
+#include "NotThereYetState.h"
+
+class LDAPStateDisplayingEntry final : public NotThereYetState {
+public:
+    LDAPStateDisplayingEntry();
+    virtual ~LDAPStateDisplayingEntry();
+};

@@ -1,0 +1,8 @@
+#include "LDAPStateQualifierOptions.h"
+
+LDAPStateQualifierOptions::LDAPStateQualifierOptions()
+    : NotThereYetState("phone.notThere.options", Tab::Ldap)
+{
+}
+
+LDAPStateQualifierOptions::~LDAPStateQualifierOptions() = default;

@@ -1,0 +1,11 @@
+// What is written beside the names of the corporate directory.
+
+#pragma once
+
+#include "NotThereYetState.h"
+
+class LDAPStateQualifierOptions final : public NotThereYetState {
+public:
+    LDAPStateQualifierOptions();
+    virtual ~LDAPStateQualifierOptions();
+};

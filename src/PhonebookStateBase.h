@@ -1,0 +1,88 @@
+// A screen of the phonebook: it receives the events of its tab and answers with the screen that
+// follows.
+//
+// To stay, a handler returns its own state. When it returns another one, the mode calls
+// exitStateEvent() on the old state and enterStateEvent() on the new one. A screen overrides what
+// it reacts to; everything else stays. States are members of the EventContext and are never
+// deleted through this class.
+
+#pragma once
+
+#include <string>
+
+#include <framework/services/PhysDefs.h>
+
+namespace DisplayAPI {
+class Command;
+class Displayable;
+class Item;
+} // namespace DisplayAPI
+class CallPartyIdentifier;
+class CSTAServiceInitiatedEvent;
+class EventContext;
+class InterDigitTimeOutEvent;
+
+class PhonebookStateBase {
+public:
+    PhonebookStateBase() = default;
+    PhonebookStateBase(const PhonebookStateBase&) = delete;
+    PhonebookStateBase& operator=(const PhonebookStateBase&) = delete;
+
+    // The order of the virtual operations is part of the contract.
+
+    // Whether the user may leave for another tab now: no, unless a screen says so.
+    virtual bool tabValid(EventContext* pContext);
+    // Called before the tab changes away, and after it changed to this screen's tab.
+    virtual PhonebookStateBase* tabFrom(EventContext* pContext);
+    virtual PhonebookStateBase* tabTo(EventContext* pContext);
+    virtual void enterStateEvent(EventContext* pContext);
+    virtual void exitStateEvent(EventContext* pContext);
+    // Keys, and what was chosen: see DisplayAPI::CommandListener for the displayable.
+    virtual PhonebookStateBase* backEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                          DisplayAPI::Displayable* pDisplayable);
+    virtual PhonebookStateBase* okEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                        DisplayAPI::Displayable* pDisplayable);
+    virtual PhonebookStateBase* saveEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                          DisplayAPI::Displayable* pDisplayable);
+    virtual PhonebookStateBase* rightEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                           DisplayAPI::Displayable* pDisplayable);
+    virtual PhonebookStateBase* screenEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                            DisplayAPI::Displayable* pDisplayable);
+    virtual PhonebookStateBase* doCSTAServiceInitiatedEvent(EventContext* pContext,
+                                                            CSTAServiceInitiatedEvent* pEvent);
+    virtual PhonebookStateBase* itemStateChangedEvent(EventContext* pContext, DisplayAPI::Item* pItem);
+    // A digit was typed into the dialler, or deleted from it.
+    virtual PhonebookStateBase* popupDiallerItemStateChangedEvent(EventContext* pContext,
+                                                                  DisplayAPI::Item* pItem);
+    // The first digits, or none after going off-hook.
+    virtual PhonebookStateBase* dialingStartedEvent(EventContext* pContext, std::string digits);
+    // Fills in who is dialled; false when there is no party to offer.
+    virtual bool getDialPartyDetails(CallPartyIdentifier& party, EventContext* pContext);
+    virtual PhonebookStateBase* dialingStoppedEvent(EventContext* pContext);
+    // The digits typed so far make a number. The event may be null.
+    virtual PhonebookStateBase* interDigitTimeoutEvent(EventContext* pContext,
+                                                       InterDigitTimeOutEvent* pEvent);
+    // Dialling is reported to the phonebook from now on, or no longer.
+    virtual void setCallContextProvider(EventContext* pContext);
+    virtual void clearCallContextProvider(EventContext* pContext);
+    // Others changed the local phonebook. What the corporate directory's tab shows is dropped too.
+    virtual PhonebookStateBase* phonebookDatabaseUpdated(EventContext* pContext);
+    // The telephone fetches another user's phonebook, or is done with it. Whether it is shown.
+    virtual bool mobilityPhonebookRefreshActive(EventContext* pContext, bool active);
+    virtual bool mobilityPhonebookRefreshPending();
+    // Their results do not change the screen.
+    virtual PhonebookStateBase* timerEvent(EventContext* pContext, int timerId);
+    virtual PhonebookStateBase* buttonPressedEvent(EventContext* pContext, PhysDefs::keyFunctionType function,
+                                                   int key, PhysDefs::actionType action, std::string name);
+    // Where the user is after a call was placed from this screen.
+    virtual PhonebookStateBase* stateAfterDialing(EventContext* pContext);
+
+    bool isOfficeTabCurrent(EventContext* pContext);
+    bool isLdapTabCurrent(EventContext* pContext);
+    // Fills the corporate directory's list widget from its PhonebookList, and selects the first row.
+    void constructLdapDisplayList(EventContext* pContext);
+
+protected:
+    // Not virtual: nobody owns a state through this class.
+    ~PhonebookStateBase() = default;
+};

@@ -1,0 +1,8 @@
+#include "PhonebookStateCreatingEntry.h"
+
+PhonebookStateCreatingEntry::PhonebookStateCreatingEntry()
+    : NotThereYetState("phone.notThere.form", Tab::Office)
+{
+}
+
+PhonebookStateCreatingEntry::~PhonebookStateCreatingEntry() = default;

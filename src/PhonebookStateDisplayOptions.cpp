@@ -1,0 +1,8 @@
+#include "PhonebookStateDisplayOptions.h"
+
+PhonebookStateDisplayOptions::PhonebookStateDisplayOptions()
+    : NotThereYetState("phone.notThere.options", Tab::Office)
+{
+}
+
+PhonebookStateDisplayOptions::~PhonebookStateDisplayOptions() = default;

@@ -1,0 +1,11 @@
+// The name of one group.
+
+#pragma once
+
+#include "NotThereYetState.h"
+
+class PhonebookStateEditGroup final : public NotThereYetState {
+public:
+    PhonebookStateEditGroup();
+    virtual ~PhonebookStateEditGroup();
+};

@@ -1,0 +1,8 @@
+#include "PhonebookStateViewingGroups.h"
+
+PhonebookStateViewingGroups::PhonebookStateViewingGroups()
+    : NotThereYetState("phone.notThere.groups", Tab::Office)
+{
+}
+
+PhonebookStateViewingGroups::~PhonebookStateViewingGroups() = default;

@@ -1,0 +1,137 @@
+// The home of the office tab: the local phonebook as a list. Typing jumps to a name; OK dials, the
+// context key opens a menu; entries are deleted here.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <framework/services/CallPartyIdentifier.h>
+
+#include "PhonebookStateBaseDialer.h"
+
+namespace DisplayAPI {
+class MenuCommand;
+class PopupNotification;
+class PopupProgress;
+} // namespace DisplayAPI
+
+class PhonebookStateViewingList final : public PhonebookStateBaseDialer {
+public:
+    PhonebookStateViewingList();
+
+    bool tabValid(EventContext* pContext) override;
+    PhonebookStateBase* tabFrom(EventContext* pContext) override;
+    PhonebookStateBase* tabTo(EventContext* pContext) override;
+    void enterStateEvent(EventContext* pContext) override;
+    void exitStateEvent(EventContext* pContext) override;
+    PhonebookStateBase* backEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                  DisplayAPI::Displayable* pDisplayable) override;
+    PhonebookStateBase* okEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                DisplayAPI::Displayable* pDisplayable) override;
+    PhonebookStateBase* rightEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                   DisplayAPI::Displayable* pDisplayable) override;
+    PhonebookStateBase* screenEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                    DisplayAPI::Displayable* pDisplayable) override;
+    PhonebookStateBase* doCSTAServiceInitiatedEvent(EventContext* pContext,
+                                                    CSTAServiceInitiatedEvent* pEvent) override;
+    PhonebookStateBase* itemStateChangedEvent(EventContext* pContext, DisplayAPI::Item* pItem) override;
+    PhonebookStateBase* dialingStartedEvent(EventContext* pContext, std::string digits) override;
+    bool getDialPartyDetails(CallPartyIdentifier& party, EventContext* pContext) override;
+    PhonebookStateBase* dialingStoppedEvent(EventContext* pContext) override;
+    bool mobilityPhonebookRefreshActive(EventContext* pContext, bool active) override;
+    // Whether the fetching popup is meant to be shown.
+    bool mobilityPhonebookRefreshPending() override;
+    virtual ~PhonebookStateViewingList();
+
+private:
+    enum Choice : std::size_t {
+        NEW_CONTACT,
+        DISPLAY_OPTIONS,
+        DELETE_ALL,
+        FIND,
+        BACKUP,
+        RESTORE,
+        GROUPS,
+        DIAL_OFFICE,
+        DIAL_OFFICE2,
+        DIAL_PRIVATE,
+        DIAL_MOBILE,
+        DIAL_DEFAULT,
+        DIRECTED_PICKUP,
+        DETAILS,
+        DELETE_ENTRY,
+        SECOND_FIND,
+        SEND,
+        SECOND_NEW_CONTACT,
+        CONFIRM_DELETE_ALL,
+        CONFIRM_DELETE,
+        CANCEL,
+        nCHOICES
+    };
+
+    void constructDisplayList(EventContext* pContext);
+    void appendEntries(EventContext* pContext);
+    void setGroupTitle(EventContext* pContext);
+    void setDisplayListCurrent(EventContext* pContext);
+
+    void constructMenuCommands(EventContext* pContext);
+    void addMenuItem(EventContext* pContext, Choice choice);
+    void addDirectedPickupMenuItem(EventContext* pContext);
+    void addSendMenuItem(EventContext* pContext);
+    bool checkBluetoothAvailable(EventContext* pContext);
+    void enterOptionsContextMenuState(EventContext* pContext);
+    void enterEntryContextMenuState(EventContext* pContext);
+    void exitContextMenuState(EventContext* pContext);
+    void setMenuAsCurrentDisplay(EventContext* pContext);
+
+    void forgetRebuiltPopups(EventContext* pContext);
+    void constructErrorPopup(EventContext* pContext);
+    void constructDeletingAllPopup(EventContext* pContext);
+    void constructAllDeletedPopup(EventContext* pContext);
+    void constructDeletingEntryPopup(EventContext* pContext);
+    void constructEntryDeletedPopup(EventContext* pContext);
+    void showError(EventContext* pContext, int code);
+
+    void setPopupConfirmForDeleteEntryConfirmation(EventContext* pContext);
+    void setPopupConfirmForDeleteAllConfirmation(EventContext* pContext);
+    void deleteAllEntries(EventContext* pContext);
+    void deleteSelectedEntry(EventContext* pContext);
+    void removeRow(EventContext* pContext, int row);
+    void leaveGroup(EventContext* pContext);
+
+    void clearLdapMarks(EventContext* pContext);
+    bool isOptionsRowSelected(EventContext* pContext) const;
+    unsigned int getSelectedPhonebookEntryIndex(EventContext* pContext);
+    // False when the entry cannot be read; the selected entry then is what it was.
+    bool updateSelectedPhonebookEntry(EventContext* pContext);
+    std::string getDefaultPhonebookNo(EventContext* pContext);
+    void transformCommandToPhoneNumberAndIcon(EventContext* pContext, const DisplayAPI::Command* pCommand,
+                                              std::string& number,
+                                              CallPartyIdentifier::PhoneNumberIconType& icon);
+    void dialDefaultNumber(EventContext* pContext, const char* refusal);
+    void sendContact(EventContext* pContext);
+
+    std::optional<Choice> choiceOf(const DisplayAPI::Command* pCommand) const;
+    PhonebookStateBase* choiceMade(EventContext* pContext, Choice choice, DisplayAPI::Command* pCommand,
+                                   DisplayAPI::Displayable* pDisplayable);
+    PhonebookStateBase* createNewContact(EventContext* pContext);
+    PhonebookStateBase* dialChosenNumber(EventContext* pContext, const DisplayAPI::Command* pCommand);
+    PhonebookStateBase* pickUp(EventContext* pContext, const DisplayAPI::Command* pCommand);
+    PhonebookStateBase* dialingPopupEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                          DisplayAPI::Displayable* pDisplayable);
+
+    // The popups point at the commands: declared after them, gone before them.
+    std::array<std::unique_ptr<DisplayAPI::MenuCommand>, nCHOICES> m_commands;
+    std::unique_ptr<DisplayAPI::PopupNotification> m_pErrorPopup;
+    std::unique_ptr<DisplayAPI::PopupProgress> m_pDeletingAllPopup;
+    std::unique_ptr<DisplayAPI::PopupNotification> m_pAllDeletedPopup;
+    std::unique_ptr<DisplayAPI::PopupProgress> m_pDeletingEntryPopup;
+    std::unique_ptr<DisplayAPI::PopupNotification> m_pEntryDeletedPopup;
+    std::unique_ptr<DisplayAPI::PopupProgress> m_pFetchingPopup;
+    bool mFetchingPopupActive = false;
+    bool m_redialAllowed = false;
+};
