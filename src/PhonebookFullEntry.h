@@ -59,7 +59,8 @@ public:
     // id. Throws std::out_of_range at the first that is missing, with those before it set. The unique
     // id stays.
     void setAll(const std::vector<std::string>& fields);
-    // Fills the record from the attributes of a corporate directory row; what they lack is blank.
+    // Fills the record from the attributes of a corporate directory row; what they lack is
+    // blank. Not null.
     void setAll(const AttributeList* attributes);
 
     // The number that the default number names; "" when it names none.
@@ -73,8 +74,6 @@ public:
     bool operator==(const PhonebookFullEntry& other) const;
 
 private:
-    std::string limited(std::string value, unsigned int characters) const;
-
     std::string m_office;
     std::string m_mobile;
     std::string m_private;

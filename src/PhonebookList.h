@@ -103,8 +103,10 @@ private:
     PhonebookList(DirectoryServiceIfc* directory, DigitAnalysisServiceIfc* digitAnalysis,
                   std::string displayOptionTag, std::string qualifierTag);
 
-    void setRow(PhonebookListEntry& row, const PhonebookFullEntry& entry, const std::string& uniqueId) const;
-    std::string normalizedNameAt(unsigned int index) const;
+    std::string normalizedNameAt(int index) const;
+    void removeRow(unsigned int index);
+    void appendRow(const PhonebookFullEntry& entry, const std::string& uniqueId);
+    int findRow(const std::string& uniqueId, int& index) const;
 
     DirectoryServiceIfc* m_pDirectory;
     DigitAnalysisServiceIfc* m_pDigitAnalysis;

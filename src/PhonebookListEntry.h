@@ -30,6 +30,13 @@ enum class displayQualifier : int {
 
 class PhonebookListEntry {
 public:
+    // The names of the default numbers, as they are stored and sent.
+    static constexpr char nOFFICE[] = "Office";
+    static constexpr char nOFFICE2[] = "Office2";
+    static constexpr char nMOBILE[] = "Mobile";
+    static constexpr char nPRIVATE[] = "Private";
+    static constexpr char nNONE[] = "None";
+
     PhonebookListEntry();
     // A local row from a line of the directory service's list. A line that does not have its four
     // fields gives an empty row.
@@ -48,7 +55,7 @@ public:
     const std::string& getUniqueId() const;
     const std::string& getFirstname() const;
     const std::string& getSurname() const;
-    // Which number is dialled: "Office", "Office2", "Mobile", "Private" or "None".
+    // Which number is dialled: one of the names above.
     const std::string& getDefaultNumber() const;
     // The attributes that a corporate directory row was made from; null for a local row.
     AttributeList* getFullRecordPointer() const;
@@ -63,6 +70,11 @@ public:
 
     // The text shown for the row, the qualifier of a corporate directory row included.
     std::string getDisplayName(displayMode mode, displayQualifier qualifier) const;
+
+protected:
+    // The number that is dialled by default for these attributes: the first that is not empty of
+    // office, office 2, mobile and private.
+    static const char* firstNumberOf(const AttributeList& attributes);
 
 private:
     friend class PhonebookList; // sorts by m_sortKey, which is empty at all other times

@@ -10,6 +10,8 @@
 
 class PhonebookXmlParser {
 public:
+    enum ResponseType : int { NO_RESPONSE = 0, READ_RESPONSE = 1, WRITE_RESPONSE = 2, DELETE_RESPONSE = 3 };
+
     PhonebookXmlParser();
     // Parses at once.
     PhonebookXmlParser(char* data, int length);
@@ -19,7 +21,7 @@ public:
 
     // Whether the directory service did what was asked.
     bool queryStatus() const;
-    // Which request is answered: 1 read, 2 write, 3 delete, 0 none of them.
+    // Which request is answered.
     int responseType() const;
     // Whether a well-formed document was parsed.
     bool result() const;
@@ -50,7 +52,7 @@ public:
 private:
     using Field = std::string PhonebookXmlParser::*;
 
-    static Field fieldOf(const std::string& element);
+    static Field fieldOf(const std::string& element); // null: not recognised
     static bool checkDocumentForm(const char* data, int length);
 
     Field m_currentElement = nullptr; // the field of the element that was opened last

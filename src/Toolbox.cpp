@@ -69,7 +69,7 @@ std::string Toolbox::itos(int number)
     return text.str();
 }
 
-std::string Toolbox::truncateStringsProperly(const std::string& text, unsigned int maximum)
+std::string Toolbox::truncateStringsProperly(std::string text, unsigned int maximum)
 {
     PB_TRACE("Toolbox::truncateStringsProperly()");
     if (text.size() <= maximum)
@@ -77,7 +77,8 @@ std::string Toolbox::truncateStringsProperly(const std::string& text, unsigned i
     std::size_t bytes = 0;
     for (unsigned int characters = 0; characters < maximum && bytes < text.size(); ++characters)
         bytes += characterBytes(static_cast<unsigned char>(text[bytes]));
-    return text.substr(0, bytes);
+    text.resize(std::min(bytes, text.size()));
+    return text;
 }
 
 std::string Toolbox::removeLeadingSpaces(const std::string& text)

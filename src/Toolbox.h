@@ -31,7 +31,7 @@ public:
     // At most `maximum` characters of UTF-8 text, never half of one. A byte that cannot begin a
     // character ends the text before it.
     // [any-thread]
-    static std::string truncateStringsProperly(const std::string& text, unsigned int maximum);
+    static std::string truncateStringsProperly(std::string text, unsigned int maximum);
 
     // Without the blanks (" " only) at one end or both; text of nothing but blanks stays as it is.
     // [any-thread]
