@@ -50,6 +50,26 @@ bool mayBeLong(std::string_view line)
     return isBase64(line) || line.substr(0, nREPORTED_START).find("data:") != std::string_view::npos;
 }
 
+// "TEL;WORK:...", also "item1.TEL:...".
+bool looksLikeProperty(std::string_view line)
+{
+    const auto name = line.substr(0, line.find_first_of(":;"));
+    return !name.empty() && name.size() < line.size() && std::all_of(name.begin(), name.end(), [](char c) {
+        return g_ascii_isupper(c) || g_ascii_isdigit(c) || c == '-' || c == '.';
+    });
+}
+
+// Whether quoted-printable goes on in the next line, after a line of `lineBytes`. Some exporters end the last
+// line of a text with "=" too; the property after it must not be taken for text.
+bool hasSoftBreak(std::string_view line, std::size_t lineBytes, std::string_view next)
+{
+    constexpr std::size_t shortLine = 60;
+    if (!line.ends_with('=') || isEnd(next))
+        return false;
+    const bool brokenAtLineEnd = line.ends_with("=0A=") || line.ends_with("=0D=");
+    return lineBytes >= shortLine || brokenAtLineEnd || !looksLikeProperty(next);
+}
+
 // Handsets of the 2.1 age break base64 without indenting what follows.
 bool looksLikeBase64(std::string_view line)
 {
@@ -120,6 +140,7 @@ bool LineReader::refill()
             m_buffer = std::move(bytes);
         else
             decodeUtf16(bytes);
+        std::erase(m_buffer, '\0');
     }
     return true;
 }
@@ -241,8 +262,9 @@ void CardReader::readProperty(SourceCard& card)
     }
 
     const bool quotedPrintable = isQuotedPrintable(property.text);
+    auto lineBytes = property.text.size();
     while (m_hasLine) {
-        if (quotedPrintable && property.text.ends_with('=') && !isEnd(m_line)) {
+        if (quotedPrintable && hasSoftBreak(property.text, lineBytes, m_line)) {
             property.text.pop_back();
             append(property, m_line);
         } else if (continuesProperty(property)) {
@@ -252,6 +274,7 @@ void CardReader::readProperty(SourceCard& card)
             break;
         }
         property.tooLong = property.tooLong || m_lines.wasCut();
+        lineBytes = m_line.size();
         advance();
     }
 

@@ -78,7 +78,7 @@ void translatePreference(Property& property, Version version)
     if (version == Version::V40 && property.hasType("PREF")) {
         property.removeType("PREF");
         property.setParameter("PREF", {"1"});
-    } else if (version != Version::V40 && property.parameter("PREF") != nullptr) {
+    } else if (version != Version::V40 && property.parameterText("PREF") == "1") {
         auto types = property.types();
         types.push_back("PREF");
         property.removeParameter("PREF");
@@ -86,14 +86,14 @@ void translatePreference(Property& property, Version version)
     }
 }
 
-// Older versions know a telephone number as text only.
+// Older versions know a telephone number as text; an address with parameters stays one.
 void translateNumberUri(Property& property)
 {
-    if (!property.is("TEL") || property.parameterText("VALUE") != "URI")
+    const bool uri = property.is("TEL") && property.parameterText("VALUE") == "URI";
+    if (!uri || upper(property.value.substr(0, 4)) != "TEL:" || property.components.size() > 1)
         return;
     property.removeParameter("VALUE");
-    if (upper(property.value.substr(0, 4)) == "TEL:")
-        property.setText(property.text().substr(4));
+    property.setText(property.text().substr(4));
 }
 
 void translateInlineData(Property& property)

@@ -159,7 +159,7 @@ private:
 
     static bool isPreferred(const Property& of)
     {
-        return of.hasType("PREF") || of.parameter("PREF") != nullptr;
+        return of.hasType("PREF") || of.parameterText("PREF") == "1";
     }
 
     void takeMarked()
@@ -289,6 +289,7 @@ private:
             const bool known = std::any_of(nNUMBERS.begin(), nNUMBERS.end(), [&](Field f) {
                 return digitsOf(field(f)) == digitsOf(telephone.number);
             });
+            m_used[telephone.index] = known;
             for (const Field number : nNUMBERS) {
                 if (!known)
                     place(telephone, number);
@@ -429,10 +430,17 @@ private:
                                                      "KIND",   "CLIENTPIDMAP", "NAME"};
         for (std::size_t i = 0; i < m_card.properties.size(); ++i) {
             if (!m_used[i] && !technical.contains(upper(property(i).name)))
-                addNotShown(property(i), property(i).isBase64() ? "" : property(i).text());
+                addNotShown(property(i), summaryOf(property(i)));
         }
         addRestOf(Field::Surname, nADDITIONAL);
         addRestOf(Field::Company, 1);
+    }
+
+    static std::string summaryOf(const Property& of)
+    {
+        if (of.isBase64())
+            return "";
+        return of.is("ADR") ? joinFilled(addressLines(of), ", ") : of.text();
     }
 
     // Middle names, titles and departments have no field although their property has one.

@@ -40,6 +40,8 @@ public:
 
     void write()
     {
+        if (m_wanted == m_reading.record)
+            return;
         if (nameDiffers(m_reading.record))
             writeName();
         for (const Field number : nNUMBERS)
