@@ -1,0 +1,117 @@
+// The telephone's page: puts the connection, the screen and the keys together.
+
+import { Connection } from "./connection.js";
+import { byId, element } from "./dom.js";
+import { keyOf } from "./keyboard.js";
+import { ScreenView } from "./screen.js";
+
+const HOLD = 600; // ms until a key counts as held down
+const HINT = 1200; // ms that a hint stays
+const LETTERS = ["", "ABC", "DEF", "GHI", "JKL", "MNO", "PQRS", "TUV", "WXYZ"];
+
+/** @type {Record<string, string>} */
+let texts = {};
+/** @param {string} key */
+const text = (key) => texts[key] ?? key;
+
+const cover = byId("cover");
+const hint = byId("hint");
+let hintTimer = 0;
+
+/** @param {string} shown */
+function showHint(shown) {
+  hint.textContent = shown;
+  clearTimeout(hintTimer);
+  hintTimer = setTimeout(() => { hint.textContent = ""; }, HINT);
+}
+
+/** @param {"connected" | "reconnecting" | "refused"} state */
+function showState(state) {
+  document.body.dataset.state = state;
+  cover.hidden = state === "connected";
+  if (state === "refused")
+    cover.textContent = texts["phone.wrongToken"] ?? "This page's address is no longer valid. Start the telephone again and open the address it prints.";
+  else if (state === "reconnecting")
+    cover.textContent = texts["phone.reconnecting"] ?? "No connection to the telephone. Trying again…";
+}
+
+function translatePage() {
+  for (const part of document.querySelectorAll("[data-text]"))
+    part.textContent = texts[part.getAttribute("data-text") ?? ""] ?? part.textContent;
+  for (const part of document.querySelectorAll("[data-label]"))
+    part.setAttribute("aria-label", texts[part.getAttribute("data-label") ?? ""] ?? part.getAttribute("aria-label") ?? "");
+}
+
+/** @param {import("./types").Message} message */
+function received(message) {
+  if (message.texts) {
+    texts = message.texts;
+    document.documentElement.lang = message.language ?? "en";
+    translatePage();
+  }
+  if (message.frame)
+    screen.show(message.frame);
+  for (const [, verdict] of message.acks ?? [])
+    if (verdict === "busy")
+      showHint(text("phone.busyKeyDropped"));
+}
+
+const screen = new ScreenView(press, text);
+const connection = new Connection(location.hash.slice(1), received, showState);
+
+/** @param {string} key */
+function press(key) {
+  connection.press(key);
+}
+
+function buildKeypad() {
+  const pad = byId("keypad");
+  [..."123456789*0#"].forEach((digit, i) => {
+    const letters = LETTERS[i] ?? (digit === "0" ? "␣" : "");
+    pad.append(element("button", { type: "button", "data-key": digit, "aria-label": letters ? `${digit} ${letters}` : digit },
+      element("b", {}, digit), element("small", { "aria-hidden": "true" }, letters)));
+  });
+}
+
+// A click presses a button's key; held down, some have another one.
+let heldKey = "";
+let holdTimer = 0;
+document.addEventListener("pointerdown", (event) => {
+  const button = event.target instanceof Element ? event.target.closest("button[data-hold]") : null;
+  heldKey = "";
+  clearTimeout(holdTimer);
+  if (button)
+    holdTimer = setTimeout(() => {
+      heldKey = button.getAttribute("data-hold") ?? "";
+      press(heldKey);
+    }, HOLD);
+});
+document.addEventListener("pointerup", () => clearTimeout(holdTimer));
+document.addEventListener("pointercancel", () => clearTimeout(holdTimer));
+document.addEventListener("click", (event) => {
+  const button = event.target instanceof Element ? event.target.closest("button[data-key]") : null;
+  if (button && heldKey === "")
+    press(button.getAttribute("data-key") ?? "");
+  heldKey = "";
+});
+
+document.addEventListener("keydown", (event) => {
+  const onButton = document.activeElement instanceof HTMLButtonElement;
+  const key = keyOf(event, onButton);
+  if (key === "")
+    return;
+  event.preventDefault();
+  press(key);
+  flash(key);
+});
+
+/** Shows on the telephone which of its keys the keyboard pressed. @param {string} key */
+function flash(key) {
+  const button = document.querySelector(`button[data-key="${CSS.escape(key.replace(/^text:/, ""))}"]`);
+  button?.classList.add("pressed");
+  setTimeout(() => button?.classList.remove("pressed"), 120);
+}
+
+addEventListener("hashchange", () => location.reload());
+buildKeypad();
+showState("reconnecting");

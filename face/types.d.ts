@@ -1,0 +1,72 @@
+// What the telephone sends: the frame's members as they are named there.
+
+export interface Row {
+  position: number;
+  icon: number;
+  text: string;
+  selected: boolean;
+}
+
+export interface Field {
+  kind: "text" | "number" | "selection";
+  icon: number;
+  label: string;
+  value: string;
+  choice: number;
+  choices: number;
+  cursor: number;
+  maxLength: number;
+  focused: boolean;
+  readOnly: boolean;
+}
+
+export interface Dialler {
+  prefix: string;
+  line1: string;
+  line2: string;
+  edit: string;
+  editMode: boolean;
+  scrolls: boolean;
+}
+
+export type Role =
+  | "none" | "idle" | "list" | "exclusive" | "form"
+  | "menu" | "question" | "notification" | "progress" | "dialler";
+
+export interface Screen {
+  role: Role;
+  id: number;
+  type: number;
+  state: number;
+  title: string;
+  text: string;
+  rows: Row[];
+  rowCount: number;
+  fields?: Field[];
+  dialler?: Dialler;
+  searchOpen: boolean;
+  search: string;
+  pending: string;
+  highlighted: boolean;
+  waiting: boolean;
+}
+
+export interface Frame {
+  number: number;
+  tabs: string[];
+  currentTab: number;
+  tabBarFocused: boolean;
+  base: Screen;
+  popup: Screen | null;
+  softKeys: string[];
+  systemWindow: string[];
+}
+
+export type Verdict = "taken" | "busy" | "closed" | "unknown";
+
+export interface Message {
+  frame?: Frame;
+  acks?: [number, Verdict][];
+  language?: string;
+  texts?: Record<string, string>;
+}

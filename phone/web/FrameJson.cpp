@@ -1,0 +1,114 @@
+#include "web/FrameJson.h"
+
+#include <framework/display/Frame.h>
+
+#include <nlohmann/json.hpp>
+
+namespace DisplayAPI {
+
+namespace {
+
+const char* name(FrameRole role)
+{
+    switch (role) {
+    case FrameRole::None:
+        return "none";
+    case FrameRole::Idle:
+        return "idle";
+    case FrameRole::List:
+        return "list";
+    case FrameRole::ExclusiveList:
+        return "exclusive";
+    case FrameRole::Form:
+        return "form";
+    case FrameRole::Menu:
+        return "menu";
+    case FrameRole::Question:
+        return "question";
+    case FrameRole::Notification:
+        return "notification";
+    case FrameRole::Progress:
+        return "progress";
+    case FrameRole::Dialler:
+        return "dialler";
+    }
+    return "none";
+}
+
+const char* name(FrameField::Kind kind)
+{
+    switch (kind) {
+    case FrameField::Kind::Text:
+        return "text";
+    case FrameField::Kind::Number:
+        return "number";
+    case FrameField::Kind::Selection:
+        return "selection";
+    }
+    return "text";
+}
+
+} // namespace
+
+// Found by the JSON library by their name.
+static void to_json(nlohmann::json& json, const FrameRow& row)
+{
+    json = {{"position", row.position}, {"icon", row.icon}, {"text", row.text}, {"selected", row.selected}};
+}
+
+static void to_json(nlohmann::json& json, const FrameField& field)
+{
+    json = {{"kind", name(field.kind)},     {"icon", field.icon},       {"label", field.label},
+            {"value", field.value},         {"choice", field.choice},   {"choices", field.choices},
+            {"cursor", field.cursor},       {"maxLength", field.maxLength}, {"focused", field.focused},
+            {"readOnly", field.readOnly}};
+}
+
+static void to_json(nlohmann::json& json, const FrameDialler& dialler)
+{
+    json = {{"prefix", dialler.prefix}, {"line1", dialler.line1},       {"line2", dialler.line2},
+            {"edit", dialler.edit},     {"editMode", dialler.editMode}, {"scrolls", dialler.scrolls}};
+}
+
+static void to_json(nlohmann::json& json, const FrameSoftKey& key)
+{
+    json = key.label;
+}
+
+static void to_json(nlohmann::json& json, const FrameScreen& screen)
+{
+    json = {{"role", name(screen.role)},
+            {"id", screen.id},
+            {"type", screen.type},
+            {"state", screen.state},
+            {"title", screen.title},
+            {"text", screen.text},
+            {"rows", screen.rows},
+            {"rowCount", screen.rowCount},
+            {"searchOpen", screen.searchOpen},
+            {"search", screen.search},
+            {"pending", screen.pending},
+            {"highlighted", screen.highlighted},
+            {"waiting", screen.waiting}};
+    if (screen.role == FrameRole::Form)
+        json["fields"] = screen.fields;
+    if (screen.role == FrameRole::Dialler)
+        json["dialler"] = screen.dialler;
+}
+
+} // namespace DisplayAPI
+
+std::string toJson(const DisplayAPI::Frame& frame)
+{
+    nlohmann::json json{{"number", frame.number},
+                        {"tabs", frame.tabs},
+                        {"currentTab", frame.currentTab},
+                        {"tabBarFocused", frame.tabBarFocused},
+                        {"base", frame.base},
+                        {"popup", nullptr},
+                        {"softKeys", frame.softKeys},
+                        {"systemWindow", frame.systemWindow}};
+    if (!frame.popups.empty())
+        json["popup"] = frame.popups.back();
+    return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
