@@ -1,0 +1,144 @@
+#include "system/ConfigurationItems.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace {
+
+using Type = ConfigurationItem::Type;
+
+std::optional<int> numberIn(const std::string& text)
+{
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+std::string joined(const std::vector<std::string>& words, const std::string& between)
+{
+    std::string all;
+    for (const auto& word : words)
+        all += (all.empty() ? "" : between) + word;
+    return all;
+}
+
+bool hasControlCharacter(const std::string& text)
+{
+    return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+}
+
+ConfigurationItem text(std::string name, std::string byDefault, std::string help)
+{
+    return {std::move(name), Type::Text, "", 0, 0, {}, std::move(byDefault), std::move(help)};
+}
+
+ConfigurationItem list(std::string name, std::string byDefault, std::string help)
+{
+    return {std::move(name), Type::List, "", 0, 0, {}, std::move(byDefault), std::move(help)};
+}
+
+ConfigurationItem number(std::string name, std::string unit, int least, int most, int byDefault,
+                         std::string help)
+{
+    return {std::move(name),           Type::Number,   std::move(unit), least, most, {},
+            std::to_string(byDefault), std::move(help)};
+}
+
+ConfigurationItem yesNo(std::string name, bool byDefault, std::string help)
+{
+    return {std::move(name), Type::YesNo, "", 0, 0, {}, byDefault ? "true" : "false", std::move(help)};
+}
+
+ConfigurationItem choice(std::string name, std::vector<std::string> choices, std::string help)
+{
+    auto first = choices.front();
+    return {std::move(name), Type::Choice, "", 0, 0, std::move(choices), std::move(first), std::move(help)};
+}
+
+} // namespace
+
+std::string ConfigurationItem::range() const
+{
+    switch (type) {
+    case Type::Number:
+        return "a number from " + std::to_string(least) + " to " + std::to_string(most);
+    case Type::YesNo:
+        return "true or false";
+    case Type::Choice:
+        return "one of: " + joined(choices, ", ");
+    case Type::List:
+        return "a list of texts";
+    case Type::Text:
+        break;
+    }
+    return "a line of text";
+}
+
+Result<std::string> ConfigurationItem::accept(const std::string& value) const
+{
+    const auto refused = [this] {
+        return Error{ErrorCode::Malformed, "\"" + name + "\" must be " + range()};
+    };
+
+    if (hasControlCharacter(value))
+        return refused();
+    if (type == Type::Number) {
+        const auto given = numberIn(value);
+        if (!given || *given < least || *given > most)
+            return refused();
+        return std::to_string(*given);
+    }
+    if (type == Type::YesNo && value != "true" && value != "false")
+        return refused();
+    if (type == Type::Choice && std::find(choices.begin(), choices.end(), value) == choices.end())
+        return refused();
+    return value;
+}
+
+std::vector<ConfigurationItem> configurationItems(const std::string& language)
+{
+    return {
+        text("language", language,
+             "Language of the screen and of sorting: a code such as en, de, fr, es or it."),
+        choice("software-type", {"Veltrix SIP", "Veltrix QRA", "Veltrix TDM"},
+               "What the telephone is attached to."),
+        number("hardware-variant", "", 1, 99, 1,
+               "Which hardware it is; 10 and 11 have no corporate directory. Needs a restart."),
+        yesNo("soft-key-bar", true, "Whether the screen has a row of soft keys. Needs a restart."),
+        number("visible-rows", "rows", 3, 40, 8, "Height of the screen's lists. Needs a restart."),
+        text("localDeviceID", "", "Directory number of this telephone's own device."),
+        number("group-slots", "groups", 1, 200, 20,
+               "How many groups of contacts there can be. Needs a restart."),
+        text("country-code", "49", "Digits of this country's code, without + or 00."),
+        text("area-code", "30", "Digits of this place's area code, without the national prefix."),
+        text("international-prefix", "00", "What is dialled before a country code."),
+        text("national-prefix", "0", "What is dialled before an area code."),
+        text("outside-line", "", "What is dialled for an outside line; empty when nothing is."),
+        number("internal-digits", "digits", 0, 12, 4,
+               "Numbers up to this length are internal and left as they are."),
+        list("emergency-numbers", "110,112", "Numbers that the telephone dials itself."),
+        number("inter-digit-timeout", "s", 1, 60, 5,
+               "A number is complete when no digit came for this long."),
+        number("ldap-search-trigger-timeout", "s", 0, 60, 3,
+               "The corporate directory is searched when no key came for this long."),
+        number("ldap-qualifier", "", 0, 9, 0,
+               "What stands beside a name of the corporate directory; 0: nothing."),
+        number("ldap-display-option", "", 0, 3, 0, "How names of the corporate directory are written."),
+        number("mobility-mode", "", 0, 2, 0, "2: the phonebook belongs to whoever is logged on."),
+        yesNo("disable-access-phonebook", false, "In mobility mode 2: the phonebook is being fetched."),
+        yesNo("bt-enabled", false, "Whether contacts may be sent over Bluetooth."),
+        number("log-level", "", 2, 5, 4,
+               "What is logged: 2 errors, 3 refusals, 4 what the user sees, 5 everything."),
+    };
+}
+
+std::string languageOfLocale(std::string_view locale)
+{
+    const auto end = locale.find_first_of("_.@-");
+    std::string code(locale.substr(0, end));
+    const bool letters = std::all_of(code.begin(), code.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+    return letters && (code.size() == 2 || code.size() == 3) ? code : "en";
+}
