@@ -70,6 +70,9 @@ protected:
 
     // Tells the listener. False when there is none.
     bool report(Command& command);
+    // The same with the telephone's command for `key`: OK, Back, Save or the context key. False for
+    // any other key.
+    bool report(const Key& key);
 
     // Off the display, out of its tab and of every queued event. Destructors call it first.
     void detach();

@@ -13,7 +13,7 @@ class Command;
 struct FrameField;
 struct Key;
 
-// What a key did to a field.
+// What a key did to a field; the later includes the earlier.
 enum class FieldReaction { NotMine, Silent, Changed, Ok };
 
 class FRAMEWORK_API Field : public Item {

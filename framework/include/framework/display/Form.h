@@ -52,6 +52,7 @@ private:
     Field* selected() const;
     void select(int index);
     void commit();
+    bool fieldKeyPressed(const Key& key);
     void reported(Field& field, FieldReaction reaction);
 
     std::vector<Entry> m_fields;

@@ -13,7 +13,18 @@
 
 namespace DisplayAPI {
 
-enum class FrameRole { None, Idle, List, ExclusiveList, Form, Menu, Question, Notification, Progress, Dialler };
+enum class FrameRole {
+    None,
+    Idle,
+    List,
+    ExclusiveList,
+    Form,
+    Menu,
+    Question,
+    Notification,
+    Progress,
+    Dialler
+};
 
 struct FrameRow {
     int position = 0; // in the whole list, from 0
@@ -28,7 +39,7 @@ struct FrameField {
     enum class Kind { Text, Number, Selection };
     Kind kind = Kind::Text;
     int position = 0; // on the whole form, from 0
-    int icon = 0; // FieldIcon
+    int icon = 0;     // FieldIcon
     std::string label;
     std::string value;  // of a selection: its chosen command's text
     std::string image;  // of a selection: its chosen command's picture
@@ -61,8 +72,8 @@ struct FrameScreen {
     int state = 0;        // of a question, as the phonelet set it
     std::string title;
     std::string text;
-    std::vector<FrameRow> rows; // of a list, a menu, or a popup's commands: the visible ones
-    int rowCount = 0;           // how many rows or fields there are in all
+    std::vector<FrameRow> rows;     // of a list, a menu, or a popup's commands: the visible ones
+    int rowCount = 0;               // how many rows or fields there are in all
     std::vector<FrameField> fields; // of a form: the visible ones
     FrameDialler dialler;
     bool searchOpen = false;

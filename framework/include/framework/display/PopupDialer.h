@@ -50,6 +50,10 @@ public:
     void opened() override;
 
 private:
+    // Whether `key` changed the line edit.
+    bool edit(const Key& key);
+    void type(const std::string& digit);
+
     CommandRow m_commands;
     bool m_stimulusText = false;
     std::string m_prefix;

@@ -33,6 +33,8 @@ public:
     bool isPopup() const override { return true; }
     void paint(FrameScreen& screen, int rows) const override;
     bool keyPressed(const Key& key) override;
+    // For the display: it went by itself. Reports it.
+    void ended();
 
 private:
     TranslationInfo m_text;

@@ -9,9 +9,10 @@
 //
 // A letter of the digit keys becomes part of the text when it is committed: by another key, by
 // time, or by stopKeypadTimerSaveAndExit(). The first letter after an arrow, OK, the context key,
-// Back or a return to the list starts a new text; `*`, `#` and `,` always append; the clear key
-// deletes one character, held down all. A pending letter is committed before OK acts; when that
-// moves the selection, OK only confirms the letter: nothing is dialled that was not to be seen.
+// Back or a return to the list (from another screen, tab, menu or question) starts a new text; `*`,
+// `#` and `,` always append; the clear key deletes one character, held down all. A pending letter is
+// committed before OK acts; when that moves the selection, OK only confirms the letter: nothing is dialled
+// that was not to be seen.
 //
 // Row indices outside the list (-1 included) are ignored; insert is clamped to the end; reading
 // them gives "".
@@ -55,8 +56,9 @@ public:
     // Committed text only.
     std::string getSearchText() const;
     void setSearchText(const std::string& text);
-    // Opens the search field, even over an empty text. It is part of the list, not a popup, and
-    // may be opened while the list is not to be seen.
+    // Opens the search field, even over an empty text; it closes with clear() and when the tab bar
+    // gets the focus. It is part of the list, not a popup, and may be opened while the list is not
+    // to be seen.
     void showSearchPopup();
     // Commits a pending letter and closes multi-tap input; true when a letter was pending. Its
     // one item event is then in the queue.
@@ -79,9 +81,6 @@ public:
     void returnedTo() override;
     void tabBarLeft() override;
     void reporting() override;
-
-    // For the tab screen: its bar gets the focus, and the search field closes.
-    void closeSearchPopup();
 
 private:
     class Impl;

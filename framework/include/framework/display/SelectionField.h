@@ -43,6 +43,10 @@ private:
         MenuCommand* command = nullptr;
         std::weak_ptr<const void> alive;
     };
+
+    std::vector<MenuCommand*> choices() const; // those alive
+    void step(int direction);
+
     std::vector<Choice> m_choices;
     Choice m_selected;
     bool m_notifyOnOk = false;

@@ -1,0 +1,3 @@
+#include <framework/Executable.h>
+
+Executable::~Executable() = default;

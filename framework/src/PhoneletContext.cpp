@@ -1,0 +1,3 @@
+#include <framework/PhoneletContext.h>
+
+PhoneletContext::~PhoneletContext() = default;

@@ -1,0 +1,3 @@
+#include <framework/PhoneletIfc.h>
+
+PhoneletIfc::~PhoneletIfc() = default;

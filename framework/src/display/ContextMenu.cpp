@@ -1,0 +1,61 @@
+#include <framework/display/ContextMenu.h>
+
+#include <framework/display/Frame.h>
+#include <framework/display/MenuCommand.h>
+
+#include "Registry.h"
+#include "UiLock.h"
+
+namespace DisplayAPI {
+
+ContextMenu::ContextMenu(int /*kind*/) {}
+
+ContextMenu::~ContextMenu()
+{
+    detach();
+}
+
+void ContextMenu::addCommand(MenuCommand* command)
+{
+    m_commands.add(command);
+}
+
+void ContextMenu::clearCommands()
+{
+    m_commands.clear();
+}
+
+void ContextMenu::dismiss()
+{
+    const UiLock lock;
+    dismissFromDisplays(*this);
+}
+
+FrameRole ContextMenu::role() const
+{
+    return FrameRole::Menu;
+}
+
+void ContextMenu::paint(FrameScreen& screen, int rows) const
+{
+    const UiLock lock;
+    screen.title = title().translated();
+    m_commands.paint(screen, rows);
+}
+
+bool ContextMenu::keyPressed(const Key& key)
+{
+    const UiLock lock;
+    if (auto* chosen = m_commands.keyPressed(key))
+        report(*chosen);
+    else
+        report(key);
+    return true;
+}
+
+void ContextMenu::opened()
+{
+    m_commands.select(0);
+}
+
+} // namespace DisplayAPI

@@ -1,0 +1,10 @@
+#include <framework/display/Item.h>
+
+namespace DisplayAPI {
+
+Item::~Item()
+{
+    expire();
+}
+
+} // namespace DisplayAPI

@@ -1,0 +1,7 @@
+#include <framework/host/DisplayHostIfc.h>
+
+namespace DisplayAPI {
+
+DisplayHostIfc::~DisplayHostIfc() = default;
+
+} // namespace DisplayAPI
