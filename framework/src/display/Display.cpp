@@ -51,11 +51,14 @@ void sanitise(FrameScreen& screen)
     for (auto* text : {&screen.title, &screen.text, &screen.search, &screen.pending, &screen.dialler.prefix,
                        &screen.dialler.line1, &screen.dialler.line2, &screen.dialler.edit})
         sanitise(*text);
-    for (auto& row : screen.rows)
+    for (auto& row : screen.rows) {
         sanitise(row.text);
+        sanitise(row.image);
+    }
     for (auto& field : screen.fields) {
         sanitise(field.label);
         sanitise(field.value);
+        sanitise(field.image);
     }
 }
 
