@@ -67,7 +67,7 @@ export class ScreenView {
     const [tabs, title, search, content] = /** @type {HTMLElement[]} */ ([...this.base.children]);
     set(tabs, { hidden: frame.tabs.length === 0, "aria-label": this.text("phone.tab"), "data-focused": frame.tabBarFocused });
     update(tabs, frame.tabs.map((label, i) => ({ label, i })), ({ label, i }) =>
-      element("div", { class: "tab", role: "tab", "aria-selected": String(i === frame.currentTab), "aria-controls": "content", "data-key": `tab:${i}` }, label));
+      element("div", { class: "tab", role: "tab", "aria-selected": String(i === frame.currentTab), "aria-controls": "content", "data-key": `tab${i + 1}` }, label));
     if (frame.tabs.length === 0)
       tabs.removeAttribute("role");
     else
@@ -127,7 +127,7 @@ export class ScreenView {
       "aria-selected": String(row.selected),
       "aria-setsize": screen.rowCount,
       "aria-posinset": row.position + 1,
-      "data-key": `row:${row.position}`,
+      "data-key": `row${row.position + 1}`,
     }, ...this.rowContent(row)));
     this.showBar(/** @type {HTMLElement} */ (content.lastElementChild), screen);
   }
@@ -255,7 +255,7 @@ export class ScreenView {
       class: row.selected ? "selected" : null,
       "aria-setsize": screen.rowCount,
       "aria-posinset": row.position + 1,
-      "data-key": `row:${row.position}`,
+      "data-key": `row${row.position + 1}`,
     };
   }
 

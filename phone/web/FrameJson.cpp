@@ -58,9 +58,9 @@ static void to_json(nlohmann::json& json, const FrameRow& row)
 
 static void to_json(nlohmann::json& json, const FrameField& field)
 {
-    json = {{"kind", name(field.kind)},     {"icon", field.icon},       {"label", field.label},
-            {"value", field.value},         {"choice", field.choice},   {"choices", field.choices},
-            {"cursor", field.cursor},       {"maxLength", field.maxLength}, {"focused", field.focused},
+    json = {{"kind", name(field.kind)},  {"icon", field.icon},           {"label", field.label},
+            {"value", field.value},      {"choice", field.choice},       {"choices", field.choices},
+            {"cursor", field.cursor},    {"maxLength", field.maxLength}, {"focused", field.focused},
             {"readOnly", field.readOnly}};
 }
 

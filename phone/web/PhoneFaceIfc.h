@@ -32,8 +32,8 @@ public:
     // [any-thread]
     virtual void setFaceListener(std::function<void()> listener) = 0;
 
-    // Presses a key by its name: "ok", "back", "menu", "up", "5", "#", "soft1", "text:ä", "row:12",
-    // "tab:1", "home", "hook" ...
+    // Presses a key by its name: "ok", "back", "menu", "up", "5", "#", "soft1", "text:ä", "row13",
+    // "tab2", "home", "hook" ...
     // [any-thread]
     virtual KeyVerdict press(std::string_view key) = 0;
 

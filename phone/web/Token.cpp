@@ -21,8 +21,9 @@ std::filesystem::path fileOf(const std::filesystem::path& profile)
 
 Error failure(const std::filesystem::path& file, const char* what)
 {
-    return {errno == ENOSPC ? ErrorCode::Full : ErrorCode::Denied,
-            "The page's access file " + file.string() + " cannot be " + what + ": " + std::strerror(errno) + "."};
+    return {errno == ENOSPC ? ErrorCode::Full : ErrorCode::Denied, "The page's access file " + file.string() +
+                                                                       " cannot be " + what + ": " +
+                                                                       std::strerror(errno) + "."};
 }
 
 Result<std::string> newToken()

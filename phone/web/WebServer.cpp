@@ -43,11 +43,11 @@ constexpr std::chrono::seconds nHTTP_TIME{10};
 
 // The texts that the page itself shows.
 constexpr std::array nPAGE_TEXTS = {
-    "phone.ok",        "phone.menu",      "phone.back",   "phone.save",    "phone.select",
-    "phone.phonebook", "phone.home",      "phone.clear",  "phone.hook",    "phone.hangup",
-    "phone.dialpad",   "phone.up",        "phone.down",   "phone.left",    "phone.right",
-    "phone.tab",       "phone.search",    "phone.busyKeyDropped", "phone.reconnecting", "phone.connected",
-    "phone.wrongToken", "phone.title",    "phone.keypad", "phone.screen",  "phone.rows",
+    "phone.ok",         "phone.menu",   "phone.back",           "phone.save",         "phone.select",
+    "phone.phonebook",  "phone.home",   "phone.clear",          "phone.hook",         "phone.hangup",
+    "phone.dialpad",    "phone.up",     "phone.down",           "phone.left",         "phone.right",
+    "phone.tab",        "phone.search", "phone.busyKeyDropped", "phone.reconnecting", "phone.connected",
+    "phone.wrongToken", "phone.title",  "phone.keypad",         "phone.screen",       "phone.rows",
     "phone.help",
 };
 
@@ -189,8 +189,9 @@ public:
     {
         beast::get_lowest_layer(m_socket).expires_never();
         m_socket.set_option(websocket::stream_base::timeout::suggested(beast::role_type::server));
-        m_socket.set_option(websocket::stream_base::decorator(
-            [protocol](websocket::response_type& response) { response.set(http::field::sec_websocket_protocol, protocol); }));
+        m_socket.set_option(websocket::stream_base::decorator([protocol](websocket::response_type& response) {
+            response.set(http::field::sec_websocket_protocol, protocol);
+        }));
         m_socket.read_message_max(nLARGEST_MESSAGE);
         m_socket.text(true);
         m_socket.async_accept(request, [self = shared_from_this()](beast::error_code error) {
@@ -212,12 +213,13 @@ public:
         if (m_message.empty())
             return;
         m_writing = true;
-        m_socket.async_write(asio::buffer(m_message), [self = shared_from_this()](beast::error_code error, std::size_t) {
-            self->m_writing = false;
-            if (error)
-                return self->drop();
-            self->send();
-        });
+        m_socket.async_write(asio::buffer(m_message),
+                             [self = shared_from_this()](beast::error_code error, std::size_t) {
+                                 self->m_writing = false;
+                                 if (error)
+                                     return self->drop();
+                                 self->send();
+                             });
     }
 
     void drop()
@@ -283,7 +285,8 @@ private:
         const auto key = json.find("key");
         if (number == json.end() || !number->is_number_unsigned() || key == json.end() || !key->is_string())
             return false;
-        m_acks.emplace_back(number->get<std::uint64_t>(), m_server.m_face.press(key->get_ref<const std::string&>()));
+        m_acks.emplace_back(number->get<std::uint64_t>(),
+                            m_server.m_face.press(key->get_ref<const std::string&>()));
         send();
         return true;
     }
@@ -294,7 +297,7 @@ private:
     std::string m_message; // being written
     bool m_open = false;
     bool m_writing = false;
-    std::uint64_t m_sentFrame = 0;
+    std::optional<std::uint64_t> m_sentFrame;
     std::string m_language;
     std::vector<std::pair<std::uint64_t, KeyVerdict>> m_acks;
     KeyRate m_rate;
@@ -321,10 +324,11 @@ public:
         m_stream.expires_after(nHTTP_TIME);
         m_parser.header_limit(nLARGEST_HEADER);
         m_parser.body_limit(0);
-        http::async_read(m_stream, m_buffer, m_parser, [self = shared_from_this()](beast::error_code error, std::size_t) {
-            if (!error)
-                self->answer();
-        });
+        http::async_read(m_stream, m_buffer, m_parser,
+                         [self = shared_from_this()](beast::error_code error, std::size_t) {
+                             if (!error)
+                                 self->answer();
+                         });
     }
 
 private:
@@ -364,7 +368,10 @@ private:
         std::make_shared<Page>(m_server, std::move(m_stream))->open(request, expected);
     }
 
-    void refuse(http::status status, std::string_view sentence) { send(status, "text/plain; charset=utf-8", sentence); }
+    void refuse(http::status status, std::string_view sentence)
+    {
+        send(status, "text/plain; charset=utf-8", sentence);
+    }
 
     void send(http::status status, std::string_view type, std::string_view body)
     {
@@ -377,9 +384,10 @@ private:
         m_response.set("X-Content-Type-Options", "nosniff");
         m_response.set("Referrer-Policy", "no-referrer");
         m_response.set("Cross-Origin-Resource-Policy", "same-origin");
-        m_response.set("Content-Security-Policy",
-                       "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
-                       "base-uri 'none'; form-action 'none'; frame-ancestors 'none'");
+        m_response.set(
+            "Content-Security-Policy",
+            "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
+            "base-uri 'none'; form-action 'none'; frame-ancestors 'none'");
         m_response.body() = head ? "" : std::string(body);
         m_response.keep_alive(false);
         m_response.content_length(body.size());

@@ -24,7 +24,8 @@ class PhoneFaceIfc;
 class WebServer {
 public:
     // Starts serving. `port` 0 takes any free one. `face` is not owned and outlives the server.
-    static Result<std::unique_ptr<WebServer>> start(PhoneFaceIfc& face, std::uint16_t port, std::string token);
+    static Result<std::unique_ptr<WebServer>> start(PhoneFaceIfc& face, std::uint16_t port,
+                                                    std::string token);
     ~WebServer();
 
     WebServer(const WebServer&) = delete;

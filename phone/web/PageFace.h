@@ -1,0 +1,41 @@
+// The telephone as its page sees it, over the telephone's own parts: the frames that it publishes,
+// the gate for its keys, its texts.
+
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+#include "web/PhoneFaceIfc.h"
+
+class Configuration;
+class FrameStore;
+class KeyGate;
+class Translator;
+
+class PageFace final : public PhoneFaceIfc {
+public:
+    // None of them is owned; all outlive it.
+    PageFace(FrameStore& frames, KeyGate& keys, const Configuration& configuration,
+             const Translator& translator);
+    ~PageFace() override;
+
+    std::shared_ptr<const DisplayAPI::Frame> frame() const override;
+    void setFaceListener(std::function<void()> listener) override;
+    KeyVerdict press(std::string_view key) override;
+    std::string language() const override;
+    std::string text(const std::string& key) const override;
+
+private:
+    void watch();
+
+    FrameStore& m_frames;
+    KeyGate& m_keys;
+    const Configuration& m_configuration;
+    const Translator& m_translator;
+    std::mutex m_mutex; // held while the listener is called: it is gone when it was taken away
+    std::function<void()> m_listener;
+    std::atomic<bool> m_stopped{false};
+    std::thread m_watcher;
+};

@@ -1,0 +1,56 @@
+#include "web/FrameJson.h"
+
+#include <framework/display/Frame.h>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using DisplayAPI::Frame;
+using DisplayAPI::FrameRole;
+
+nlohmann::json json(const Frame& frame)
+{
+    return nlohmann::json::parse(toJson(frame));
+}
+
+TEST(FrameJson, HoldsTheVisibleRowsAndHowManyThereAre)
+{
+    Frame frame;
+    frame.base.role = FrameRole::List;
+    frame.base.rowCount = 100000;
+    frame.base.rows = {{41, 3, "Müller, Jörg", "", true}};
+
+    const auto base = json(frame)["base"];
+    EXPECT_EQ(base["role"], "list");
+    EXPECT_EQ(base["rowCount"], 100000);
+    EXPECT_EQ(base["rows"][0]["position"], 41);
+    EXPECT_EQ(base["rows"][0]["icon"], 3);
+    EXPECT_EQ(base["rows"][0]["text"], "Müller, Jörg");
+    EXPECT_EQ(base["rows"][0]["selected"], true);
+}
+
+TEST(FrameJson, ShowsThePopupOnTopOnly)
+{
+    Frame frame;
+    EXPECT_TRUE(json(frame)["popup"].is_null());
+
+    frame.popups.resize(2);
+    frame.popups[0].role = FrameRole::Menu;
+    frame.popups[1].role = FrameRole::Question;
+    frame.popups[1].text = "Delete?";
+    EXPECT_EQ(json(frame)["popup"]["role"], "question");
+    EXPECT_EQ(json(frame)["popup"]["text"], "Delete?");
+}
+
+TEST(FrameJson, ReplacesWhatIsNoUtf8)
+{
+    Frame frame;
+    frame.base.title = "a\xFF"
+                       "b";
+    EXPECT_EQ(json(frame)["base"]["title"], "a\xEF\xBF\xBD"
+                                            "b");
+}
+
+} // namespace

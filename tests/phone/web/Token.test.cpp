@@ -1,0 +1,78 @@
+#include "web/Token.h"
+
+#include <fstream>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PageToken : public testing::Test {
+protected:
+    PageToken()
+    {
+        std::string pattern = (std::filesystem::temp_directory_path() / "page-token-XXXXXX").string();
+        m_profile = mkdtemp(pattern.data());
+    }
+    ~PageToken() override { std::filesystem::remove_all(m_profile); }
+
+    std::filesystem::path file() const { return m_profile / "page-access"; }
+
+    std::filesystem::path m_profile;
+};
+
+TEST_F(PageToken, IsMadeOnceAndSurvivesARestart)
+{
+    const auto first = loadWebAccess(m_profile);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first.value().token.size(), 32u);
+
+    EXPECT_EQ(loadWebAccess(m_profile).value().token, first.value().token);
+}
+
+TEST_F(PageToken, IsReadableByItsOwnerOnly)
+{
+    ASSERT_TRUE(loadWebAccess(m_profile));
+    struct stat status = {};
+    ASSERT_EQ(stat(file().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(PageToken, IsKeptWithThePort)
+{
+    auto access = loadWebAccess(m_profile).value();
+    access.port = 4711;
+    ASSERT_TRUE(saveWebAccess(m_profile, access));
+    EXPECT_EQ(loadWebAccess(m_profile).value().port, 4711);
+}
+
+TEST_F(PageToken, IsReplacedOnRequestAndThePortStays)
+{
+    auto access = loadWebAccess(m_profile).value();
+    access.port = 4711;
+    ASSERT_TRUE(saveWebAccess(m_profile, access));
+
+    const auto renewed = renewToken(m_profile);
+    ASSERT_TRUE(renewed);
+    EXPECT_NE(renewed.value().token, access.token);
+    EXPECT_EQ(renewed.value().port, 4711);
+    EXPECT_EQ(loadWebAccess(m_profile).value().token, renewed.value().token);
+}
+
+TEST_F(PageToken, IsMadeAnewWhenItsFileIsDamaged)
+{
+    std::ofstream(file()) << "not a token";
+    const auto access = loadWebAccess(m_profile);
+    ASSERT_TRUE(access);
+    EXPECT_EQ(access.value().token.size(), 32u);
+}
+
+TEST_F(PageToken, SaysWhatIsWrongWhenItCannotBeKept)
+{
+    const auto access = loadWebAccess(m_profile / "gone");
+    ASSERT_FALSE(access);
+    EXPECT_NE(access.error().sentence.find("page-access"), std::string::npos);
+}
+
+} // namespace
