@@ -272,6 +272,7 @@ int PhonebookList::getIndex(const std::string& quickSearchString, int& index)
 {
     PB_TRACE("getIndex entered");
     PB_TRACE("getIndex QuickSearchString = %s ", quickSearchString.c_str());
+    const Utf8Utils::SteadyOrder steady;
     std::string wanted = quickSearchString;
     Utf8Utils::normalize(wanted);
 
@@ -403,6 +404,7 @@ void PhonebookList::sortListBySortMode()
     const auto sortPredicate = [](const PhonebookListEntry& left, const PhonebookListEntry& right) {
         return Utf8Utils::compare(left.m_sortKey, right.m_sortKey);
     };
+    const Utf8Utils::SteadyOrder steady;
     std::sort(m_entries.begin(), m_entries.end(), sortPredicate);
     // clear() would keep the keys' memory.
     std::for_each(m_entries.rbegin(), m_entries.rend(),

@@ -113,9 +113,12 @@ const Collation& collationOf(const std::string& language)
 }
 
 std::atomic<const Collation*> s_current{nullptr};
+thread_local const Collation* t_steady = nullptr;
 
 const Collation& current()
 {
+    if (t_steady)
+        return *t_steady;
     const Collation* collation = s_current.load(std::memory_order_acquire);
     if (collation)
         return *collation;
@@ -138,6 +141,17 @@ void Utf8Utils::destroy()
 void Utf8Utils::setSortOrder(const std::string& language)
 {
     s_current.store(&collationOf(language.empty() ? "root" : language), std::memory_order_release);
+}
+
+Utf8Utils::SteadyOrder::SteadyOrder()
+    : m_pBefore(t_steady)
+{
+    t_steady = &current();
+}
+
+Utf8Utils::SteadyOrder::~SteadyOrder()
+{
+    t_steady = static_cast<const Collation*>(m_pBefore);
 }
 
 bool Utf8Utils::compare(const std::string& left, const std::string& right)

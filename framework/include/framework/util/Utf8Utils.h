@@ -24,6 +24,21 @@ public:
     static void destroy();
     static void setSortOrder(const std::string& language);
 
+    // Keeps the order of now for this thread while it lives, whatever setSortOrder() says meanwhile:
+    // a sort whose order changes half way would leave its range. Those of one thread nest.
+    class FRAMEWORK_API SteadyOrder {
+    public:
+        // [any-thread]
+        SteadyOrder();
+        ~SteadyOrder();
+
+        SteadyOrder(const SteadyOrder&) = delete;
+        SteadyOrder& operator=(const SteadyOrder&) = delete;
+
+    private:
+        const void* m_pBefore;
+    };
+
     // Whether `left` sorts before `right`: a strict total order over raw texts and normal forms. A
     // normal form sorts before the raw texts that have it.
     // [any-thread]
