@@ -159,7 +159,7 @@ void Display::Impl::remove(const Displayable& screen, bool reportEnd)
         notification->ended();
 }
 
-// Tells the screen that gets the keys again after another one had them. Messages have none.
+// Tells the screen that gets a key that another one got the key before. Messages do not count.
 void Display::Impl::noticeReturn()
 {
     auto* focus = innermost();
@@ -320,7 +320,6 @@ void Display::setCurrent(Displayable* displayable)
         m_impl->raise(*displayable);
     else
         m_impl->setBase(*displayable);
-    m_impl->noticeReturn();
     m_impl->publish(FrameMoment::InsideEvent);
 }
 

@@ -21,6 +21,8 @@ ExclusiveList::~ExclusiveList()
 int ExclusiveList::append(ListItem* row)
 {
     const UiLock lock;
+    if (!row)
+        return -1;
     m_rows.emplace_back(row);
     m_selected = std::max(m_selected, 0);
     return size() - 1;

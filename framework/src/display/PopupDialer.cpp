@@ -119,6 +119,7 @@ bool PopupDialer::keyPressed(const Key& key)
 
 void PopupDialer::opened()
 {
+    const UiLock lock;
     m_commands.select(0);
     m_edit.clear();
     m_editMode = false;

@@ -1,7 +1,6 @@
 #include <framework/display/SearchList.h>
 
 #include <algorithm>
-#include <optional>
 
 #include <framework/display/Frame.h>
 #include <framework/display/TabScreen.h>
@@ -88,6 +87,8 @@ public:
 
 void SearchList::Impl::insert(int index, ListItem* row)
 {
+    if (!row)
+        return;
     index = exists(index) ? index : count();
     m_rows.emplace(m_rows.begin() + index, row);
     if (m_selected < 0)
@@ -145,7 +146,7 @@ bool SearchList::Impl::textKeyPressed(const Key& key)
         clearKeyPressed();
         return true;
     default:
-        dropPending();
+        m_multiTap.take();
         changeText({});
         return true;
     }

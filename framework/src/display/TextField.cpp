@@ -88,8 +88,10 @@ FieldReaction TextField::Impl::digitPressed(char digit)
 {
     if (m_type == TextField::NUMBER)
         return enter(std::string(1, digit));
-    const auto reaction = m_multiTap.changesWith(digit) ? FieldReaction::Silent : commit();
-    m_multiTap.press(digit);
+    const auto changes = m_multiTap.changesWith(digit);
+    const auto reaction = changes ? FieldReaction::Silent : commit();
+    if (changes || hasRoomFor(m_text + digit))
+        m_multiTap.press(digit);
     return reaction;
 }
 

@@ -17,7 +17,7 @@ public:
     ExclusiveList();
     ~ExclusiveList() override;
 
-    // The list takes ownership of the row and returns its index.
+    // The list takes ownership of the row and returns its index; -1 for null.
     int append(ListItem* row);
     int size() const;
 

@@ -1,4 +1,6 @@
 // What a display needs of the telephone: a clock, a place for its frames, the letters of the keys.
+//
+// It is called with the widgets' lock held: it must not wait for a thread that uses widgets.
 
 #pragma once
 
