@@ -13,9 +13,9 @@ LDAPStateFind::LDAPStateFind()
 
 LDAPStateFind::~LDAPStateFind() = default;
 
-void LDAPStateFind::clearForm(EventContext* pContext)
+void LDAPStateFind::clearForm(EventContext*)
 {
     PB_TRACE("LDAPStateFind::clearForm()");
-    // Nothing was entered: what may be on the screen is its message.
-    exitStateEvent(pContext);
+    // Nothing can be typed yet: what may stand on the screen is the message.
+    hideMessage();
 }

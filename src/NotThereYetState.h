@@ -29,6 +29,8 @@ protected:
     NotThereYetState(const char* message, Tab tab);
     virtual ~NotThereYetState();
 
+    void hideMessage();
+
 private:
     PhonebookStateBase* list(EventContext* pContext) const;
 

@@ -10,6 +10,7 @@
 
 #include <string>
 
+#include <framework/display/Icons.h>
 #include <framework/services/PhysDefs.h>
 
 namespace DisplayAPI {
@@ -56,7 +57,8 @@ public:
                                                                   DisplayAPI::Item* pItem);
     // The first digits, or none after going off-hook.
     virtual PhonebookStateBase* dialingStartedEvent(EventContext* pContext, std::string digits);
-    // Fills in who is dialled; false when there is no party to offer.
+    // Fills in who is dialled; false when there is no party to offer. When the party already has a
+    // number, that is the one dialled.
     virtual bool getDialPartyDetails(CallPartyIdentifier& party, EventContext* pContext);
     virtual PhonebookStateBase* dialingStoppedEvent(EventContext* pContext);
     // The digits typed so far make a number. The event may be null.
@@ -83,6 +85,9 @@ public:
     void constructLdapDisplayList(EventContext* pContext);
 
 protected:
+    // The icon of a row or dial command, for a default number's name.
+    static DisplayAPI::DisplayIcon rowIcon(const std::string& defaultNumber);
+
     // Not virtual: nobody owns a state through this class.
     ~PhonebookStateBase() = default;
 };

@@ -47,19 +47,24 @@ public:
     void dismissDialingPopups(EventContext* pContext);
 
 protected:
+    // makeCSTACall() with the call-request flag kept around it: set while the call is under way.
+    bool placeCall(EventContext* pContext, const std::string& number);
     // The user typed the first digits of a number: the dialler opens with them, and goes on from there.
     void openDialerWithDigits(EventContext* pContext, const std::string& digits);
     // Dialling ended: the next call may be placed, and the dialler goes.
     void dialingEnded(EventContext* pContext);
+    bool isRedialCommand(EventContext* pContext, const DisplayAPI::Command* pCommand) const;
     // One of the three popups of dialling.
     static bool isDialingPopup(EventContext* pContext, const DisplayAPI::Displayable* pDisplayable);
 
 private:
     PhonebookStateBase* dialCommandChosen(EventContext* pContext);
+    void editNumber(EventContext* pContext, const std::string& number);
     void showRefusal(EventContext* pContext, int cause, const std::string& number);
     void showLinePopup(EventContext* pContext, DisplayAPI::PopupNotification& popup);
     void rememberCurrentDisplayable(EventContext* pContext);
     void createDialCommand(EventContext* pContext);
+    void createRedialCommand(EventContext* pContext);
     void removeDialCommand(EventContext* pContext);
     void addDialerCommands(EventContext* pContext);
 

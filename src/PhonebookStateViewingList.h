@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include <framework/display/TranslationInfo.h>
 #include <framework/services/CallPartyIdentifier.h>
 
 #include "PhonebookStateBaseDialer.h"
@@ -47,6 +48,10 @@ public:
     bool mobilityPhonebookRefreshPending() override;
     virtual ~PhonebookStateViewingList();
 
+    // The next redial command dials the selected entry's number instead of the redial number; once,
+    // and until dialling ends.
+    void allowRedial();
+
 private:
     enum Choice : std::size_t {
         NEW_CONTACT,
@@ -74,7 +79,8 @@ private:
     };
 
     void constructDisplayList(EventContext* pContext);
-    void appendEntries(EventContext* pContext);
+    void fillDisplayList(EventContext* pContext);
+    void appendText(EventContext* pContext, const char* key);
     void setGroupTitle(EventContext* pContext);
     void setDisplayListCurrent(EventContext* pContext);
 
@@ -85,6 +91,8 @@ private:
     bool checkBluetoothAvailable(EventContext* pContext);
     void enterOptionsContextMenuState(EventContext* pContext);
     void enterEntryContextMenuState(EventContext* pContext);
+    void fillEntryMenuWithSoftKeyBar(EventContext* pContext);
+    void fillEntryMenuWithoutSoftKeyBar(EventContext* pContext);
     void exitContextMenuState(EventContext* pContext);
     void setMenuAsCurrentDisplay(EventContext* pContext);
 
@@ -98,6 +106,7 @@ private:
 
     void setPopupConfirmForDeleteEntryConfirmation(EventContext* pContext);
     void setPopupConfirmForDeleteAllConfirmation(EventContext* pContext);
+    void askBeforeDeleting(EventContext* pContext, DisplayAPI::TranslationInfo question, Choice yes);
     void deleteAllEntries(EventContext* pContext);
     void deleteSelectedEntry(EventContext* pContext);
     void removeRow(EventContext* pContext, int row);
@@ -105,6 +114,7 @@ private:
 
     void clearLdapMarks(EventContext* pContext);
     bool isOptionsRowSelected(EventContext* pContext) const;
+    bool isEntrySelected(EventContext* pContext) const;
     unsigned int getSelectedPhonebookEntryIndex(EventContext* pContext);
     // False when the entry cannot be read; the selected entry then is what it was.
     bool updateSelectedPhonebookEntry(EventContext* pContext);
@@ -112,12 +122,14 @@ private:
     void transformCommandToPhoneNumberAndIcon(EventContext* pContext, const DisplayAPI::Command* pCommand,
                                               std::string& number,
                                               CallPartyIdentifier::PhoneNumberIconType& icon);
-    void dialDefaultNumber(EventContext* pContext, const char* refusal);
+    std::string shownName(EventContext* pContext);
     void sendContact(EventContext* pContext);
 
     std::optional<Choice> choiceOf(const DisplayAPI::Command* pCommand) const;
-    PhonebookStateBase* choiceMade(EventContext* pContext, Choice choice, DisplayAPI::Command* pCommand,
-                                   DisplayAPI::Displayable* pDisplayable);
+    // Where a choice leads; null for one that the other function knows.
+    PhonebookStateBase* listChoiceMade(EventContext* pContext, Choice choice);
+    PhonebookStateBase* entryChoiceMade(EventContext* pContext, Choice choice,
+                                        const DisplayAPI::Command* pCommand);
     PhonebookStateBase* createNewContact(EventContext* pContext);
     PhonebookStateBase* dialChosenNumber(EventContext* pContext, const DisplayAPI::Command* pCommand);
     PhonebookStateBase* pickUp(EventContext* pContext, const DisplayAPI::Command* pCommand);

@@ -1,0 +1,918 @@
+#include "PhonebookStateViewingList.h"
+
+#include <algorithm>
+
+#include <framework/PhoneletIfc.h>
+#include <framework/display/Display.h>
+#include <framework/display/ListItem.h>
+#include <framework/display/PhonebookItem.h>
+#include <framework/display/PopupProgress.h>
+#include <framework/services/OBEXServiceIfc.h>
+
+#include "ContactCard.h"
+#include "EventContext.h"
+#include "PB_Error.h"
+#include "PhonebookList.h"
+#include "PhonebookLog.h"
+#include "PhonebookMode.h"
+#include "Toolbox.h"
+
+using DisplayAPI::TranslationInfo;
+
+namespace {
+
+constexpr char nSOURCE[] = "./src/PhonebookStateViewingList";
+
+constexpr int nLIST_ROW = 1; // the kind of a row in a search list
+constexpr int nALL_ENTRIES = -1;
+constexpr int nWITHOUT_GROUP = 0;
+constexpr unsigned nROWS_PER_QUERY = 8;
+constexpr int nPROGRESS_KIND = 1;
+constexpr int nPROGRESS_TYPE = 1;
+constexpr unsigned nNOTIFICATION_TIMEOUT_MS = 3000;
+constexpr int nWARNING = 1; // a question before something is lost
+
+std::unique_ptr<DisplayAPI::PopupProgress> makeProgress()
+{
+    auto popup = std::make_unique<DisplayAPI::PopupProgress>(nPROGRESS_KIND);
+    popup->setType(nPROGRESS_TYPE);
+    return popup;
+}
+
+std::unique_ptr<DisplayAPI::PopupNotification> makeNotification(EventContext* pContext, int type)
+{
+    auto popup = std::make_unique<DisplayAPI::PopupNotification>();
+    popup->setType(type);
+    popup->setTimeout(nNOTIFICATION_TIMEOUT_MS);
+    popup->setCommandListener(pContext->m_pListener);
+    return popup;
+}
+
+// None for a number that is not the entry's.
+CallPartyIdentifier::PhoneNumberIconType iconOfNumber(const PhonebookFullEntry& entry,
+                                                      const std::string& number)
+{
+    if (number == entry.getOffice())
+        return CallPartyIdentifier::OFFICE;
+    if (number == entry.getOffice2())
+        return CallPartyIdentifier::OFFICE2;
+    if (number == entry.getMobile())
+        return CallPartyIdentifier::MOBILE;
+    if (number == entry.getPrivate())
+        return CallPartyIdentifier::PRIVATE;
+    return CallPartyIdentifier::NONE;
+}
+
+// A progress popup that goes whatever becomes of the work behind it.
+class ShownProgress {
+public:
+    ShownProgress(EventContext* pContext, DisplayAPI::PopupProgress& popup)
+        : m_popup(popup)
+    {
+        pContext->m_pDisplay->setCurrent(&m_popup);
+    }
+    ~ShownProgress() { m_popup.dismiss(); }
+
+    ShownProgress(const ShownProgress&) = delete;
+    ShownProgress& operator=(const ShownProgress&) = delete;
+
+private:
+    DisplayAPI::PopupProgress& m_popup;
+};
+
+} // namespace
+
+PhonebookStateViewingList::PhonebookStateViewingList() = default;
+
+PhonebookStateViewingList::~PhonebookStateViewingList() = default;
+
+bool PhonebookStateViewingList::tabValid(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::tabValid");
+    return pContext->m_pDisplay->getCurrent() != &pContext->m_PopupDialer;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::tabFrom(EventContext*)
+{
+    PB_TRACE("PhonebookStateViewingList::tabFrom");
+    if (mFetchingPopupActive && m_pFetchingPopup) {
+        PB_TRACE("PhonebookStateViewingList::tabFrom - mFetchingPopupActive = true - dismiss popup");
+        m_pFetchingPopup->dismiss();
+    }
+    return this;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::tabTo(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::tabTo");
+    if (mFetchingPopupActive)
+        mobilityPhonebookRefreshActive(pContext, true);
+    return this;
+}
+
+void PhonebookStateViewingList::enterStateEvent(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::enterStateEvent");
+    setCallContextProvider(pContext);
+    constructDisplayList(pContext);
+    constructMenuCommands(pContext);
+    forgetRebuiltPopups(pContext);
+    constructErrorPopup(pContext);
+    constructDeletingAllPopup(pContext);
+    constructAllDeletedPopup(pContext);
+    constructDeletingEntryPopup(pContext);
+    constructEntryDeletedPopup(pContext);
+    if (pContext->m_pGroupDisplayList)
+        pContext->m_pGroupDisplayList->setWaitAnimation(false);
+    setDisplayListCurrent(pContext);
+    if (mFetchingPopupActive) {
+        PB_TRACE("PhonebookStateViewingList::enterStateEvent - mFetchingPopupActive = true - call "
+                 "mobilityPhonebookRefreshActive(true)");
+        mobilityPhonebookRefreshActive(pContext, true);
+    }
+    m_redialAllowed = false;
+}
+
+void PhonebookStateViewingList::exitStateEvent(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::exitStateEvent");
+    clearCallContextProvider(pContext);
+    dismissDialingPopups(pContext);
+    pContext->m_ContextMenu.dismiss();
+    if (mFetchingPopupActive && m_pFetchingPopup)
+        m_pFetchingPopup->dismiss();
+}
+
+PhonebookStateBase* PhonebookStateViewingList::backEvent(EventContext* pContext,
+                                                         DisplayAPI::Command* pCommand,
+                                                         DisplayAPI::Displayable* pDisplayable)
+{
+    PB_TRACE("PhonebookStateViewingList::backEvent");
+    if (pDisplayable == &pContext->m_PopupDialer)
+        return PhonebookStateBaseDialer::backEvent(pContext, pCommand, pDisplayable);
+    if (pDisplayable == &pContext->m_PopupConfirm) {
+        pContext->m_PopupConfirm.dismiss();
+        setMenuAsCurrentDisplay(pContext);
+        return this;
+    }
+    if (pDisplayable == &pContext->m_ContextMenu) {
+        exitContextMenuState(pContext);
+        setDisplayListCurrent(pContext);
+        return this;
+    }
+    if (pDisplayable != pContext->m_pDisplayList.get())
+        return this;
+    if (pContext->m_pPhonebookList->getGroupIndication() != nALL_ENTRIES)
+        leaveGroup(pContext);
+    else if (pContext->m_pPhoneletHandle)
+        pContext->m_pPhoneletHandle->leave("PhoneBookPhonelet"); // the host knows it by this spelling
+    return this;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::okEvent(EventContext* pContext, DisplayAPI::Command*,
+                                                       DisplayAPI::Displayable* pDisplayable)
+{
+    PB_TRACE("PhonebookStateViewingList::okEvent");
+    clearLdapMarks(pContext);
+    if (pDisplayable != pContext->m_pDisplayList.get())
+        return this;
+    if (isOptionsRowSelected(pContext)) {
+        enterOptionsContextMenuState(pContext);
+        return this;
+    }
+    if (pContext->m_pPhonebookList->size() == 0)
+        return this;
+    // An entry that cannot be read is not dialled: the one selected before it would be.
+    if (!updateSelectedPhonebookEntry(pContext))
+        return this;
+    const auto number = getDefaultPhonebookNo(pContext);
+    if (pContext->getCallRequestInitiated()) {
+        PB_ERROR("okEvent received when call already initiated - ignore");
+        return this;
+    }
+    placeCall(pContext, number);
+    return this;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::rightEvent(EventContext* pContext, DisplayAPI::Command*,
+                                                          DisplayAPI::Displayable* pDisplayable)
+{
+    PB_TRACE("PhonebookStateViewingList::rightEvent");
+    clearLdapMarks(pContext);
+    if (pDisplayable != pContext->m_pDisplayList.get())
+        return this;
+    if (isOptionsRowSelected(pContext) || pContext->m_pPhonebookList->size() == 0) {
+        enterOptionsContextMenuState(pContext);
+        return this;
+    }
+    if (updateSelectedPhonebookEntry(pContext))
+        enterEntryContextMenuState(pContext);
+    return this;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::screenEvent(EventContext* pContext,
+                                                           DisplayAPI::Command* pCommand,
+                                                           DisplayAPI::Displayable* pDisplayable)
+{
+    PB_TRACE("PhonebookStateViewingList::screenEvent");
+    if (pDisplayable && pDisplayable == m_pAllDeletedPopup.get()) {
+        constructDisplayList(pContext);
+        setDisplayListCurrent(pContext);
+        return this;
+    }
+    if (pDisplayable && pDisplayable == m_pErrorPopup.get()) {
+        PB_TRACE("- hidden event off popup error notification");
+        setMenuAsCurrentDisplay(pContext);
+        return this;
+    }
+    const auto choice = choiceOf(pCommand);
+    if (choice)
+        if (auto* pNext = listChoiceMade(pContext, *choice))
+            return pNext;
+    if (isDialingPopup(pContext, pDisplayable))
+        return dialingPopupEvent(pContext, pCommand, pDisplayable);
+    if (pDisplayable && pDisplayable == m_pEntryDeletedPopup.get()) {
+        PB_TRACE(" - hidden event off popup delete notification");
+        pContext->m_ContextMenu.dismiss();
+        return this;
+    }
+    if (choice)
+        if (auto* pNext = entryChoiceMade(pContext, *choice, pCommand))
+            return pNext;
+    return PhonebookStateBaseDialer::screenEvent(pContext, pCommand, pDisplayable);
+}
+
+PhonebookStateBase* PhonebookStateViewingList::doCSTAServiceInitiatedEvent(EventContext*,
+                                                                           CSTAServiceInitiatedEvent*)
+{
+    PB_TRACE("PhonebookStateViewingList::doCSTAServiceInitiatedEvent");
+    return this;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::itemStateChangedEvent(EventContext* pContext,
+                                                                     DisplayAPI::Item*)
+{
+    PB_TRACE("PhonebookStateViewingList::itemStateChangedEvent");
+    const auto text = pContext->m_pDisplayList->getSearchText();
+    int index = 0;
+    if (pContext->m_pPhonebookList->getIndex(text, index))
+        PB_TRACE("Exact match found, index in directory list = %d", index);
+    else
+        PB_TRACE("Closest match found, index in directory list = %d", index);
+    const int row = static_cast<int>(
+        Toolbox::phonebookToDisplayIndex(static_cast<unsigned>(index), pContext->m_HasSoftKeyBar));
+    PB_TRACE("Selected index on display = %d", row);
+    pContext->m_pDisplayList->setSelectedIndex(row);
+    return this;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::dialingStartedEvent(EventContext* pContext, std::string digits)
+{
+    PB_TRACE("PhonebookStateViewingList::dialingStartedEvent");
+    if (!digits.empty()) {
+        openDialerWithDigits(pContext, digits);
+        return this;
+    }
+    const bool known = isEntrySelected(pContext) && updateSelectedPhonebookEntry(pContext);
+    const auto number = known ? getDefaultPhonebookNo(pContext) : std::string();
+    const auto name = known ? shownName(pContext) : std::string();
+    setupPopupDialer(pContext, "", name, number, false);
+    return this;
+}
+
+bool PhonebookStateViewingList::getDialPartyDetails(CallPartyIdentifier& party, EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::getDialPartyDetails");
+    const auto& entry = pContext->m_SelectedEntry;
+    if (party.getNumber().empty()) {
+        party.setNumber(entry.getDefaultPhonebookNo());
+        party.setIcon(entry.getDefaultIcon());
+    } else {
+        party.setIcon(iconOfNumber(entry, party.getNumber()));
+    }
+    // Somebody else's number must not be shown under this name.
+    if (party.getNumber().empty() || party.getIcon() == CallPartyIdentifier::NONE)
+        return false;
+    party.setFirstname(entry.getFirstname());
+    party.setSurname(entry.getSurname());
+    party.setPicture(entry.getPicture());
+    return true;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::dialingStoppedEvent(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::dialingStoppedEvent");
+    m_redialAllowed = false;
+    dialingEnded(pContext);
+    return this;
+}
+
+bool PhonebookStateViewingList::mobilityPhonebookRefreshActive(EventContext* pContext, bool active)
+{
+    PB_TRACE("PhonebookStateViewingList::mobilityPhonebookRefreshActive");
+    mFetchingPopupActive = active;
+    if (!active) {
+        if (m_pFetchingPopup)
+            m_pFetchingPopup->dismiss();
+        return false;
+    }
+    if (!m_pFetchingPopup) {
+        m_pFetchingPopup = makeProgress();
+        m_pFetchingPopup->setText(TranslationInfo("Mobility.Fetching.Directory", pContext->m_pTranslator));
+    }
+    pContext->m_pDisplay->setCurrent(m_pFetchingPopup.get());
+    return true;
+}
+
+bool PhonebookStateViewingList::mobilityPhonebookRefreshPending()
+{
+    PB_TRACE("PhonebookStateViewingList::mobilityPhonebookRefreshPending");
+    return mFetchingPopupActive;
+}
+
+void PhonebookStateViewingList::allowRedial()
+{
+    PB_TRACE("PhonebookStateViewingList::allowRedial");
+    m_redialAllowed = true;
+}
+
+// --- The list ---
+
+void PhonebookStateViewingList::constructDisplayList(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::constructDisplayList");
+    if (pContext->m_pDisplayList->size() == 0)
+        fillDisplayList(pContext);
+    setGroupTitle(pContext);
+}
+
+void PhonebookStateViewingList::fillDisplayList(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::fillDisplayList");
+    auto& list = *pContext->m_pDisplayList;
+    auto& entries = *pContext->m_pPhonebookList;
+    const unsigned size = entries.size();
+    if (!pContext->m_HasSoftKeyBar || size == 0) {
+        appendText(pContext, pContext->m_HasSoftKeyBar ? "no.contacts" : "list.options");
+        list.setSelectedIndex(0);
+    }
+    PB_TRACE("PhonebookStateViewingList - Size = %u", size);
+
+    const auto mode = entries.getDisplayMode();
+    const auto qualifier = entries.getDisplayQualifier();
+    for (unsigned index = 0; index < size; ++index) {
+        const auto& entry = entries.elementAt(index);
+        const int icon = static_cast<int>(rowIcon(entry.getDefaultNumber()));
+        list.append(new DisplayAPI::PhonebookItem(icon, 0, entry.getDisplayName(mode, qualifier), nLIST_ROW));
+        // The list is asked now and then while it grows; that is meant to be.
+        if (index % nROWS_PER_QUERY == 0)
+            list.getSelectedIndex();
+    }
+}
+
+void PhonebookStateViewingList::appendText(EventContext* pContext, const char* key)
+{
+    PB_TRACE("PhonebookStateViewingList::appendText");
+    pContext->m_pDisplayList->append(
+        new DisplayAPI::ListItem(TranslationInfo(key, pContext->m_pTranslator), nLIST_ROW));
+}
+
+void PhonebookStateViewingList::setGroupTitle(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::setGroupTitle");
+    auto& list = *pContext->m_pDisplayList;
+    const int index = pContext->m_pPhonebookList->getGroupIndication();
+    if (index == nWITHOUT_GROUP)
+        list.setTitle(TranslationInfo("no.group", pContext->m_pTranslator));
+    PhonebookGroup group;
+    if (index <= nWITHOUT_GROUP || !pContext->m_pGroupList || !pContext->m_pGroupList->getGroup(index, group))
+        return;
+    // The telephone's own group is kept under its key.
+    if (group.getName() == "group.copied.contacts")
+        list.setTitle(TranslationInfo(group.getName(), pContext->m_pTranslator));
+    else
+        list.setTitle(TranslationInfo::plain(group.getName()));
+}
+
+void PhonebookStateViewingList::setDisplayListCurrent(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::setDisplayListCurrent");
+    auto& tabs = *pContext->m_pTabScreen;
+    auto* pList = pContext->m_pDisplayList.get();
+    if (tabs.numberOfTabs() == 0) {
+        pContext->m_pDisplay->setCurrent(pList);
+    } else {
+        if (!isOfficeTabCurrent(pContext))
+            return; // the tab still shows the placeholder
+        tabs.setCurrentDisplayable(pList);
+        pContext->m_pDisplay->setCurrent(&tabs);
+    }
+    pContext->m_pPlaceholderList.reset();
+}
+
+void PhonebookStateViewingList::leaveGroup(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::leaveGroup");
+    // The group's list stays on the screen, waiting, until the whole phonebook is there.
+    auto& pOldList = pContext->m_pPlaceholderList;
+    pOldList.reset();
+    pOldList = std::move(pContext->m_pDisplayList);
+    pOldList->setWaitAnimation(true);
+    pContext->reallocateDisplayList(false);
+    pContext->m_pPhonebookList->populate(nALL_ENTRIES);
+    constructDisplayList(pContext);
+    pOldList->setWaitAnimation(false);
+    setDisplayListCurrent(pContext);
+}
+
+// --- The menus ---
+
+void PhonebookStateViewingList::constructMenuCommands(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::constructMenuCommands");
+    if (m_commands[NEW_CONTACT])
+        return;
+    const auto create = [&](Choice choice, const char* key) {
+        m_commands[choice] =
+            std::make_unique<DisplayAPI::MenuCommand>(TranslationInfo(key, pContext->m_pTranslator));
+    };
+    const auto createDial = [&](Choice choice, DisplayAPI::DisplayIcon icon) {
+        m_commands[choice] = std::make_unique<DisplayAPI::MenuCommand>(
+            TranslationInfo("dial", pContext->m_pTranslator), static_cast<int>(icon));
+    };
+    create(NEW_CONTACT, "new.contact");
+    create(DISPLAY_OPTIONS, "display");
+    create(DELETE_ALL, "delete.all");
+    create(FIND, "find");
+    create(BACKUP, "backup");
+    create(RESTORE, "restore");
+    create(GROUPS, "groups.menu");
+    createDial(DIAL_OFFICE, DisplayAPI::DisplayIcon::Office);
+    createDial(DIAL_OFFICE2, DisplayAPI::DisplayIcon::Office2);
+    createDial(DIAL_PRIVATE, DisplayAPI::DisplayIcon::Private);
+    createDial(DIAL_MOBILE, DisplayAPI::DisplayIcon::Mobile);
+    createDial(DIAL_DEFAULT, DisplayAPI::DisplayIcon::None);
+    create(DIRECTED_PICKUP, "directed.pickup");
+    create(DETAILS, "details");
+    create(DELETE_ENTRY, "delete");
+    create(SECOND_FIND, "find");
+    create(SEND, "send");
+    create(SECOND_NEW_CONTACT, "new.contact");
+    create(CONFIRM_DELETE_ALL, "delete.all.entries");
+    create(CONFIRM_DELETE, "delete");
+    create(CANCEL, "cancel");
+}
+
+void PhonebookStateViewingList::addMenuItem(EventContext* pContext, Choice choice)
+{
+    pContext->m_ContextMenu.addCommand(m_commands[choice].get());
+}
+
+void PhonebookStateViewingList::addDirectedPickupMenuItem(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::addDirectedPickupMenuItem");
+    if (pContext->m_pListener && pContext->m_pListener->getSoftwareType() == PhonebookMode::SIP)
+        addMenuItem(pContext, DIRECTED_PICKUP);
+}
+
+void PhonebookStateViewingList::addSendMenuItem(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::addSendMenuItem");
+    if (checkBluetoothAvailable(pContext))
+        addMenuItem(pContext, SEND);
+}
+
+bool PhonebookStateViewingList::checkBluetoothAvailable(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::checkBluetoothAvailable");
+    return Toolbox::getValueFromOCMS(pContext->m_pLocalMgmt, "bt-enabled") == "true" &&
+           Toolbox::getValueFromOCMS(pContext->m_pLocalMgmt, "bt-active") == "true";
+}
+
+void PhonebookStateViewingList::enterOptionsContextMenuState(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::enterOptionsContextMenuState");
+    pContext->m_ContextMenu.clearCommands();
+    addMenuItem(pContext, NEW_CONTACT);
+    if (pContext->m_pPhonebookList->size() > 0) {
+        addMenuItem(pContext, DISPLAY_OPTIONS);
+        addMenuItem(pContext, DELETE_ALL);
+    }
+    addMenuItem(pContext, GROUPS);
+    setMenuAsCurrentDisplay(pContext);
+}
+
+void PhonebookStateViewingList::enterEntryContextMenuState(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::enterEntryContextMenuState");
+    pContext->m_ContextMenu.clearCommands();
+    if (pContext->m_HasSoftKeyBar)
+        fillEntryMenuWithSoftKeyBar(pContext);
+    else
+        fillEntryMenuWithoutSoftKeyBar(pContext);
+    setMenuAsCurrentDisplay(pContext);
+}
+
+void PhonebookStateViewingList::fillEntryMenuWithSoftKeyBar(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::fillEntryMenuWithSoftKeyBar");
+    addMenuItem(pContext, DIAL_DEFAULT);
+    addMenuItem(pContext, DETAILS);
+    addDirectedPickupMenuItem(pContext);
+    addMenuItem(pContext, NEW_CONTACT);
+    addMenuItem(pContext, GROUPS);
+    addMenuItem(pContext, DELETE_ENTRY);
+    addMenuItem(pContext, DISPLAY_OPTIONS);
+    addMenuItem(pContext, DELETE_ALL);
+    addSendMenuItem(pContext);
+}
+
+void PhonebookStateViewingList::fillEntryMenuWithoutSoftKeyBar(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::fillEntryMenuWithoutSoftKeyBar");
+    const auto& entry = pContext->m_SelectedEntry;
+    if (!entry.getOffice().empty())
+        addMenuItem(pContext, DIAL_OFFICE);
+    if (!entry.getOffice2().empty())
+        addMenuItem(pContext, DIAL_OFFICE2);
+    if (!entry.getMobile().empty())
+        addMenuItem(pContext, DIAL_MOBILE);
+    if (!entry.getPrivate().empty())
+        addMenuItem(pContext, DIAL_PRIVATE);
+    addMenuItem(pContext, DETAILS);
+    addMenuItem(pContext, DELETE_ENTRY);
+    addSendMenuItem(pContext);
+    addMenuItem(pContext, SECOND_NEW_CONTACT);
+    addDirectedPickupMenuItem(pContext);
+}
+
+void PhonebookStateViewingList::exitContextMenuState(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::exitContextMenuState");
+    pContext->m_ContextMenu.dismiss();
+    pContext->m_ContextMenu.clearCommands();
+}
+
+void PhonebookStateViewingList::setMenuAsCurrentDisplay(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::setMenuAsCurrentDisplay");
+    pContext->m_pDisplay->setCurrent(&pContext->m_ContextMenu);
+}
+
+// --- What was chosen ---
+
+std::optional<PhonebookStateViewingList::Choice>
+PhonebookStateViewingList::choiceOf(const DisplayAPI::Command* pCommand) const
+{
+    const auto found = std::find_if(m_commands.begin(), m_commands.end(),
+                                    [&](const auto& pOwn) { return pOwn && pOwn.get() == pCommand; });
+    if (found == m_commands.end())
+        return std::nullopt;
+    return static_cast<Choice>(found - m_commands.begin());
+}
+
+PhonebookStateBase* PhonebookStateViewingList::listChoiceMade(EventContext* pContext, Choice choice)
+{
+    PB_TRACE("PhonebookStateViewingList::listChoiceMade");
+    switch (choice) {
+    case NEW_CONTACT:
+    case SECOND_NEW_CONTACT:
+        return createNewContact(pContext);
+    case FIND:
+    case BACKUP:
+    case RESTORE:
+        return this;
+    case GROUPS:
+        return &pContext->m_ViewingGroups;
+    case DISPLAY_OPTIONS:
+        return &pContext->m_DisplayOptions;
+    case DELETE_ALL:
+        setPopupConfirmForDeleteAllConfirmation(pContext);
+        return this;
+    case CONFIRM_DELETE_ALL:
+        PB_TRACE("- DELETE ALL");
+        deleteAllEntries(pContext);
+        return this;
+    case CANCEL:
+        pContext->m_PopupConfirm.dismiss();
+        setMenuAsCurrentDisplay(pContext);
+        return this;
+    default:
+        return nullptr;
+    }
+}
+
+PhonebookStateBase* PhonebookStateViewingList::entryChoiceMade(EventContext* pContext, Choice choice,
+                                                               const DisplayAPI::Command* pCommand)
+{
+    PB_TRACE("PhonebookStateViewingList::entryChoiceMade");
+    switch (choice) {
+    case DIAL_OFFICE:
+    case DIAL_OFFICE2:
+    case DIAL_PRIVATE:
+    case DIAL_MOBILE:
+    case DIAL_DEFAULT:
+        return dialChosenNumber(pContext, pCommand);
+    case DIRECTED_PICKUP:
+        return pickUp(pContext, pCommand);
+    case DETAILS:
+        return &pContext->m_CreatingEntry;
+    case SEND:
+        sendContact(pContext);
+        return this;
+    case DELETE_ENTRY:
+        setPopupConfirmForDeleteEntryConfirmation(pContext);
+        return this;
+    case CONFIRM_DELETE:
+        PB_TRACE(" - DELETE");
+        deleteSelectedEntry(pContext);
+        return this;
+    case SECOND_FIND:
+        return this;
+    default:
+        return nullptr;
+    }
+}
+
+PhonebookStateBase* PhonebookStateViewingList::createNewContact(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::createNewContact");
+    pContext->m_SelectedEntry.setBlank();
+    const int group = pContext->m_pPhonebookList->getGroupIndication();
+    if (group > nWITHOUT_GROUP)
+        pContext->m_SelectedEntry.setGroupIndex(group);
+    return &pContext->m_CreatingEntry;
+}
+
+PhonebookStateBase* PhonebookStateViewingList::dialChosenNumber(EventContext* pContext,
+                                                                const DisplayAPI::Command* pCommand)
+{
+    PB_TRACE("PhonebookStateViewingList::dialChosenNumber");
+    std::string number;
+    auto icon = CallPartyIdentifier::NONE;
+    transformCommandToPhoneNumberAndIcon(pContext, pCommand, number, icon);
+    if (pContext->getCallRequestInitiated()) {
+        PB_ERROR("screenEvent received when call already initiated - ignore");
+        return this;
+    }
+    if (!placeCall(pContext, number))
+        return this;
+    return stateAfterDialing(pContext);
+}
+
+PhonebookStateBase* PhonebookStateViewingList::pickUp(EventContext* pContext,
+                                                      const DisplayAPI::Command* pCommand)
+{
+    PB_TRACE("PhonebookStateViewingList::pickUp");
+    std::string number;
+    auto icon = CallPartyIdentifier::NONE;
+    transformCommandToPhoneNumberAndIcon(pContext, pCommand, number, icon);
+    if (!makeCSTADirectedPickupCall(pContext, number, ""))
+        return this;
+    return stateAfterDialing(pContext);
+}
+
+PhonebookStateBase* PhonebookStateViewingList::dialingPopupEvent(EventContext* pContext,
+                                                                 DisplayAPI::Command* pCommand,
+                                                                 DisplayAPI::Displayable* pDisplayable)
+{
+    PB_TRACE("PhonebookStateViewingList::dialingPopupEvent");
+    if (!m_redialAllowed || !isRedialCommand(pContext, pCommand))
+        return PhonebookStateBaseDialer::screenEvent(pContext, pCommand, pDisplayable);
+    m_redialAllowed = false;
+    if (pContext->getCallRequestInitiated()) {
+        PB_ERROR("- okEvent received when call already initiated - ignore");
+        return this;
+    }
+    placeCall(pContext, getDefaultPhonebookNo(pContext));
+    return this;
+}
+
+void PhonebookStateViewingList::transformCommandToPhoneNumberAndIcon(
+    EventContext* pContext, const DisplayAPI::Command* pCommand, std::string& number,
+    CallPartyIdentifier::PhoneNumberIconType& icon)
+{
+    PB_TRACE("PhonebookStateViewingList::transformCommandToPhoneNumberAndIcon");
+    const auto& entry = pContext->m_SelectedEntry;
+    number.clear();
+    icon = CallPartyIdentifier::NONE;
+    if (!pCommand)
+        return;
+    // Call-party icons: not those of the rows and commands.
+    switch (choiceOf(pCommand).value_or(DIAL_DEFAULT)) {
+    case DIAL_OFFICE:
+        number = entry.getOffice();
+        icon = CallPartyIdentifier::OFFICE;
+        return;
+    case DIAL_OFFICE2:
+        number = entry.getOffice2();
+        icon = CallPartyIdentifier::OFFICE2;
+        return;
+    case DIAL_PRIVATE:
+        number = entry.getPrivate();
+        icon = CallPartyIdentifier::PRIVATE;
+        return;
+    case DIAL_MOBILE:
+        number = entry.getMobile();
+        icon = CallPartyIdentifier::MOBILE;
+        return;
+    default:
+        number = getDefaultPhonebookNo(pContext);
+        icon = entry.getDefaultIcon();
+    }
+}
+
+void PhonebookStateViewingList::sendContact(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::sendContact");
+    if (!pContext->m_pObexService)
+        return;
+    const auto& entry = pContext->m_SelectedEntry;
+    pContext->m_pObexService->sendContact(ContactCard::fileName(entry), ContactCard::vCard(entry));
+}
+
+// --- Deleting ---
+
+void PhonebookStateViewingList::setPopupConfirmForDeleteEntryConfirmation(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::setPopupConfirmForDeleteEntryConfirmation");
+    const auto& list = *pContext->m_pDisplayList;
+    askBeforeDeleting(pContext,
+                      TranslationInfo("delete.entry.prompt", pContext->m_pTranslator,
+                                      list.getText(list.getSelectedIndex())),
+                      CONFIRM_DELETE);
+}
+
+void PhonebookStateViewingList::setPopupConfirmForDeleteAllConfirmation(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::setPopupConfirmForDeleteAllConfirmation");
+    askBeforeDeleting(pContext, TranslationInfo("delete.all.entries.prompt", pContext->m_pTranslator),
+                      CONFIRM_DELETE_ALL);
+}
+
+void PhonebookStateViewingList::askBeforeDeleting(EventContext* pContext, TranslationInfo question,
+                                                  Choice yes)
+{
+    PB_TRACE("PhonebookStateViewingList::askBeforeDeleting");
+    auto& confirm = pContext->m_PopupConfirm;
+    confirm.setText(std::move(question));
+    confirm.setState(nWARNING);
+    confirm.clearCommands();
+    confirm.addCommand(m_commands[yes].get());
+    confirm.addCommand(m_commands[CANCEL].get());
+    pContext->m_pDisplay->setCurrent(&confirm);
+}
+
+void PhonebookStateViewingList::deleteAllEntries(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::deleteAllEntries");
+    pContext->m_PopupConfirm.dismiss();
+    int code = PB_Error::SUCCESS;
+    {
+        const ShownProgress progress(pContext, *m_pDeletingAllPopup);
+        code = pContext->m_pPhonebookList->deleteAll();
+    }
+    if (code != PB_Error::SUCCESS) {
+        showError(pContext, code);
+        return;
+    }
+    PB_TRACE("- dirList deleted");
+    // The list is built again when the notification closes.
+    pContext->m_pDisplayList->clear();
+    pContext->m_pDisplay->setCurrent(m_pAllDeletedPopup.get());
+}
+
+void PhonebookStateViewingList::deleteSelectedEntry(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::deleteSelectedEntry");
+    const auto index = static_cast<unsigned>(pContext->m_SelectedEntryIndex);
+    const int row = static_cast<int>(Toolbox::phonebookToDisplayIndex(index, pContext->m_HasSoftKeyBar));
+    const auto name = pContext->m_pDisplayList->getText(row);
+    pContext->m_PopupConfirm.dismiss();
+    clearCallContextProvider(pContext);
+    m_pDeletingEntryPopup->setText(TranslationInfo("deleting.entry", pContext->m_pTranslator, name));
+    m_pEntryDeletedPopup->setText(TranslationInfo("delete.entry.confirm", pContext->m_pTranslator, name));
+    int code = PB_Error::SUCCESS;
+    {
+        const ShownProgress progress(pContext, *m_pDeletingEntryPopup);
+        code = pContext->m_pPhonebookList->deleteEntry(index);
+    }
+    if (code != PB_Error::SUCCESS) {
+        showError(pContext, code);
+        return;
+    }
+    removeRow(pContext, row);
+    PB_TRACE("entry deleted");
+    pContext->m_pDisplay->setCurrent(m_pEntryDeletedPopup.get());
+}
+
+void PhonebookStateViewingList::removeRow(EventContext* pContext, int row)
+{
+    PB_TRACE("PhonebookStateViewingList::removeRow");
+    auto& list = *pContext->m_pDisplayList;
+    list.remove(row);
+    if (list.size() == 0)
+        appendText(pContext, "no.contacts");
+    list.setSelectedIndex(std::min(row, list.size() - 1));
+}
+
+void PhonebookStateViewingList::showError(EventContext* pContext, int code)
+{
+    PB_TRACE("PhonebookStateViewingList::showError");
+    const auto key = PB_Error::getErrorTxt(static_cast<PB_Error::ErrorCode>(code));
+    m_pErrorPopup->setText(TranslationInfo(key, pContext->m_pTranslator));
+    pContext->m_pDisplay->setCurrent(m_pErrorPopup.get());
+}
+
+void PhonebookStateViewingList::forgetRebuiltPopups(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::forgetRebuiltPopups");
+    const DisplayAPI::Displayable* const rebuilt[] = {m_pErrorPopup.get(), m_pDeletingAllPopup.get(),
+                                                      m_pAllDeletedPopup.get(), m_pDeletingEntryPopup.get(),
+                                                      m_pEntryDeletedPopup.get()};
+    auto& pBefore = pContext->m_pDisplayableBeforePopup;
+    if (std::find(std::begin(rebuilt), std::end(rebuilt), pBefore) != std::end(rebuilt))
+        pBefore = nullptr;
+}
+
+void PhonebookStateViewingList::constructErrorPopup(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::constructErrorPopup");
+    m_pErrorPopup = makeNotification(pContext, DisplayAPI::PopupNotification::ERROR);
+}
+
+void PhonebookStateViewingList::constructDeletingAllPopup(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::constructDeletingAllPopup");
+    m_pDeletingAllPopup = makeProgress();
+    m_pDeletingAllPopup->setText(TranslationInfo("deleting.all.entries", pContext->m_pTranslator));
+}
+
+void PhonebookStateViewingList::constructAllDeletedPopup(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::constructAllDeletedPopup");
+    m_pAllDeletedPopup = makeNotification(pContext, DisplayAPI::PopupNotification::SUCCESS);
+    m_pAllDeletedPopup->setText(TranslationInfo("delete.all.entries.confirm", pContext->m_pTranslator));
+}
+
+void PhonebookStateViewingList::constructDeletingEntryPopup(EventContext*)
+{
+    PB_TRACE("PhonebookStateViewingList::constructDeletingEntryPopup");
+    m_pDeletingEntryPopup = makeProgress();
+}
+
+void PhonebookStateViewingList::constructEntryDeletedPopup(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::constructEntryDeletedPopup");
+    m_pEntryDeletedPopup = makeNotification(pContext, DisplayAPI::PopupNotification::SUCCESS);
+}
+
+// --- The selected entry ---
+
+void PhonebookStateViewingList::clearLdapMarks(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::clearLdapMarks");
+    pContext->m_pPhonebookList->setLDAPPhonebookList(false);
+    pContext->m_SelectedEntry.setLDAPPhonebookListEntry(false);
+    pContext->m_SelectedEntry.setLDAPPhonebookFullEntry(false);
+}
+
+bool PhonebookStateViewingList::isOptionsRowSelected(EventContext* pContext) const
+{
+    return !pContext->m_HasSoftKeyBar && pContext->m_pDisplayList->getSelectedIndex() == 0;
+}
+
+bool PhonebookStateViewingList::isEntrySelected(EventContext* pContext) const
+{
+    return !isOptionsRowSelected(pContext) && pContext->m_pPhonebookList->size() > 0;
+}
+
+unsigned int PhonebookStateViewingList::getSelectedPhonebookEntryIndex(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::getSelectedPhonebookEntryIndex");
+    const int row = pContext->m_pDisplayList->getSelectedIndex();
+    return Toolbox::displayToPhonebookIndex(static_cast<unsigned>(row), pContext->m_HasSoftKeyBar);
+}
+
+bool PhonebookStateViewingList::updateSelectedPhonebookEntry(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::updateSelectedPhonebookEntry");
+    const auto index = getSelectedPhonebookEntryIndex(pContext);
+    if (!pContext->m_pPhonebookList->getFullEntry(index, pContext->m_SelectedEntry))
+        return false;
+    pContext->m_SelectedEntryIndex = static_cast<int>(index);
+    return true;
+}
+
+std::string PhonebookStateViewingList::getDefaultPhonebookNo(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::getDefaultPhonebookNo");
+    return pContext->m_SelectedEntry.getDefaultPhonebookNo();
+}
+
+std::string PhonebookStateViewingList::shownName(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::shownName");
+    auto& entries = *pContext->m_pPhonebookList;
+    return pContext->m_SelectedEntry.getDisplayName(entries.getDisplayMode(), entries.getDisplayQualifier());
+}
