@@ -1,0 +1,628 @@
+#include "ContactStore.h"
+
+#include <array>
+#include <random>
+
+#include <sys/stat.h>
+
+#include "ContactText.h"
+
+namespace {
+
+constexpr std::uint32_t nAPPLICATION_ID = 0x44426f6b; // "DBok"
+constexpr int nSCHEMA_VERSION = 1;
+constexpr std::int64_t nMOST_GROUPS = 1000;
+
+// The journal mode is set afterwards: what marks the file as ours must stand in the file itself, not
+// in a log beside it. Lists are read from contacts_by_name alone.
+constexpr char nSCHEMA[] = R"(
+CREATE TABLE about(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
+CREATE TABLE options(tag TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;
+CREATE TABLE groups(slot INTEGER PRIMARY KEY CHECK(slot > 0), name TEXT NOT NULL CHECK(name <> ''));
+CREATE TABLE contacts(
+    id TEXT PRIMARY KEY NOT NULL,
+    surname TEXT NOT NULL, firstname TEXT NOT NULL,
+    office TEXT NOT NULL, office2 TEXT NOT NULL, mobile TEXT NOT NULL, private TEXT NOT NULL,
+    email TEXT NOT NULL, company TEXT NOT NULL, address TEXT NOT NULL, address2 TEXT NOT NULL,
+    job_function TEXT NOT NULL, picture TEXT NOT NULL, external_id TEXT NOT NULL,
+    slot INTEGER REFERENCES groups(slot) ON DELETE SET NULL,
+    default_number INTEGER NOT NULL,
+    name_key BLOB NOT NULL);
+CREATE INDEX contacts_by_name ON contacts(name_key, id, surname, firstname, default_number, slot);
+CREATE INDEX contacts_by_slot ON contacts(slot) WHERE slot IS NOT NULL;
+CREATE TABLE cards(
+    id TEXT PRIMARY KEY NOT NULL REFERENCES contacts(id) ON DELETE CASCADE,
+    uid TEXT NOT NULL, hash INTEGER NOT NULL, card TEXT NOT NULL);
+CREATE INDEX cards_by_uid ON cards(uid) WHERE uid <> '';
+CREATE INDEX cards_by_hash ON cards(hash);
+)";
+
+constexpr char nCONTACT_COLUMNS[] =
+    "c.id, c.surname, c.firstname, c.office, c.office2, c.mobile, c.private, c.email, "
+    "c.company, c.address, c.address2, c.job_function, c.picture, c.external_id, "
+    "c.default_number, g.slot";
+
+std::string selectContacts(const std::string& more, const std::string& tail)
+{
+    return std::string("SELECT ") + nCONTACT_COLUMNS + more +
+           " FROM contacts c LEFT JOIN groups g USING(slot) " + tail;
+}
+
+// Text of a file that somebody may have damaged.
+std::string cleanColumn(const Statement& row, int column)
+{
+    const auto text = row.text(column);
+    return isCleanText(text) ? std::string(text) : cleanText(text);
+}
+
+DefaultNumber toDefaultNumber(std::int64_t code)
+{
+    return code >= 0 && code <= static_cast<int>(DefaultNumber::Private) ? static_cast<DefaultNumber>(code)
+                                                                         : DefaultNumber::None;
+}
+
+constexpr std::array nTEXT_FIELDS = {
+    &Contact::surname,       &Contact::firstname, &Contact::office,     &Contact::office2, &Contact::mobile,
+    &Contact::privateNumber, &Contact::email,     &Contact::company,    &Contact::address, &Contact::address2,
+    &Contact::jobFunction,   &Contact::picture,   &Contact::externalId,
+};
+
+Contact contactOf(const Statement& row)
+{
+    Contact contact;
+    int column = 0;
+    contact.id = row.text(column++);
+    for (const auto field : nTEXT_FIELDS)
+        contact.*field = cleanColumn(row, column++);
+    contact.defaultNumber = toDefaultNumber(row.number(column++));
+    contact.group = static_cast<int>(row.number(column));
+    return contact;
+}
+
+void appendField(std::string& list, std::string_view text)
+{
+    if (isCleanText(text))
+        list += text;
+    else
+        list += cleanText(text);
+}
+
+} // namespace
+
+// The open file with the statements that every request needs.
+struct ContactStore::Connection {
+    explicit Connection(std::unique_ptr<Database> open)
+        : database(std::move(open))
+    {
+    }
+
+    std::unique_ptr<Database> database;
+    sqlite3* handle = database->handle();
+    std::int64_t dataVersion = 0;
+
+    Statement version{handle, "PRAGMA data_version"};
+    Statement read{handle, selectContacts("", "WHERE c.id = ?1")};
+    Statement write{
+        handle, "INSERT INTO contacts VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, "
+                "(SELECT slot FROM groups WHERE slot = ?16), ?15, ?17) ON CONFLICT(id) DO UPDATE SET "
+                "surname = excluded.surname, firstname = excluded.firstname, office = excluded.office, "
+                "office2 = excluded.office2, mobile = excluded.mobile, private = excluded.private, "
+                "email = excluded.email, company = excluded.company, address = excluded.address, "
+                "address2 = excluded.address2, job_function = excluded.job_function, "
+                "picture = excluded.picture, external_id = excluded.external_id, slot = excluded.slot, "
+                "default_number = excluded.default_number, name_key = excluded.name_key"};
+    Statement erase{handle, "DELETE FROM contacts WHERE id = ?1"};
+    Statement list{handle, "SELECT id, surname, firstname, default_number FROM contacts ORDER BY name_key"};
+    Statement listOfGroup{handle, "SELECT id, surname, firstname, default_number FROM contacts "
+                                  "WHERE slot IS ?1 ORDER BY name_key"};
+    Statement groups{handle, "SELECT slot, name FROM groups ORDER BY slot"};
+    Statement writeGroup{
+        handle, "INSERT INTO groups VALUES(?1, ?2) ON CONFLICT(slot) DO UPDATE SET name = excluded.name"};
+    Statement eraseGroup{handle, "DELETE FROM groups WHERE slot = ?1"};
+    Statement reassign{
+        handle, "UPDATE contacts SET slot = (SELECT slot FROM groups WHERE slot = ?2) WHERE slot = ?1"};
+    Statement readOption{handle, "SELECT value FROM options WHERE tag = ?1"};
+    Statement writeOption{
+        handle, "INSERT INTO options VALUES(?1, ?2) ON CONFLICT(tag) DO UPDATE SET value = excluded.value"};
+    Statement writeCard{handle, "INSERT INTO cards VALUES(?1, ?2, ?3, ?4) ON CONFLICT(id) DO UPDATE SET "
+                                "uid = excluded.uid, hash = excluded.hash, card = excluded.card"};
+
+    std::int64_t readDataVersion()
+    {
+        StatementUse use(version);
+        return use->step() ? use->number(0) : 0;
+    }
+};
+
+ContactStore::ContactStore(std::filesystem::path file, const std::string& language)
+    : m_file(std::move(file))
+    , m_language(language)
+{
+    open();
+}
+
+ContactStore::~ContactStore() = default;
+
+std::optional<ContactStore::FileIdentity> ContactStore::identify(const std::filesystem::path& file)
+{
+    struct stat status {};
+    if (::stat(file.c_str(), &status) != 0)
+        return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino};
+}
+
+void ContactStore::open()
+{
+    m_pConnection.reset();
+    m_notice.clear();
+    std::error_code ignored;
+    std::filesystem::create_directories(m_file.parent_path(), ignored);
+    const std::string name = m_file.string();
+    const auto header = readSqliteFileHeader(m_file);
+    try {
+        if (header.exists && (!header.isDatabase || header.applicationId != nAPPLICATION_ID))
+            openUnusable("\"" + name + "\" is not a phonebook of this telephone. It is left as it is.");
+        else if (header.userVersion > nSCHEMA_VERSION)
+            openUnusable("\"" + name +
+                         "\" was written by a later version of this telephone. It is left as it is.");
+        else
+            openFile();
+    } catch (const SqliteError& error) {
+        openUnusable("The phonebook \"" + name + "\" cannot be opened (" + error.message +
+                     "). It is left as it is.");
+    }
+    m_identity = identify(m_file);
+    m_logIdentity = identify(name + "-wal");
+}
+
+void ContactStore::openUnusable(const std::string& notice)
+{
+    m_state = State::Unusable;
+    m_notice = notice;
+    auto memory = std::make_unique<Database>();
+    memory->execute(nSCHEMA);
+    memory->execute("PRAGMA query_only = ON");
+    m_pCollator = std::make_unique<NameCollator>(m_language);
+    m_pConnection = std::make_unique<Connection>(std::move(memory));
+}
+
+namespace {
+
+bool isMediumReadOnly(const SqliteError& error)
+{
+    const int code = error.primaryCode();
+    return code == SQLITE_CANTOPEN || code == SQLITE_READONLY || code == SQLITE_PERM;
+}
+
+void createSchema(Database& database)
+{
+    Transaction transaction(database);
+    database.execute("PRAGMA application_id = " + std::to_string(nAPPLICATION_ID));
+    database.execute("PRAGMA user_version = " + std::to_string(nSCHEMA_VERSION));
+    database.execute(nSCHEMA);
+    transaction.commit();
+}
+
+void check(Database& database)
+{
+    const std::string finding = database.queryText("PRAGMA quick_check(1)");
+    if (finding != "ok")
+        throw SqliteError{SQLITE_CORRUPT, "damaged: " + finding};
+}
+
+// Until a file has proved to be sound, closing it must not move its log into it.
+void keepLogOnClose(Database& database, bool keep)
+{
+    sqlite3_db_config(database.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keep ? 1 : 0, nullptr);
+}
+
+std::unique_ptr<Database> openForWriting(const std::filesystem::path& file)
+{
+    auto database = std::make_unique<Database>(file, Database::Mode::ReadWrite);
+    keepLogOnClose(*database, true);
+    database->execute("PRAGMA foreign_keys = ON");
+    database->execute("PRAGMA synchronous = FULL");
+    if (database->queryNumber("PRAGMA user_version") == 0) {
+        createSchema(*database);
+        database->queryText("PRAGMA journal_mode = WAL");
+    }
+    check(*database);
+    keepLogOnClose(*database, false);
+    return database;
+}
+
+// A log beside the file counts where it can be read; without the right to lock it, the file alone.
+std::unique_ptr<Database> openForReading(const std::filesystem::path& file)
+{
+    for (const auto mode : {Database::Mode::ReadOnly, Database::Mode::Immutable}) {
+        try {
+            auto database = std::make_unique<Database>(file, mode);
+            check(*database);
+            return database;
+        } catch (const SqliteError& error) {
+            if (mode == Database::Mode::Immutable || !isMediumReadOnly(error))
+                throw;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void ContactStore::openFile()
+{
+    std::unique_ptr<Database> database;
+    try {
+        database = openForWriting(m_file);
+    } catch (const SqliteError& error) {
+        if (!isMediumReadOnly(error) || !std::filesystem::exists(m_file))
+            throw;
+        database = openForReading(m_file);
+    }
+    m_state = sqlite3_db_readonly(database->handle(), "main") != 0 ? State::ReadOnly : State::Ready;
+    if (m_state == State::ReadOnly)
+        m_notice =
+            "The phonebook \"" + m_file.string() + "\" is read-only: it can be looked at, not changed.";
+    m_pConnection = std::make_unique<Connection>(std::move(database));
+    adoptLanguage(m_language);
+    m_pConnection->dataVersion = m_pConnection->readDataVersion();
+}
+
+void ContactStore::adoptLanguage(const std::string& language)
+{
+    Database& database = *m_pConnection->database;
+    const std::string kept = database.queryText("SELECT value FROM about WHERE name = 'collation'");
+    m_pCollator =
+        std::make_unique<NameCollator>(language.empty() ? kept.substr(0, kept.find('/')) : language);
+    if (m_state == State::Ready && m_pCollator->identity() != kept)
+        rebuildNameKeys();
+}
+
+void ContactStore::rebuildNameKeys()
+{
+    Database& database = *m_pConnection->database;
+    Transaction transaction(database);
+    Statement names(database.handle(), "SELECT rowid, surname, firstname FROM contacts NOT INDEXED");
+    Statement update(database.handle(), "UPDATE contacts SET name_key = ?2 WHERE rowid = ?1");
+    while (names.step()) {
+        const std::string key = m_pCollator->key(names.text(1), names.text(2));
+        update.bind(1, names.number(0)).bindBlob(2, key).run();
+    }
+    Statement about(database.handle(), "REPLACE INTO about VALUES('collation', ?1)");
+    about.bind(1, m_pCollator->identity()).run();
+    transaction.commit();
+}
+
+// The log of a file that was replaced says nothing about the new one, but SQLite would take it for
+// the new one's.
+void ContactStore::removeStaleLog() const
+{
+    const std::string log = m_file.string() + "-wal";
+    if (!m_logIdentity || identify(log) != m_logIdentity)
+        return;
+    std::error_code ignored;
+    std::filesystem::remove(log, ignored);
+    std::filesystem::remove(m_file.string() + "-shm", ignored);
+}
+
+void ContactStore::reopen()
+{
+    const auto before = m_identity;
+    const bool same = fileState() == FileState::Same;
+    m_changedBeforeReopen = changedByOthers();
+    m_pConnection.reset();
+    if (!same)
+        removeStaleLog();
+    open();
+    m_replaced = m_replaced || m_identity != before;
+}
+
+ContactStore::FileState ContactStore::fileState() const
+{
+    const auto now = identify(m_file);
+    if (now == m_identity)
+        return FileState::Same;
+    return now ? FileState::Replaced : FileState::Missing;
+}
+
+bool ContactStore::changedByOthers()
+{
+    try {
+        const auto version = m_pConnection->readDataVersion();
+        const bool changed = std::exchange(m_pConnection->dataVersion, version) != version;
+        return std::exchange(m_changedBeforeReopen, false) || changed;
+    } catch (const SqliteError&) {
+        return false;
+    }
+}
+
+template <typename T> Result<T> ContactStore::attempt(const std::function<T()>& work)
+{
+    try {
+        return work();
+    } catch (const SqliteError& error) {
+        return error.toError();
+    }
+}
+
+std::optional<SqliteError> ContactStore::tryTransaction(const std::function<bool()>& work)
+{
+    try {
+        Transaction transaction(*m_pConnection->database);
+        if (work())
+            transaction.commit();
+        return std::nullopt;
+    } catch (const SqliteError& error) {
+        return error;
+    }
+}
+
+// After an error of the disk nobody knows what it holds: look again through a new connection, and
+// try once more only if the change is not there.
+Result<void> ContactStore::change(const std::function<bool()>& work, const std::function<bool()>& isDone)
+{
+    // Somebody took the file away: what is written now must be found under its name.
+    if (fileState() == FileState::Missing)
+        reopen();
+    constexpr int attempts = 2;
+    for (int attempt = 1;; ++attempt) {
+        if (m_state != State::Ready)
+            return Error{ErrorCode::Denied, m_notice};
+        const auto failure = tryTransaction(work);
+        if (!failure)
+            return {};
+        if (!failure->leavesOutcomeOpen())
+            return failure->toError();
+        reopen();
+        if (m_state == State::Ready && isDone())
+            return {};
+        if (attempt == attempts)
+            return failure->toError();
+    }
+}
+
+Result<void> ContactStore::inTransaction(const std::function<bool()>& work)
+{
+    return change(work, [] { return false; });
+}
+
+Database* ContactStore::database()
+{
+    return m_pConnection->database.get();
+}
+
+Result<std::optional<Contact>> ContactStore::read(const std::string& id)
+{
+    return attempt<std::optional<Contact>>([&]() -> std::optional<Contact> {
+        StatementUse row(m_pConnection->read);
+        row->bind(1, id);
+        if (!row->step())
+            return std::nullopt;
+        return contactOf(m_pConnection->read);
+    });
+}
+
+bool ContactStore::holds(const Contact& contact)
+{
+    const auto found = read(contact.id);
+    return found.ok() && found.value() == contact;
+}
+
+Result<std::string> ContactStore::write(Contact contact)
+{
+    for (const auto field : nTEXT_FIELDS)
+        contact.*field = cleanText(contact.*field);
+    if (contact.id.empty())
+        contact.id = newId();
+    const auto written = change(
+        [&] {
+            put(contact);
+            return true;
+        },
+        [&] { return holds(contact); });
+    if (!written)
+        return written.error();
+    return contact.id;
+}
+
+void ContactStore::put(const Contact& contact)
+{
+    const std::string key = m_pCollator->key(contact.surname, contact.firstname);
+    StatementUse row(m_pConnection->write);
+    int index = 1;
+    row->bind(index++, contact.id);
+    for (const auto field : nTEXT_FIELDS)
+        row->bind(index++, contact.*field);
+    row->bind(index++, static_cast<std::int64_t>(contact.defaultNumber));
+    row->bind(index++, std::int64_t{contact.group});
+    row->bindBlob(index, key);
+    row->step();
+}
+
+void ContactStore::putGroup(int slot, const std::string& name)
+{
+    const std::string clean = cleanText(name);
+    if (clean.empty()) {
+        StatementUse row(m_pConnection->eraseGroup);
+        row->bind(1, std::int64_t{slot});
+        row->step();
+        return;
+    }
+    StatementUse row(m_pConnection->writeGroup);
+    row->bind(1, std::int64_t{slot}).bind(2, clean);
+    row->step();
+}
+
+void ContactStore::putCard(const std::string& id, const std::string& uid, const std::string& card)
+{
+    StatementUse row(m_pConnection->writeCard);
+    row->bind(1, id).bind(2, uid).bind(3, cardHash(card)).bind(4, card);
+    row->step();
+}
+
+Result<void> ContactStore::erase(const std::string& id)
+{
+    return change(
+        [&] {
+            StatementUse row(m_pConnection->erase);
+            row->bind(1, id);
+            row->step();
+            return true;
+        },
+        [&] {
+            const auto found = read(id);
+            return found.ok() && !found.value();
+        });
+}
+
+Result<void> ContactStore::eraseAll(std::optional<int> group)
+{
+    const auto isDone = [&] {
+        const auto list = listText(group);
+        return list.ok() && list.value() == "empty";
+    };
+    return change(
+        [&] {
+            Database& database = *m_pConnection->database;
+            if (!group) {
+                database.execute("DELETE FROM contacts");
+            } else {
+                Statement erase(database.handle(), "DELETE FROM contacts WHERE slot IS ?1");
+                if (*group != 0)
+                    erase.bind(1, std::int64_t{*group});
+                erase.run();
+            }
+            return true;
+        },
+        isDone);
+}
+
+Result<std::string> ContactStore::listText(std::optional<int> group)
+{
+    return attempt<std::string>([&]() -> std::string {
+        StatementUse row(group ? m_pConnection->listOfGroup : m_pConnection->list);
+        if (group && *group != 0)
+            row->bind(1, std::int64_t{*group});
+        std::string list;
+        while (row->step()) {
+            if (!list.empty())
+                list += '\n';
+            list += row->text(0);
+            list += '\t';
+            appendField(list, row->text(1));
+            list += '\t';
+            appendField(list, row->text(2));
+            list += '\t';
+            list += static_cast<char>('0' + static_cast<int>(toDefaultNumber(row->number(3))));
+        }
+        return list.empty() ? "empty" : list;
+    });
+}
+
+Result<void>
+ContactStore::forEach(const std::function<bool(const Contact& contact, const std::string& card)>& visit)
+{
+    const auto done = attempt<bool>([&] {
+        Statement row(m_pConnection->handle,
+                      selectContacts(", k.card", "LEFT JOIN cards k ON k.id = c.id ORDER BY c.name_key"));
+        constexpr int cardColumn = 16;
+        while (row.step()) {
+            if (!visit(contactOf(row), std::string(row.text(cardColumn))))
+                return false;
+        }
+        return true;
+    });
+    return done ? Result<void>() : Result<void>(done.error());
+}
+
+Result<std::vector<std::string>> ContactStore::groupNames(int slots)
+{
+    return attempt<std::vector<std::string>>([&] {
+        std::vector<std::string> names(static_cast<std::size_t>(slots));
+        StatementUse row(m_pConnection->groups);
+        while (row->step()) {
+            // What a damaged file says must not eat the memory.
+            if (row->number(0) > nMOST_GROUPS)
+                break;
+            const auto slot = static_cast<std::size_t>(row->number(0));
+            names.resize(std::max(names.size(), slot));
+            names[slot - 1] = cleanColumn(m_pConnection->groups, 1);
+        }
+        return names;
+    });
+}
+
+Result<void> ContactStore::writeGroupNames(const std::vector<std::string>& names)
+{
+    const auto write = [&] {
+        for (std::size_t index = 0; index < names.size(); ++index)
+            putGroup(static_cast<int>(index) + 1, names[index]);
+        return true;
+    };
+    return change(write, [] { return false; });
+}
+
+Result<void> ContactStore::reassignGroup(int from, int to)
+{
+    const auto reassign = [&] {
+        StatementUse row(m_pConnection->reassign);
+        row->bind(1, std::int64_t{from}).bind(2, std::int64_t{to});
+        row->step();
+        return true;
+    };
+    return change(reassign, [] { return false; });
+}
+
+Result<int> ContactStore::readOption(const std::string& tag)
+{
+    return attempt<int>([&] {
+        StatementUse row(m_pConnection->readOption);
+        row->bind(1, tag);
+        return row->step() ? static_cast<int>(row->number(0)) : 0;
+    });
+}
+
+Result<void> ContactStore::writeOption(const std::string& tag, int value)
+{
+    const auto write = [&] {
+        StatementUse row(m_pConnection->writeOption);
+        row->bind(1, tag).bind(2, std::int64_t{value});
+        row->step();
+        return true;
+    };
+    return change(write, [] { return false; });
+}
+
+Result<void> ContactStore::setLanguage(const std::string& language)
+{
+    m_language = language;
+    const auto done = attempt<bool>([&] {
+        adoptLanguage(language);
+        return true;
+    });
+    return done ? Result<void>() : Result<void>(done.error());
+}
+
+// 15 characters of 32 kinds, 75 random bits: never met again, and short enough to lie inside a
+// string object without an allocation of its own.
+std::string ContactStore::newId()
+{
+    constexpr char alphabet[] = "0123456789abcdefghjkmnpqrstvwxyz";
+    constexpr int length = 15;
+    std::random_device random;
+    std::string id;
+    for (int i = 0; i < length; ++i)
+        id += alphabet[random() & 31];
+    return id;
+}
+
+// FNV-1a, 64 bits.
+std::int64_t ContactStore::cardHash(std::string_view card)
+{
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (const char character : card) {
+        hash ^= static_cast<unsigned char>(character);
+        hash *= 0x100000001b3;
+    }
+    return static_cast<std::int64_t>(hash);
+}

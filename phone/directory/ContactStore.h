@@ -1,0 +1,129 @@
+// The contacts, their groups and the options of one phonebook, in one SQLite file.
+//
+// A file that is damaged, foreign or from a later version is never touched: the store is then empty,
+// refuses changes and says why. On a read-only medium it can be read.
+//
+// Every change is one transaction and is on the disk when the call returns with success. Text is made
+// clean on the way in, and again on the way out, where a damaged file could hold anything.
+
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <sys/types.h>
+
+#include "Contact.h"
+#include "NameCollator.h"
+#include "Sqlite.h"
+#include "app/Result.h"
+
+class ContactStore {
+public:
+    enum class State { Ready, ReadOnly, Unusable };
+    enum class FileState { Same, Replaced, Missing };
+
+    // Opens or creates `file`. Names are handed out in the order of `language`; "" keeps the order
+    // that the file has.
+    ContactStore(std::filesystem::path file, const std::string& language);
+    ~ContactStore();
+
+    ContactStore(const ContactStore&) = delete;
+    ContactStore& operator=(const ContactStore&) = delete;
+
+    State state() const { return m_state; }
+    // What is wrong with the file, naming it, in a sentence; "" when nothing is.
+    const std::string& notice() const { return m_notice; }
+    const std::filesystem::path& file() const { return m_file; }
+
+    Result<std::optional<Contact>> read(const std::string& id);
+    // Stores a new contact or changes one, also one that was deleted meanwhile, and gives its id. A
+    // group that has no name counts as none.
+    Result<std::string> write(Contact contact);
+    // Deleting what is gone already succeeds.
+    Result<void> erase(const std::string& id);
+    // Those of one group, 0 being those of none; without `group` all.
+    Result<void> eraseAll(std::optional<int> group);
+
+    // As DirectoryServiceIfc::getList() gives it.
+    Result<std::string> listText(std::optional<int> group);
+    // All contacts in the order of their names, until `visit` gives false.
+    Result<void> forEach(const std::function<bool(const Contact& contact, const std::string& card)>& visit);
+
+    // The names of the slots, [0] being slot 1; "" for a spare one. At least `slots` of them.
+    Result<std::vector<std::string>> groupNames(int slots);
+    // Members of a group that becomes spare belong to no group then.
+    Result<void> writeGroupNames(const std::vector<std::string>& names);
+    // Slot 0 is no group.
+    Result<void> reassignGroup(int from, int to);
+
+    // 0 when never stored.
+    Result<int> readOption(const std::string& tag);
+    Result<void> writeOption(const std::string& tag, int value);
+
+    // Sorts by another language from now on.
+    Result<void> setLanguage(const std::string& language);
+
+    // Whether another connection has changed anything since this was last asked.
+    bool changedByOthers();
+    // Whether the file under our name is still the one that is open.
+    FileState fileState() const;
+    void reopen();
+    // Whether reopen() has met another file since this was last asked.
+    bool takeReplaced() { return std::exchange(m_replaced, false); }
+
+    // For whoever changes many contacts in one transaction: runs `work` in one, again from its
+    // beginning when the disk failed under it; it must therefore be repeatable. `work` may throw
+    // SqliteError, and gives false to change nothing after all.
+    Result<void> inTransaction(const std::function<bool()>& work);
+    // Inside inTransaction() only. An id must be set.
+    void put(const Contact& contact);
+    void putGroup(int slot, const std::string& name);
+    void putCard(const std::string& id, const std::string& uid, const std::string& card);
+    // The open file; null when there is none.
+    Database* database();
+
+    static std::string newId();
+    // Tells equal cards apart from others quickly.
+    static std::int64_t cardHash(std::string_view card);
+
+private:
+    struct Connection;
+    struct FileIdentity {
+        dev_t device = 0;
+        ino_t inode = 0;
+        bool operator==(const FileIdentity&) const = default;
+    };
+
+    void open();
+    void openFile();
+    void openUnusable(const std::string& notice);
+    void adoptLanguage(const std::string& language);
+    void rebuildNameKeys();
+    void removeStaleLog() const;
+    Connection& connection();
+
+    template <typename T> Result<T> attempt(const std::function<T()>& work);
+    Result<void> change(const std::function<bool()>& work, const std::function<bool()>& isDone);
+    std::optional<SqliteError> tryTransaction(const std::function<bool()>& work);
+    bool holds(const Contact& contact);
+
+    static std::optional<FileIdentity> identify(const std::filesystem::path& file);
+
+    std::filesystem::path m_file;
+    std::string m_language;
+    State m_state = State::Unusable;
+    std::string m_notice;
+    std::optional<FileIdentity> m_identity;
+    std::optional<FileIdentity> m_logIdentity;
+    bool m_replaced = false;
+    bool m_changedBeforeReopen = false;
+    std::unique_ptr<NameCollator> m_pCollator;
+    std::unique_ptr<Connection> m_pConnection;
+};

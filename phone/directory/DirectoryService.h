@@ -1,0 +1,94 @@
+// The telephone's directory service: the contacts of a profile, and the corporate directory where
+// there is one.
+//
+// Observers hear only of what others did to the contacts. Several changes at once are one notice.
+
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <framework/services/DirectoryServiceIfc.h>
+
+#include "ContactStore.h"
+#include "app/EventPoster.h"
+#include "app/Result.h"
+
+class ChangeWatch;
+class DirectoryClientIfc;
+
+struct DirectoryOptions {
+    std::string language = "en"; // that names are sorted by
+    int groupSlots = 20;
+    // How often the file is looked at for changes by others; 0: only by lookForChanges().
+    std::chrono::milliseconds watchInterval{250};
+};
+
+class DirectoryService final : public DirectoryServiceIfc {
+public:
+    // Opens the contacts in the folder `profile`, which is made if need be. A file that cannot be
+    // used is no failure: see notice(). Notices to observers are posted to `notices`, which may hold
+    // them back, and everything else to `events`.
+    static Result<std::unique_ptr<DirectoryService>> open(const std::filesystem::path& profile,
+                                                          DirectoryOptions options, EventPoster& events,
+                                                          EventPoster& notices);
+    static Result<std::unique_ptr<DirectoryService>> open(const std::filesystem::path& profile,
+                                                          DirectoryOptions options, EventPoster& events);
+    ~DirectoryService() override;
+
+    // The name of the contacts' file in a profile.
+    static std::filesystem::path fileIn(const std::filesystem::path& profile);
+
+    // What is wrong with the contacts' file, naming it, in a sentence; "" when nothing is. Changes
+    // when the file is replaced.
+    const std::string& notice() const { return m_pStore->notice(); }
+    ContactStore::State state() const { return m_pStore->state(); }
+
+    // Sorts by another language from now on.
+    void setLanguage(const std::string& language);
+    // Not owned; null for none.
+    void setDirectoryClient(DirectoryClientIfc* client) { m_pClient = client; }
+    // Tells the observers if others changed the contacts. [event thread]
+    void lookForChanges();
+
+    std::string request(const std::string& xml) override;
+    std::string getList() override;
+    std::string getList(const std::string& groupTag) override;
+    DirectoryStatus search(PhonebookSearchCriteria& criteria, PhonebookSearchResults& results,
+                           bool ignoreNickname) override;
+    bool isNicknameAttributeActive() override;
+    int readOption(const std::string& tag) override;
+    int writeOption(const std::string& tag, int value) override;
+    PhonebookGroupList* getGroupList() override;
+    bool storeGroupList(PhonebookGroupList* groups) override;
+    bool reassignGroup(unsigned group, unsigned to, int mode) override;
+    std::string getFieldSizes() override;
+    void addObserver(DirectoryServiceObserverIfc* observer) override;
+    void removeObserver(DirectoryServiceObserverIfc* observer) override;
+
+private:
+    DirectoryService(const std::filesystem::path& file, DirectoryOptions options, EventPoster& events,
+                     EventPoster& notices);
+
+    std::string read(const std::string& id);
+    std::string write(const Contact& contact);
+    std::string erase(const std::string& id, std::optional<int> group);
+    std::string listText(std::optional<int> group);
+    void followReplacedFile();
+    void postNotice(bool restart);
+    void tellObservers();
+
+    DirectoryOptions m_options;
+    EventPoster& m_notices;
+    std::unique_ptr<ContactStore> m_pStore;
+    DirectoryClientIfc* m_pClient = nullptr;
+    std::vector<DirectoryServiceObserverIfc*> m_observers;
+    bool m_noticePosted = false;
+    bool m_noticeIsRestart = false;
+    // Tells an event that is queued that the service is gone.
+    std::shared_ptr<const char> m_alive = std::make_shared<const char>();
+    std::unique_ptr<ChangeWatch> m_pWatch; // the first to go: it posts
+};
