@@ -6,7 +6,6 @@
 
 #pragma once
 
-#include <array>
 #include <atomic>
 #include <memory>
 #include <string>
@@ -17,13 +16,12 @@
 #include <framework/services/PhysDefs.h>
 #include <framework/util/Semaphore.h>
 
+#include "DirectoryRebuild.h"
 #include "EventContext.h"
+#include "PbxPhonebook.h"
+#include "PhonebookTabs.h"
+#include "StimulusDisplay.h"
 
-namespace DisplayAPI {
-class PopupNotification;
-class SearchList;
-class TabScreen;
-} // namespace DisplayAPI
 class CSTAServiceIfc;
 class DataAccessServiceIfc;
 class DigitAnalysisServiceIfc;
@@ -117,23 +115,44 @@ public:
     void systemWindowDisplayClear();
 
 private:
-    static constexpr int STIMULUS_LINES = 6;
+    using KeyEvent = PhonebookStateBase* (PhonebookStateBase::*)(EventContext*, DisplayAPI::Command*,
+                                                                 DisplayAPI::Displayable*);
 
-    EventContext m_eventContext;
+    void listenToWidgets();
+    void createDialerCommands();
+    void createLinePopups();
+    void addLdapTab();
+    void enterFirstStates();
+
+    void routeKey(KeyEvent event, DisplayAPI::Command* pCommand, DisplayAPI::Displayable* pDisplayable);
+    void screenCommand(DisplayAPI::Command* pCommand, DisplayAPI::Displayable* pDisplayable);
+    void tabBarEntered();
+    void tabBarLeft();
+    void showLdapSearchPopup(bool wanted);
+    void tabhandling(bool leaveTabBar, int direction);
+    void leaveDirectory();
+    void arriveAtDirectory();
+    void changeTab(bool leaveTabBar, int direction);
+    void applyConfiguration(const ManageableData& data);
+    void initSoftwareType();
+
+    EventContext m_context;
+    // Taken in this order where both are needed.
     Semaphore m_stateLock{1};
-    Semaphore m_diallingLock{1};
     Semaphore m_dbUpdateLock{1};
-    int m_localTabIndex = -1;
-    int m_ldapTabIndex = -1;
-    int m_pbxTabIndex = -1;
+    Semaphore m_diallingLock{1};
+    PhonebookTabs m_tabs{m_context};
     bool m_searchPopupOpen = false;
     bool m_diallingSeen = false;
-    std::array<std::string, STIMULUS_LINES> m_stimulusDisplay;
-    int m_stimulusLines = 0;
-    std::unique_ptr<DisplayAPI::PopupNotification> m_pInfoPopup;
+    StimulusDisplay m_stimulusDisplay;
+    PbxPhonebook m_pbx{m_context, m_tabs, m_stimulusDisplay, *this};
+    DirectoryRebuild m_rebuild{m_context, m_tabs};
+    // Read and written under different locks, or under none.
     std::atomic<int> m_softwareType{UNKNOWN};
     std::atomic<int> m_mobilityMode{0};
     std::atomic<bool> m_disableAccessPhonebook{false};
     int m_hwVariant = 0;
     bool m_dbUpdatePending = false;
+    // The LDAP states know it through the context: it goes before them.
+    std::unique_ptr<PhonebookList> m_pLdapList;
 };

@@ -28,6 +28,7 @@ class PhonebookControl;
 class PhonebookGroupList;
 class PhonebookList;
 class PhonebookMode;
+class PhysicalInterfaceServiceIfc;
 
 class PhonebookPhonelet : public Phonelet,
                           public CSTAEventIfc,
@@ -38,6 +39,9 @@ class PhonebookPhonelet : public Phonelet,
                           public MgmtAgentIfc,
                           public physicalEventObserver {
 public:
+    // Under which the telephone keeps its state, and under which it leaves the screen.
+    static constexpr char nSTATE_NAME[] = "PhoneBookPhonelet";
+
     PhonebookPhonelet();
     ~PhonebookPhonelet() override;
 
@@ -118,14 +122,16 @@ public:
 
 private:
     bool readLanguageAndSoftwareType(LocalMgmtIfc* pLocalMgmt);
-    PhonebookGroupList* loadGroupList(DirectoryServiceIfc* pDirectory);
+    std::unique_ptr<PhonebookGroupList> loadGroupList(DirectoryServiceIfc* pDirectory);
     void ensureCopiedContactGroup(DirectoryServiceIfc* pDirectory, PhonebookGroupList& groups);
-    bool startMonitor(CSTAServiceIfc& csta);
     void observeJournal();
     void observeMobility(LocalMgmtIfc* pLocalMgmt);
     void observeLdapOptions(LocalMgmtIfc* pLocalMgmt);
-    void subscribeKeys();
-    void applyLocale(const std::string& language);
+    void subscribeKeys(PhysicalInterfaceServiceIfc* pPhysicalInterface);
+    bool startMonitor(CSTAServiceIfc& csta);
+    bool requestSystemStatus(CSTAServiceIfc& csta);
+    bool stopMonitor(CSTAServiceIfc& csta);
+    void setLatestLanguage(const std::string& language);
     std::string latestLanguage();
 
     std::string m_currentLanguage = "en";
