@@ -56,6 +56,18 @@ void EventThread::stop()
         m_thread.join();
 }
 
+void EventThread::stopAfter(std::string name, std::function<void()> last)
+{
+    postFirst("stop", [this, name = std::move(name), last = std::move(last)] {
+        deliver(name.c_str(), last);
+        stop();
+    });
+    if (m_thread.joinable())
+        m_thread.join();
+    else
+        runPending();
+}
+
 void EventThread::post(std::string name, std::function<void()> event)
 {
     {

@@ -36,6 +36,8 @@ public:
     // an event, that event is the last one. Stopping twice is harmless.
     // [any-thread]
     void stop();
+    // The same with a last event, which runs before all that is queued. Never from inside an event.
+    void stopAfter(std::string name, std::function<void()> last);
 
     // [any-thread]
     void post(std::string name, std::function<void()> event) override;

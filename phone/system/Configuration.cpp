@@ -29,38 +29,48 @@ Configuration::Configuration(std::filesystem::path file, const Values& overrides
         m_values[known.name] = known.byDefault;
     for (const auto& [name, value] : m_overrides)
         m_values[name] = value;
+    reload();
 }
 
 Configuration::Reload Configuration::reload()
 {
-    const auto lines = readConfigurationFile(m_file);
-    if (!lines)
-        return {{}, {m_file.string() + ", " + lines.error().sentence}};
-
+    const auto read = readConfigurationFile(m_file);
     std::lock_guard lock(m_mutex);
-    Reload result;
+    m_refused.clear();
+    if (read.fault) {
+        m_refused.push_back(refusal(*read.fault));
+        return {{}, m_refused};
+    }
+
     Values values;
     for (const auto& known : m_items)
         values[known.name] = known.byDefault;
-    for (const auto& line : lines.value()) {
+    for (const auto& line : read.lines) {
         const auto accepted = accept(line);
         if (accepted) {
             values[line.name] = accepted.value();
             continue;
         }
-        result.refused.push_back(m_file.string() + ", line " + std::to_string(line.line) + ": " +
-                                 accepted.error().sentence);
+        m_refused.push_back(refusal({line.line, accepted.error().sentence}));
         if (const auto before = m_values.find(line.name); before != m_values.end())
             values[line.name] = before->second;
     }
     for (const auto& [name, value] : m_overrides)
         values[name] = value;
+
+    Reload result{{}, m_refused};
     for (const auto& [name, value] : values) {
         if (m_values.at(name) != value)
             result.changed.push_back(name);
     }
     m_values = std::move(values);
     return result;
+}
+
+std::vector<Configuration::Refusal> Configuration::refused() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_refused;
 }
 
 std::string Configuration::text(const std::string& name) const
@@ -113,4 +123,10 @@ Result<std::string> Configuration::accept(const ConfigurationLine& line) const
     if (!line.understood || line.type != wanted)
         return Error{ErrorCode::Malformed, "\"" + line.name + "\" must be " + known->range()};
     return known->accept(line.value);
+}
+
+Configuration::Refusal Configuration::refusal(const ConfigurationFault& fault) const
+{
+    const auto where = fault.line > 0 ? ", line " + std::to_string(fault.line) : "";
+    return {fault.line, fault.reason, m_file.string() + where + ": " + fault.reason + "."};
 }

@@ -15,21 +15,35 @@
 #include "app/Result.h"
 #include "system/ConfigurationItems.h"
 
+struct ConfigurationFault;
+struct ConfigurationLine;
+
 class Configuration {
 public:
     using Values = std::map<std::string, std::string>;
 
-    // `overrides` win over the file; those that are refused are left out.
-    explicit Configuration(std::filesystem::path file, const Values& overrides = {});
+    struct Refusal {
+        int line = 0; // 0: the file as a whole
+        std::string reason;
+        // With the file's name, for the log and the terminal.
+        std::string sentence;
+    };
 
     struct Reload {
         std::vector<std::string> changed; // the names of items with another value than before
-        std::vector<std::string> refused; // sentences with file, line and reason
+        std::vector<Refusal> refused;
     };
+
+    // Reads the file. `overrides` win over it; those that are refused are left out.
+    explicit Configuration(std::filesystem::path file, const Values& overrides = {});
 
     // Reads the file again.
     // [any-thread]
     Reload reload();
+
+    // What was refused when the file was read last.
+    // [any-thread]
+    std::vector<Refusal> refused() const;
 
     // "" for an item that does not exist; a list has commas between its texts.
     // [any-thread]
@@ -47,11 +61,13 @@ public:
     Result<void> set(const std::string& name, const std::string& value);
 
 private:
-    Result<std::string> accept(const struct ConfigurationLine& line) const;
+    Result<std::string> accept(const ConfigurationLine& line) const;
+    Refusal refusal(const ConfigurationFault& fault) const;
 
     const std::filesystem::path m_file;
     const std::vector<ConfigurationItem> m_items;
     Values m_overrides;
     mutable std::mutex m_mutex;
     Values m_values;
+    std::vector<Refusal> m_refused;
 };

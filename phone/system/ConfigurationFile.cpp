@@ -21,11 +21,11 @@ Result<std::string> textOf(const fs::path& file)
         return std::string();
     const auto size = fs::file_size(file, error);
     if (error || size > LARGEST_FILE)
-        return Error{ErrorCode::Malformed, file.string() + " is not a configuration file."};
+        return Error{ErrorCode::Malformed, "this is not a configuration file"};
     std::ifstream in(file, std::ios::binary);
     std::string text(size, '\0');
     if (!in.read(text.data(), static_cast<std::streamsize>(size)))
-        return Error{ErrorCode::Denied, file.string() + " cannot be read."};
+        return Error{ErrorCode::Denied, "the file cannot be read"};
     return text;
 }
 
@@ -59,13 +59,14 @@ ConfigurationLine lineOf(const toml::key& key, const toml::node& node)
     return line;
 }
 
-Result<toml::table> parsed(const std::string& text)
+std::optional<ConfigurationFault> parse(const std::string& text, toml::table& table)
 {
     try {
-        return toml::parse(text);
+        table = toml::parse(text);
+        return std::nullopt;
     } catch (const toml::parse_error& error) {
-        return Error{ErrorCode::Malformed, "line " + std::to_string(error.source().begin.line) + ": " +
-                                               std::string(error.description())};
+        return ConfigurationFault{static_cast<int>(error.source().begin.line),
+                                  std::string(error.description())};
     }
 }
 
@@ -136,23 +137,23 @@ Result<void> replaceFile(const fs::path& file, const std::string& text)
 
 } // namespace
 
-Result<std::vector<ConfigurationLine>> parseConfiguration(const std::string& text)
+ConfigurationLines parseConfiguration(const std::string& text)
 {
-    const auto table = parsed(text);
-    if (!table)
-        return table.error();
-    std::vector<ConfigurationLine> lines;
-    for (const auto& [key, node] : table.value())
-        lines.push_back(lineOf(key, node));
-    std::sort(lines.begin(), lines.end(), [](const auto& a, const auto& b) { return a.line < b.line; });
-    return lines;
+    toml::table table;
+    ConfigurationLines result;
+    result.fault = parse(text, table);
+    for (const auto& [key, node] : table)
+        result.lines.push_back(lineOf(key, node));
+    std::sort(result.lines.begin(), result.lines.end(),
+              [](const auto& a, const auto& b) { return a.line < b.line; });
+    return result;
 }
 
-Result<std::vector<ConfigurationLine>> readConfigurationFile(const fs::path& file)
+ConfigurationLines readConfigurationFile(const fs::path& file)
 {
     const auto text = textOf(file);
     if (!text)
-        return text.error();
+        return {{}, ConfigurationFault{0, text.error().sentence}};
     return parseConfiguration(text.value());
 }
 
@@ -161,11 +162,11 @@ Result<void> writeConfigurationItem(const fs::path& file, const ConfigurationIte
 {
     const auto text = textOf(file);
     if (!text)
-        return text.error();
-    const auto table = parsed(text.value());
-    if (!table)
-        return Error{ErrorCode::Malformed,
-                     file.string() + ", " + table.error().sentence + ". Repair it first."};
-    return replaceFile(
-        file, withItem(text.value(), table.value(), item.name, item.name + " = " + literal(item, value)));
+        return Error{text.error().code, file.string() + ": " + text.error().sentence + "."};
+    toml::table table;
+    if (const auto fault = parse(text.value(), table))
+        return Error{ErrorCode::Malformed, file.string() + ", line " + std::to_string(fault->line) + ": " +
+                                               fault->reason + ". Repair it first."};
+    return replaceFile(file,
+                       withItem(text.value(), table, item.name, item.name + " = " + literal(item, value)));
 }

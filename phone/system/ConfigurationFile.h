@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,11 +19,20 @@ struct ConfigurationLine {
     bool understood = true; // false: a date, a table or the like, which no item is
 };
 
-// The lines of a text; an error names the line that is no TOML.
-Result<std::vector<ConfigurationLine>> parseConfiguration(const std::string& text);
+// Why a text is no configuration, and from which line on; 0 for the file as a whole.
+struct ConfigurationFault {
+    int line = 0;
+    std::string reason;
+};
 
-// The same of a file; one that does not exist has no lines.
-Result<std::vector<ConfigurationLine>> readConfigurationFile(const std::filesystem::path& file);
+// What a text or file says, or its first fault. A file that does not exist says nothing.
+struct ConfigurationLines {
+    std::vector<ConfigurationLine> lines;
+    std::optional<ConfigurationFault> fault;
+};
+
+ConfigurationLines parseConfiguration(const std::string& text);
+ConfigurationLines readConfigurationFile(const std::filesystem::path& file);
 
 // Changes or adds one item and leaves every other line as it is. Whole or not at all.
 Result<void> writeConfigurationItem(const std::filesystem::path& file, const ConfigurationItem& item,

@@ -38,7 +38,14 @@ void Translator::setLanguage(const std::string& language)
                       language.c_str(), m_catalogues.c_str());
     auto locale = std::make_shared<const std::locale>(localeOf(m_catalogues, known ? language : "en"));
     std::lock_guard lock(m_mutex);
+    m_language = language;
     m_locale = std::move(locale);
+}
+
+std::string Translator::language() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_language;
 }
 
 bool Translator::hasCatalogue(const std::string& language) const

@@ -19,6 +19,9 @@ public:
     // [any-thread]
     void setLanguage(const std::string& language);
     bool hasCatalogue(const std::string& language) const;
+    // As it was set, with a catalogue or not.
+    // [any-thread]
+    std::string language() const;
 
     std::string translate(const std::string& key) const override;
     std::string translate(const std::string& key, const std::string& parameter) const override;
@@ -28,5 +31,6 @@ private:
 
     const std::filesystem::path m_catalogues;
     mutable std::mutex m_mutex;
+    std::string m_language;
     std::shared_ptr<const std::locale> m_locale;
 };
