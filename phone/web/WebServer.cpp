@@ -413,6 +413,8 @@ void WebServer::Impl::accept()
     m_acceptor.async_accept([this](beast::error_code error, tcp::socket socket) {
         if (error == asio::error::operation_aborted)
             return;
+        if (!error) // an acknowledgement is small, and awaited
+            socket.set_option(tcp::no_delay(true), error);
         if (!error && m_connections < nMOST_CONNECTIONS)
             std::make_shared<Request>(*this, std::move(socket))->read();
         if (m_acceptor.is_open())
