@@ -29,7 +29,10 @@ public:
     std::function<void(DisplayAPI::Command*, DisplayAPI::Displayable*)> onCommand;
     std::function<void(DisplayAPI::Item*)> onItem;
 
-    void call(DisplayAPI::Displayable& displayable, const std::string& name) { m_displayables[&displayable] = name; }
+    void call(DisplayAPI::Displayable& displayable, const std::string& name)
+    {
+        m_displayables[&displayable] = name;
+    }
     void call(DisplayAPI::Item& item, const std::string& name) { m_items[&item] = name; }
 
     void commandAction(DisplayAPI::Command* command, DisplayAPI::Displayable* displayable) override
@@ -59,18 +62,24 @@ private:
 
 class DisplayTest : public testing::Test {
 protected:
-    explicit DisplayTest(DisplayAPI::DisplayVariant variant = {}) : display(host, variant) { host.drive(display); }
+    explicit DisplayTest(DisplayAPI::DisplayVariant variant = {})
+        : display(host, variant)
+    {
+        host.drive(display);
+    }
 
     static DisplayAPI::TranslationInfo plain(const std::string& text)
     {
         return DisplayAPI::TranslationInfo::plain(text);
     }
     DisplayAPI::TranslationInfo key(const std::string& text) const { return {text, &translator}; }
-    static DisplayAPI::ListItem* row(const std::string& text) { return new DisplayAPI::ListItem(plain(text), 1); }
+    static DisplayAPI::ListItem* row(const std::string& text)
+    {
+        return new DisplayAPI::ListItem(plain(text), 1);
+    }
 
     // Gives a widget a name and both ears of the recorder.
-    template <typename Widget>
-    void listenTo(Widget& widget, const std::string& name)
+    template <typename Widget> void listenTo(Widget& widget, const std::string& name)
     {
         widget.setCommandListener(&recorder);
         recorder.call(static_cast<DisplayAPI::Displayable&>(widget), name);
@@ -98,5 +107,8 @@ protected:
 // The same telephone without soft keys.
 class PlainDisplayTest : public DisplayTest {
 protected:
-    PlainDisplayTest() : DisplayTest({.softKeyBar = false, .visibleRows = 8}) {}
+    PlainDisplayTest()
+        : DisplayTest({.softKeyBar = false, .visibleRows = 8})
+    {
+    }
 };
