@@ -1,0 +1,181 @@
+#include "DigitAnalysis.h"
+
+#include <utility>
+
+#include <framework/services/DigitAnalysisServiceEventIfc.h>
+#include <framework/services/InterDigitTimeOutEvent.h>
+
+#include "app/PhoneLog.h"
+
+namespace {
+
+constexpr char nSOURCE[] = "./phone/calls/DigitAnalysis";
+
+} // namespace
+
+DigitAnalysis::DigitAnalysis(DialPlanRules rules, DialTimes times, const Clock& clock, EventPoster& events,
+                             EventTimers& timers)
+    : m_clock(clock)
+    , m_events(events)
+    , m_timers(timers)
+{
+    setRules(std::move(rules), times);
+}
+
+DigitAnalysis::~DigitAnalysis()
+{
+    stopTimer();
+}
+
+void DigitAnalysis::setRules(DialPlanRules rules, DialTimes times)
+{
+    m_plan = std::make_shared<const DialPlan>(std::move(rules));
+    m_times = times;
+}
+
+bool DigitAnalysis::setCallContextProvider(DigitAnalysisServiceEventIfc* provider)
+{
+    if (!provider)
+        return false;
+    m_pProvider = provider;
+    return true;
+}
+
+bool DigitAnalysis::clearCallContextProvider(DigitAnalysisServiceEventIfc* provider)
+{
+    if (!provider || provider != m_pProvider)
+        return false;
+    m_pProvider = nullptr;
+    return true;
+}
+
+bool DigitAnalysis::setDialString(const std::string& digits, int complete)
+{
+    m_digits = digits;
+    if (digits.empty() || complete != 0)
+        stopTimer();
+    else if (m_offHook)
+        startTimer(m_times.interDigit);
+    return !digits.empty();
+}
+
+void DigitAnalysis::convertToCanonical(std::string& number)
+{
+    number = m_plan.load()->canonical(number);
+}
+
+std::string DigitAnalysis::toDialString(const std::string& number) const
+{
+    return m_plan.load()->dialString(number);
+}
+
+void DigitAnalysis::setDialPartyDetails(CallPartyIdentifier& party, bool result, int /*mode*/)
+{
+    m_party = party;
+    m_partyKnown = result;
+}
+
+void DigitAnalysis::offHook()
+{
+    if (std::exchange(m_offHook, true))
+        return;
+    if (!std::exchange(m_dialing, true)) {
+        m_digits.clear();
+        reportStarted();
+    }
+    startTimer(m_digits.empty() ? m_times.initialDigit : m_times.interDigit);
+}
+
+void DigitAnalysis::digit(char digit)
+{
+    m_digits += digit;
+    if (!std::exchange(m_dialing, true))
+        reportStarted();
+    if (m_offHook)
+        startTimer(m_times.interDigit);
+}
+
+void DigitAnalysis::onHook()
+{
+    m_offHook = false;
+    if (m_dialing)
+        dialingStopped();
+}
+
+void DigitAnalysis::dialingStopped()
+{
+    stopTimer();
+    m_dialing = false;
+    m_digits.clear();
+    m_partyKnown = false;
+    post("dialling stopped", [this] {
+        if (m_pProvider)
+            m_pProvider->handleDialingStopped();
+    });
+}
+
+// Digits that were typed until the report is delivered are part of it.
+void DigitAnalysis::reportStarted()
+{
+    post("dialling started", [this] {
+        if (!m_dialing || !m_pProvider || !m_pProvider->isDiallingOk())
+            return;
+        std::string name;
+        m_pProvider->getEventHandlerName(name);
+        PHONE_TRACE("dialling started, told to %s", name.c_str());
+        m_pProvider->handleDialingStarted(m_digits);
+    });
+}
+
+void DigitAnalysis::startTimer(std::chrono::milliseconds after)
+{
+    stopTimer();
+    m_timer = m_timers.callAt(m_clock.now() + after, "dialling time-out",
+                              [this, alive = std::weak_ptr(m_alive), start = m_timerStart] {
+                                  if (!alive.expired() && start == m_timerStart)
+                                      timedOut();
+                              });
+}
+
+void DigitAnalysis::stopTimer()
+{
+    ++m_timerStart;
+    if (m_timer != 0)
+        m_timers.cancel(std::exchange(m_timer, 0));
+}
+
+void DigitAnalysis::timedOut()
+{
+    m_timer = 0;
+    if (!m_pProvider)
+        return;
+    InterDigitTimeOutEvent event(toDialString(m_digits));
+    if (m_digits.empty())
+        m_pProvider->handleInitialDigitTimeout(&event);
+    else
+        m_pProvider->handleInterDigitTimeout(&event);
+}
+
+CallPartyIdentifier DigitAnalysis::partyOf(const std::string& number)
+{
+    const auto plan = m_plan.load();
+    const auto isHis = [&](const CallPartyIdentifier& party) {
+        return plan->canonical(party.getNumber()) == plan->canonical(number);
+    };
+    CallPartyIdentifier party;
+    if (m_pProvider && m_pProvider->getDialPartyDetails(party) && isHis(party))
+        return party;
+    if (m_partyKnown && isHis(m_party))
+        return m_party;
+    CallPartyIdentifier unknown;
+    unknown.setNumber(number);
+    return unknown;
+}
+
+void DigitAnalysis::post(const char* name, std::function<void()> event)
+{
+    m_events.post(name, [alive = std::weak_ptr(m_alive), event = std::move(event)] {
+        if (!alive.expired())
+            event();
+    });
+}

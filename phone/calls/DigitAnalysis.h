@@ -1,0 +1,85 @@
+// The digits that the user dials, and who is told of them.
+//
+// Off-hook, and with the dial-pad key, digits come here by digit(); the first one opens the dialler of
+// the phonelet in front, and from then on the dialler's own text comes by setDialString(). All reports
+// are events.
+//
+// The time-outs run while the telephone is off-hook only: who prepares a number with the handset on
+// its hook takes their time.
+
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <framework/services/CallPartyIdentifier.h>
+#include <framework/services/DigitAnalysisServiceIfc.h>
+
+#include "DialPlan.h"
+#include "app/Clock.h"
+#include "app/EventPoster.h"
+#include "app/EventTimers.h"
+
+struct DialTimes {
+    std::chrono::milliseconds initialDigit{15000}; // after going off-hook
+    std::chrono::milliseconds interDigit{5000};    // after the last digit
+};
+
+class DigitAnalysis final : public DigitAnalysisServiceIfc {
+public:
+    DigitAnalysis(DialPlanRules rules, DialTimes times, const Clock& clock, EventPoster& events,
+                  EventTimers& timers);
+    ~DigitAnalysis() override;
+
+    bool setCallContextProvider(DigitAnalysisServiceEventIfc* provider) override;
+    bool clearCallContextProvider(DigitAnalysisServiceEventIfc* provider) override;
+    bool setDialString(const std::string& digits, int complete) override;
+    void convertToCanonical(std::string& number) override;
+    void setDialPartyDetails(CallPartyIdentifier& party, bool result, int mode) override;
+
+    // What follows is for the telephone. [phonelet-thread]
+
+    // Another dial plan from now on: the configuration changed.
+    void setRules(DialPlanRules rules, DialTimes times);
+    std::string toDialString(const std::string& number) const;
+
+    // Off-hook reports dialling started, with no digits yet.
+    void offHook();
+    // Reports dialling started with the first digit.
+    void digit(char digit);
+    // Reports dialling stopped if it had started.
+    void onHook();
+    bool isOffHook() const { return m_offHook; }
+    // A placed call was connected, failed or was cleared, or the user cancelled.
+    void dialingStopped();
+
+    // Who has that number, as far as the phonelet in front knows. Asks it, so call this only from an
+    // event of its own.
+    CallPartyIdentifier partyOf(const std::string& number);
+
+private:
+    void reportStarted();
+    void startTimer(std::chrono::milliseconds after);
+    void stopTimer();
+    void timedOut();
+    void post(const char* name, std::function<void()> event);
+
+    const Clock& m_clock;
+    EventPoster& m_events;
+    EventTimers& m_timers;
+    std::atomic<std::shared_ptr<const DialPlan>> m_plan; // convertToCanonical() comes from any thread
+    DialTimes m_times;
+    DigitAnalysisServiceEventIfc* m_pProvider = nullptr;
+    bool m_offHook = false;
+    bool m_dialing = false;
+    std::string m_digits;
+    CallPartyIdentifier m_party;
+    bool m_partyKnown = false;
+    EventTimers::Id m_timer = 0;
+    unsigned long m_timerStart = 0; // the start whose expiry still counts
+    // Tells an event that is queued that the service is gone.
+    std::shared_ptr<const char> m_alive = std::make_shared<const char>();
+};

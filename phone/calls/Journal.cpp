@@ -1,0 +1,176 @@
+#include "Journal.h"
+
+#include <algorithm>
+#include <ctime>
+
+#include <framework/services/CallPartyIdentifier.h>
+
+#include "app/PhoneLog.h"
+#include "directory/ContactText.h"
+
+namespace {
+
+constexpr char nSOURCE[] = "./phone/calls/Journal";
+
+constexpr std::uint32_t nAPPLICATION_ID = 0x44426a6e; // "DBjn"
+constexpr int nSCHEMA_VERSION = 1;
+constexpr int nMOST_CALLS = 100;
+
+constexpr char nSCHEMA[] = "CREATE TABLE dialled(id INTEGER PRIMARY KEY AUTOINCREMENT, name TEXT NOT NULL, "
+                           "number TEXT NOT NULL, at TEXT NOT NULL)";
+
+std::string rfc3339(std::chrono::system_clock::time_point at)
+{
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(at);
+    std::tm utc{};
+    ::gmtime_r(&seconds, &utc);
+    char text[sizeof "2026-01-01T00:00:00Z"];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return text;
+}
+
+std::string nameOf(const CallPartyIdentifier& party)
+{
+    const bool both = !party.getSurname().empty() && !party.getFirstname().empty();
+    return party.getSurname() + (both ? ", " : "") + party.getFirstname();
+}
+
+void createSchema(Database& database)
+{
+    Transaction transaction(database);
+    database.execute("PRAGMA application_id = " + std::to_string(nAPPLICATION_ID));
+    database.execute("PRAGMA user_version = " + std::to_string(nSCHEMA_VERSION));
+    database.execute(nSCHEMA);
+    transaction.commit();
+}
+
+} // namespace
+
+Result<std::unique_ptr<Journal>> Journal::open(const std::filesystem::path& profile, const Clock& clock,
+                                               EventPoster& events)
+{
+    try {
+        return std::unique_ptr<Journal>(new Journal(profile / "journal.db", clock, events));
+    } catch (const SqliteError& error) {
+        return error.toError();
+    }
+}
+
+Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPoster& events)
+    : m_clock(clock)
+    , m_events(events)
+{
+    try {
+        openFile(file);
+    } catch (const SqliteError& error) {
+        m_notice = "The journal \"" + file.string() + "\" cannot be used (" + error.message +
+                   "). It is left as it is; calls are remembered until the telephone stops.";
+        PHONE_ERROR("%s", m_notice.c_str());
+        m_pDatabase = std::make_unique<Database>();
+        createSchema(*m_pDatabase);
+    }
+}
+
+Journal::~Journal() = default;
+
+void Journal::openFile(const std::filesystem::path& file)
+{
+    std::error_code ignored;
+    std::filesystem::create_directories(file.parent_path(), ignored);
+    const auto header = readSqliteFileHeader(file);
+    if (header.exists && header.applicationId != nAPPLICATION_ID)
+        throw SqliteError{SQLITE_NOTADB, "it is not a journal of this telephone"};
+    if (header.userVersion > nSCHEMA_VERSION)
+        throw SqliteError{SQLITE_NOTADB, "it was written by a later version"};
+    m_pDatabase = std::make_unique<Database>(file, Database::Mode::ReadWrite);
+    m_pDatabase->execute("PRAGMA synchronous = FULL");
+    if (!header.exists)
+        createSchema(*m_pDatabase);
+    const auto finding = m_pDatabase->queryText("PRAGMA quick_check(1)");
+    if (finding != "ok")
+        throw SqliteError{SQLITE_CORRUPT, finding};
+    if (sqlite3_db_readonly(m_pDatabase->handle(), "main") != 0)
+        throw SqliteError{SQLITE_READONLY, "it is read-only"};
+}
+
+void Journal::addDialled(const CallPartyIdentifier& party)
+{
+    try {
+        const std::string name = cleanText(nameOf(party));
+        const std::string number = cleanText(party.getNumber());
+        const std::string at = rfc3339(m_clock.wallClock());
+        Transaction transaction(*m_pDatabase);
+        Statement add(m_pDatabase->handle(), "INSERT INTO dialled(name, number, at) VALUES(?1, ?2, ?3)");
+        add.bind(1, name).bind(2, number).bind(3, at).run();
+        const auto id = sqlite3_last_insert_rowid(m_pDatabase->handle());
+        Statement trim(m_pDatabase->handle(), "DELETE FROM dialled WHERE id <= ?1");
+        trim.bind(1, id - nMOST_CALLS).run();
+        transaction.commit();
+        tell(static_cast<int>(id), JournalAction::Added);
+    } catch (const SqliteError& error) {
+        PHONE_ERROR("a dialled call is not in the journal: %s", error.message.c_str());
+    }
+}
+
+void Journal::clearDialled()
+{
+    try {
+        m_pDatabase->execute("DELETE FROM dialled");
+        tell(0, JournalAction::Cleared);
+    } catch (const SqliteError& error) {
+        PHONE_ERROR("the journal cannot be emptied: %s", error.message.c_str());
+    }
+}
+
+std::vector<JournalRecord> Journal::dialled()
+{
+    std::vector<JournalRecord> records;
+    try {
+        Statement row(m_pDatabase->handle(), "SELECT name, number, at FROM dialled ORDER BY id DESC");
+        while (row.step())
+            records.push_back({{cleanText(row.text(0)), cleanText(row.text(1)), cleanText(row.text(2))}});
+    } catch (const SqliteError& error) {
+        PHONE_ERROR("the journal cannot be read: %s", error.message.c_str());
+    }
+    return records;
+}
+
+void Journal::addObserver(JournalServiceObserverIfc* observer)
+{
+    if (!observer || isObserver(observer))
+        return;
+    m_observers.push_back(observer);
+    m_events.post("journal: current list", [this, observer, alive = std::weak_ptr(m_alive)] {
+        if (!alive.expired() && isObserver(observer))
+            tellOne(*observer, 0, JournalAction::Current);
+    });
+}
+
+void Journal::removeObserver(JournalServiceObserverIfc* observer)
+{
+    std::erase(m_observers, observer);
+}
+
+bool Journal::isObserver(const JournalServiceObserverIfc* observer) const
+{
+    return std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end();
+}
+
+void Journal::tell(int id, JournalAction action)
+{
+    m_events.post("journal changed", [this, id, action, alive = std::weak_ptr(m_alive)] {
+        if (alive.expired())
+            return;
+        // An observer may leave while it is told.
+        for (auto* observer : std::vector(m_observers)) {
+            if (isObserver(observer))
+                tellOne(*observer, id, action);
+        }
+    });
+}
+
+void Journal::tellOne(JournalServiceObserverIfc& observer, int id, JournalAction action)
+{
+    JournalItem item(dialled());
+    observer.dialledCallsUpdate(&item, id, action);
+}

@@ -1,0 +1,56 @@
+// The calls that were dialled from this telephone, in a file of their own.
+//
+// A file that cannot be used is left as it is; calls are then remembered until the telephone stops.
+
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <framework/services/JournalServiceIfc.h>
+#include <framework/services/JournalServiceObserverIfc.h>
+
+#include "app/Clock.h"
+#include "app/EventPoster.h"
+#include "app/Result.h"
+#include "directory/Sqlite.h"
+
+class CallPartyIdentifier;
+
+class Journal final : public JournalServiceIfc {
+public:
+    static Result<std::unique_ptr<Journal>> open(const std::filesystem::path& profile, const Clock& clock,
+                                                 EventPoster& events);
+    ~Journal() override;
+
+    // What is wrong with the file, naming it, in a sentence; "" when nothing is.
+    const std::string& notice() const { return m_notice; }
+
+    // What follows is called on the event thread.
+
+    void addDialled(const CallPartyIdentifier& party);
+    void clearDialled();
+    // The latest first.
+    std::vector<JournalRecord> dialled();
+
+    void addObserver(JournalServiceObserverIfc* observer) override;
+    void removeObserver(JournalServiceObserverIfc* observer) override;
+
+private:
+    Journal(const std::filesystem::path& file, const Clock& clock, EventPoster& events);
+
+    void openFile(const std::filesystem::path& file);
+    void tell(int id, JournalAction action);
+    void tellOne(JournalServiceObserverIfc& observer, int id, JournalAction action);
+    bool isObserver(const JournalServiceObserverIfc* observer) const;
+
+    const Clock& m_clock;
+    EventPoster& m_events;
+    std::string m_notice;
+    std::unique_ptr<Database> m_pDatabase;
+    std::vector<JournalServiceObserverIfc*> m_observers;
+    // Tells an event that is queued that the journal is gone.
+    std::shared_ptr<const char> m_alive = std::make_shared<const char>();
+};
