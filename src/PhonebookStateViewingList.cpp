@@ -330,6 +330,11 @@ bool PhonebookStateViewingList::mobilityPhonebookRefreshPending()
     return mFetchingPopupActive;
 }
 
+DisplayAPI::MenuCommand* PhonebookStateViewingList::command(Choice choice) const
+{
+    return m_commands[choice].get();
+}
+
 void PhonebookStateViewingList::allowRedial()
 {
     PB_TRACE("PhonebookStateViewingList::allowRedial");

@@ -48,11 +48,6 @@ public:
     bool mobilityPhonebookRefreshPending() override;
     virtual ~PhonebookStateViewingList();
 
-    // The next redial command dials the selected entry's number instead of the redial number; once,
-    // and until dialling ends.
-    void allowRedial();
-
-private:
     enum Choice : std::size_t {
         NEW_CONTACT,
         DISPLAY_OPTIONS,
@@ -77,7 +72,19 @@ private:
         CANCEL,
         nCHOICES
     };
+    // The command of a choice, kept for the life of the screen; null before it was first entered.
+    DisplayAPI::MenuCommand* command(Choice choice) const;
+    // The number of the selected entry that a dial command stands for, and its call-party icon: the
+    // default number for any other command, nothing without a command.
+    void transformCommandToPhoneNumberAndIcon(EventContext* pContext, const DisplayAPI::Command* pCommand,
+                                              std::string& number,
+                                              CallPartyIdentifier::PhoneNumberIconType& icon);
 
+    // The next redial command dials the selected entry's number instead of the redial number; once,
+    // and until dialling ends.
+    void allowRedial();
+
+private:
     void constructDisplayList(EventContext* pContext);
     void fillDisplayList(EventContext* pContext);
     void appendText(EventContext* pContext, const char* key);
@@ -119,9 +126,6 @@ private:
     // False when the entry cannot be read; the selected entry then is what it was.
     bool updateSelectedPhonebookEntry(EventContext* pContext);
     std::string getDefaultPhonebookNo(EventContext* pContext);
-    void transformCommandToPhoneNumberAndIcon(EventContext* pContext, const DisplayAPI::Command* pCommand,
-                                              std::string& number,
-                                              CallPartyIdentifier::PhoneNumberIconType& icon);
     std::string shownName(EventContext* pContext);
     void sendContact(EventContext* pContext);
 

@@ -30,6 +30,7 @@ public:
     std::string failure;               // fails every request with this message while not empty
     std::optional<std::string> list;   // instead of the real list text
     std::vector<std::string> listCalls;
+    std::function<void()> whileBusy; // called inside every request and list
 
     std::map<std::string, int> options;
     std::vector<std::pair<std::string, int>> optionWrites;
@@ -72,6 +73,7 @@ public:
     std::string request(const std::string& xml) override
     {
         requests.push_back(xml);
+        busy();
         if (answer)
             return *answer;
         if (!failure.empty())
@@ -90,11 +92,13 @@ public:
     std::string getList() override
     {
         listCalls.push_back("all");
+        busy();
         return list ? *list : listOf([](const Record&) { return true; });
     }
     std::string getList(const std::string& groupTag) override
     {
         listCalls.push_back(groupTag);
+        busy();
         return list ? *list : listOf([&](const Record& record) { return value(record, "Group") == groupTag; });
     }
 
@@ -159,6 +163,12 @@ public:
     }
 
 private:
+    void busy() const
+    {
+        if (whileBusy)
+            whileBusy();
+    }
+
     static constexpr const char* nELEMENTS[] = {
         "Surname", "Firstname", "Office",  "Mobile",   "Private",     "Email",   "Group",     "DefaultNumber",
         "Company", "Office2",   "Address", "Address2", "JobFunction", "Picture", "ExternalID"};
