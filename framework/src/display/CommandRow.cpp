@@ -14,6 +14,7 @@ namespace DisplayAPI {
 void CommandRow::add(MenuCommand* command)
 {
     const UiLock lock;
+    std::erase_if(m_entries, [](const Entry& entry) { return entry.alive.expired(); });
     if (command)
         m_entries.push_back({command, command->watch()});
 }

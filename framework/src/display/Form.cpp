@@ -24,6 +24,7 @@ Form::~Form()
 void Form::append(Field* field)
 {
     const UiLock lock;
+    std::erase_if(m_fields, [](const Entry& entry) { return entry.alive.expired(); });
     if (field)
         m_fields.push_back({field, field->watch()});
 }

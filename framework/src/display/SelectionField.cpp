@@ -24,6 +24,7 @@ SelectionField::~SelectionField()
 void SelectionField::append(MenuCommand* command)
 {
     const UiLock lock;
+    std::erase_if(m_choices, [](const Choice& choice) { return choice.alive.expired(); });
     if (command)
         m_choices.push_back({command, command->watch()});
 }
