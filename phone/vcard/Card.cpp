@@ -29,52 +29,86 @@ private:
 
 // What stands before the colon, its coding parameters taken out.
 struct Head {
-    std::string text;
+    std::string group;
+    std::string name;
+    std::vector<Parameter> parameters;
     std::string charset;
     bool quotedPrintable = false;
     bool base64 = false;
 };
 
-std::size_t findColon(std::string_view line)
+bool isName(std::string_view name)
 {
-    const auto head = splitUnquoted(line, ':').front();
-    return head.size() < line.size() ? head.size() : line.find(':');
+    return !name.empty() && std::all_of(name.begin(), name.end(),
+                                        [](char c) { return g_ascii_isalnum(c) || c == '-' || c == '_'; });
 }
 
-std::string withoutQuotes(std::string_view text)
+std::vector<std::string> valuesOf(std::string_view list)
 {
-    if (text.size() >= 2 && text.front() == '"' && text.back() == '"')
-        text = text.substr(1, text.size() - 2);
-    return std::string(text);
+    std::vector<std::string> values;
+    for (const auto part : splitUnquoted(list, ',')) {
+        values.push_back(oneLine(guessUtf8(part)));
+        std::erase(values.back(), '"');
+    }
+    return values;
+}
+
+// Version 2.1 writes "TEL;WORK" for "TEL;TYPE=WORK". A parameter that is none is left out.
+void addParameter(Head& head, const std::string& name, const std::vector<std::string>& values)
+{
+    if (values.empty() && isName(name)) {
+        addParameter(head, "TYPE", {name});
+        return;
+    }
+    if (!isName(name))
+        return;
+    const auto same = std::find_if(head.parameters.begin(), head.parameters.end(),
+                                   [&](const Parameter& p) { return upper(p.name) == upper(name); });
+    if (same == head.parameters.end())
+        head.parameters.push_back({name, values});
+    else
+        same->values.insert(same->values.end(), values.begin(), values.end());
+}
+
+void readParameter(Head& head, std::string_view text)
+{
+    const auto equals = std::min(text.find('='), text.size());
+    const std::string name(trimmed(text.substr(0, equals)));
+    const auto values = equals < text.size() ? valuesOf(text.substr(equals + 1)) : std::vector<std::string>();
+    const bool named = !values.empty();
+    const auto value = upper(named ? values.front() : name);
+    const bool encoding = named && upper(name) == "ENCODING";
+    if (named && upper(name) == "CHARSET")
+        head.charset = value;
+    else if ((encoding || !named) && value == "QUOTED-PRINTABLE")
+        head.quotedPrintable = true;
+    else if (((encoding || !named) && value == "BASE64") || (encoding && value == "B"))
+        head.base64 = true;
+    else if (!encoding)
+        addParameter(head, name, values);
+}
+
+// A quote that nobody closes would take the rest of the line with it.
+std::string withClosedQuotes(std::string head)
+{
+    if (std::count(head.begin(), head.end(), '"') % 2 != 0)
+        std::erase(head, '"');
+    return head;
 }
 
 Head readHead(std::string_view text)
 {
     Head head;
-    const auto parts = splitUnquoted(text, ';');
-    head.text = trimmed(parts.front());
-    for (std::size_t i = 1; i < parts.size(); ++i) {
-        const auto part = trimmed(parts[i]);
-        const auto name = upper(part.substr(0, part.find('=')));
-        const bool bare = name.size() == part.size();
-        const auto value = bare ? name : upper(withoutQuotes(part.substr(name.size() + 1)));
-        const bool coding = bare || name == "ENCODING";
-        if (name == "CHARSET" && !bare)
-            head.charset = value;
-        else if (coding && value == "QUOTED-PRINTABLE")
-            head.quotedPrintable = true;
-        else if ((coding && value == "BASE64") || (name == "ENCODING" && value == "B"))
-            head.base64 = true;
-        else if (name != "ENCODING" && !part.empty())
-            head.text.append(";").append(part);
-    }
+    auto parts = splitUnquoted(text, ';');
+    const auto dot = parts.front().rfind('.');
+    if (dot != std::string_view::npos)
+        head.group = trimmed(parts.front().substr(0, dot));
+    head.name = trimmed(parts.front().substr(dot + 1));
+    if (!isName(head.name) || (!head.group.empty() && !isName(head.group)))
+        throw UnusableProperty("not a property");
+    for (std::size_t i = 1; i < parts.size(); ++i)
+        readParameter(head, trimmed(parts[i]));
     return head;
-}
-
-bool isPropertyName(std::string_view name)
-{
-    return !name.empty() && std::all_of(name.begin(), name.end(),
-                                        [](char c) { return g_ascii_isalnum(c) || c == '-' || c == '_'; });
 }
 
 std::string escaped(std::string_view text)
@@ -113,50 +147,47 @@ bool allUtf8(GList* values)
     return true;
 }
 
-// The library reads one line at a time, so that a line it stumbles over costs no other.
-class ParsedLine {
+// The library reads one value at a time, so that one it stumbles over costs no other; names
+// and parameters are read here, for the library loses memory over odd ones.
+class DecodedValue {
 public:
-    explicit ParsedLine(const std::string& line)
+    explicit DecodedValue(const std::string& line)
         : m_card(e_vcard_new_from_string(("BEGIN:VCARD\r\n" + line + "\r\nEND:VCARD\r\n").c_str()))
     {
-        const GList* attributes = e_vcard_get_attributes(m_card.get());
-        if (attributes == nullptr)
-            throw UnusableProperty("not a property");
-        m_attribute = static_cast<EVCardAttribute*>(attributes->data);
+        if (const GList* attributes = e_vcard_get_attributes(m_card.get()))
+            m_values = e_vcard_attribute_get_values(static_cast<EVCardAttribute*>(attributes->data));
     }
 
-    GList* values() const { return e_vcard_attribute_get_values(m_attribute); }
-
-    Property property() const
-    {
-        Property result;
-        if (const char* group = e_vcard_attribute_get_group(m_attribute))
-            result.group = group;
-        result.name = e_vcard_attribute_get_name(m_attribute);
-        for (const GList* p = e_vcard_attribute_get_params(m_attribute); p != nullptr; p = p->next) {
-            auto* parameter = static_cast<EVCardAttributeParam*>(p->data);
-            result.parameters.insert(result.parameters.begin(),
-                                     {e_vcard_attribute_param_get_name(parameter),
-                                      cleanValues(e_vcard_attribute_param_get_values(parameter))});
-        }
-        result.removeParameter("CHARSET");
-        result.removeParameter("ENCODING");
-        return result;
-    }
+    std::vector<std::string> cleaned() const { return cleanValues(m_values); }
+    bool isUtf8() const { return allUtf8(m_values); }
 
 private:
     std::unique_ptr<EVCard, GObjectUnref> m_card;
-    EVCardAttribute* m_attribute = nullptr;
+    GList* m_values = nullptr;
 };
 
+Property withHead(const Head& head)
+{
+    Property property;
+    property.group = head.group;
+    property.name = head.name;
+    property.parameters = head.parameters;
+    return property;
+}
+
 // Bytes above ASCII inside quoted-printable are coded like the rest, or the library would
-// take them for UTF-8; a lone "=" at the end would swallow what follows.
+// take them for UTF-8, and it would leave the code after a backslash alone. A lone "=" at the
+// end would swallow what follows.
 std::string pureQuotedPrintable(std::string_view value)
 {
     constexpr char hex[] = "0123456789ABCDEF";
     std::string result;
-    for (const unsigned char c : value) {
-        if (c < 0x80)
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const auto c = static_cast<unsigned char>(value[i]);
+        const auto next = value.substr(i + 1, 1);
+        const bool beforeCode =
+            c == '\\' && (next == "=" || (!next.empty() && static_cast<unsigned char>(next.front()) >= 0x80));
+        if (c < 0x80 && !beforeCode)
             result += static_cast<char>(c);
         else
             result.append("=").append(1, hex[c >> 4]).append(1, hex[c & 15]);
@@ -170,14 +201,12 @@ std::string pureQuotedPrintable(std::string_view value)
 Property parseQuotedPrintable(const Head& head, std::string_view value)
 {
     const auto coded = pureQuotedPrintable(value);
-    const auto parse = [&](const std::string& charset) {
-        return ParsedLine(clean(head.text) + ";ENCODING=QUOTED-PRINTABLE;CHARSET=" + charset + ":" + coded);
+    const auto decode = [&](const std::string& charset) {
+        return DecodedValue(head.name + ";ENCODING=QUOTED-PRINTABLE;CHARSET=" + charset + ":" + coded);
     };
-    auto line = parse(head.charset.empty() ? "UTF-8" : head.charset);
-    if (!allUtf8(line.values()))
-        line = parse("WINDOWS-1252");
-    auto property = line.property();
-    property.setComponents(cleanValues(line.values()));
+    const auto named = decode(isName(head.charset) ? head.charset : "UTF-8");
+    auto property = withHead(head);
+    property.setComponents(named.isUtf8() ? named.cleaned() : decode("WINDOWS-1252").cleaned());
     return property;
 }
 
@@ -193,19 +222,17 @@ bool isBase64Text(std::string_view text)
     const auto end = std::min(text.find('='), text.size());
     const bool letters = std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end),
                                      [](char c) { return g_ascii_isalnum(c) || c == '+' || c == '/'; });
-    const bool padding = text.size() - end <= 2 && text.find_first_not_of('=', end) == std::string_view::npos;
-    return end > 0 && letters && padding && end % 4 != 1;
+    return end > 0 && end % 4 != 1 && letters && text.find_first_not_of('=', end) == std::string_view::npos;
 }
 
 Property parseBase64(const Head& head, std::string_view value)
 {
-    auto property = ParsedLine(clean(head.text) + ":").property();
+    auto property = withHead(head);
     property.value = withoutBlanks(value);
     if (!isBase64Text(property.value))
         throw UnusableProperty("bad base64");
-    const auto excess = property.value.size() % 4;
-    if (excess != 0)
-        property.value.append(4 - excess, '=');
+    std::erase(property.value, '=');
+    property.value.resize((property.value.size() + 3) / 4 * 4, '=');
     property.removeParameter("VALUE");
     property.setParameter("ENCODING", {"b"});
     return property;
@@ -213,15 +240,11 @@ Property parseBase64(const Head& head, std::string_view value)
 
 Property parsePlain(const Head& head, std::string_view bytes)
 {
-    std::string text;
-    if (auto known = head.charset.empty() ? std::nullopt : toUtf8(bytes, head.charset))
-        text = clean(*known);
-    else
-        text = clean(guessUtf8(bytes));
-    const ParsedLine line(clean(guessUtf8(head.text)) + ":" + text);
-    auto property = line.property();
-    property.components = cleanValues(line.values());
-    property.value = text;
+    const auto known = head.charset.empty() ? std::nullopt : toUtf8(bytes, head.charset);
+    auto property = withHead(head);
+    property.value = clean(known ? *known : guessUtf8(bytes));
+    std::replace(property.value.begin(), property.value.end(), '\n', ' ');
+    property.components = DecodedValue(head.name + ":" + property.value).cleaned();
     return property;
 }
 
@@ -237,8 +260,8 @@ std::optional<Property> inlinePicture(const Property& property)
 
     const std::unique_ptr<char, decltype(&g_free)> data(
         g_uri_unescape_string(property.value.c_str() + comma + 1, nullptr), g_free);
-    auto picture = parseBase64(Head{property.name, "", false, true}, data ? data.get() : "");
-    picture.group = property.group;
+    auto picture =
+        parseBase64(Head{property.group, property.name, {}, "", false, true}, data ? data.get() : "");
     const auto slash = kind.find('/');
     if (slash != std::string::npos)
         picture.setParameter("TYPE", {kind.substr(slash + 1, kind.find(';') - slash - 1)});
@@ -255,7 +278,7 @@ Property parseProperty(const SourceLine& line, const Limits& limits)
     const auto colon = findColon(line.text);
     if (colon == std::string::npos)
         throw UnusableProperty("not a property");
-    const auto head = readHead(std::string_view(line.text).substr(0, colon));
+    const auto head = readHead(withClosedQuotes(line.text.substr(0, colon)));
     const auto value = std::string_view(line.text).substr(colon + 1);
     if (line.tooLong)
         throw UnusableProperty("longer than the phone takes");
@@ -263,8 +286,6 @@ Property parseProperty(const SourceLine& line, const Limits& limits)
     auto property = head.base64            ? parseBase64(head, value)
                     : head.quotedPrintable ? parseQuotedPrintable(head, value)
                                            : parsePlain(head, value);
-    if (!isPropertyName(property.name))
-        throw UnusableProperty("not a property");
     if (property.is("PHOTO")) {
         if (auto picture = inlinePicture(property))
             property = *picture;

@@ -30,12 +30,15 @@ bool isEnd(std::string_view line)
 
 std::string upperHead(std::string_view line)
 {
-    return upper(line.substr(0, std::min(line.find(':'), nREPORTED_START)));
+    const auto start = line.substr(0, nREPORTED_START);
+    return upper(start.substr(0, findColon(start)));
 }
 
 bool isQuotedPrintable(std::string_view line)
 {
-    return upperHead(line).find("QUOTED-PRINTABLE") != std::string::npos;
+    const auto head = upperHead(line);
+    return head.find(";QUOTED-PRINTABLE") != std::string::npos ||
+           head.find("ENCODING=QUOTED-PRINTABLE") != std::string::npos;
 }
 
 bool isBase64(std::string_view line)

@@ -138,6 +138,11 @@ std::string unescapedFor21(const Property& property)
     return text;
 }
 
+bool isEscapable(char c)
+{
+    return c == '\\' || c == ';' || c == ',';
+}
+
 void appendQuotedPrintable(std::string& out, std::string_view head, std::string_view text)
 {
     constexpr char hex[] = "0123456789ABCDEF";
@@ -149,8 +154,11 @@ void appendQuotedPrintable(std::string& out, std::string_view head, std::string_
             line.clear();
         }
         const auto c = static_cast<unsigned char>(text[i]);
+        const bool escape = c == '\\' && i + 1 < text.size() && isEscapable(text[i + 1]);
         const bool plain = c >= 0x20 && c < 0x7F && c != '=' && !(c == ' ' && i + 1 == text.size());
-        if (plain)
+        if (escape)
+            line.append(1, '\\').append(1, text[++i]);
+        else if (plain && c != '\\')
             line += static_cast<char>(c);
         else
             line.append("=").append(1, hex[c >> 4]).append(1, hex[c & 15]);

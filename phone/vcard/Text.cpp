@@ -150,6 +150,12 @@ std::vector<std::string_view> splitUnquoted(std::string_view text, char separato
     return parts;
 }
 
+std::size_t findColon(std::string_view line)
+{
+    const auto head = splitUnquoted(line, ':').front();
+    return head.size() < line.size() ? head.size() : line.find(':');
+}
+
 std::string joinFilled(const std::vector<std::string>& parts, std::string_view glue)
 {
     std::string joined;

@@ -34,6 +34,10 @@ std::string_view trimmed(std::string_view text);
 // Cut at each `separator` that stands outside double quotes.
 std::vector<std::string_view> splitUnquoted(std::string_view text, char separator);
 
+// Where a property's value begins: its colon, npos without one. A colon in quotes belongs to
+// a parameter.
+std::size_t findColon(std::string_view line);
+
 // The parts that are not empty, with `glue` between them.
 std::string joinFilled(const std::vector<std::string>& parts, std::string_view glue);
 
