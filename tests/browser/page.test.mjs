@@ -1,0 +1,275 @@
+// The telephone as a person with a browser meets it.
+
+import assert from "node:assert/strict";
+import { request } from "node:http";
+import { after, afterEach, before, beforeEach, describe, test } from "node:test";
+import { readFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { Telephone, openBrowser, openPage } from "./telephone.mjs";
+
+const AXE = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
+const PEOPLE = [
+  { surname: "Adams", firstname: "Alice", work: "+49 30 23125 001" },
+  { surname: "Baker", firstname: "Bob", cell: "+49 30 23125 002" },
+  { surname: "Miller", firstname: "Mia", work: "+49 30 23125 003" },
+  { surname: "Müller", firstname: "Jörg", work: "+49 30 23125 004" },
+  { surname: "<b>Zed</b>", firstname: "<img src=x onerror=alert(1)>" },
+  ...Array.from({ length: 40 }, (_, i) => ({ surname: `Smith ${String(i).padStart(2, "0")}` })),
+];
+
+let browser;
+let telephone;
+let page;
+
+before(async () => { browser = await openBrowser(); });
+after(async () => { await browser.close(); });
+
+const selected = () => page.locator("[role=option][aria-selected=true]");
+const popup = (role) => page.locator(`#popup [role=${role}]`);
+const row = (name) => page.getByRole("option", { name });
+
+async function openPhonebook() {
+  await page.getByRole("button", { name: "Phonebook" }).click();
+  await page.getByRole("listbox").waitFor();
+}
+
+/** Waits for the condition that assertions on text alone would race with. */
+async function expectText(locator, text) {
+  await page.waitForFunction(([element, wanted]) => element?.textContent.includes(wanted), [await locator.elementHandle(), text]);
+}
+
+async function expectNoViolations(what) {
+  await page.evaluate(AXE);
+  const { violations } = await page.evaluate(() => globalThis.axe.run(document, { resultTypes: ["violations"] }));
+  assert.deepEqual(violations.map(({ id, nodes }) => `${id}: ${nodes.map((node) => node.html).join(" ")}`), [], what);
+}
+
+describe("the page", () => {
+  beforeEach(async () => {
+    telephone = await new Telephone({ contacts: PEOPLE }).start();
+    page = await openPage(browser, telephone);
+  });
+  afterEach(async () => {
+    assert.deepEqual(page.problems, []);
+    await page.context().close();
+    await telephone.end();
+  });
+
+  test("opens the phonebook and finds a name by typing", async () => {
+    await openPhonebook();
+    await page.keyboard.type("mi");
+    await row("Miller, Mia").and(selected()).waitFor();
+    assert.equal(await page.locator(".search span").textContent(), "mi");
+  });
+
+  test("tells a screen reader where in how many rows it is", async () => {
+    await openPhonebook();
+    assert.equal(await selected().getAttribute("aria-setsize"), String(PEOPLE.length));
+    const list = page.getByRole("listbox");
+    assert.equal(await list.getAttribute("aria-activedescendant"), await selected().getAttribute("id"));
+    assert.equal(await list.evaluate((element) => document.activeElement === element), true);
+  });
+
+  test("scrolls through the rows with the arrows and only ever holds the visible ones", async () => {
+    await openPhonebook();
+    for (let i = 0; i < 20; ++i)
+      await page.keyboard.press("ArrowDown");
+    await page.waitForFunction(() => document.querySelector("[role=option][aria-selected=true]")?.getAttribute("aria-posinset") === "21");
+    assert.ok(await page.getByRole("option").count() < 15);
+  });
+
+  test("enters letters by repeated presses of the digit keys", async () => {
+    await openPhonebook();
+    const six = page.locator("#keypad button[data-key='6']");
+    await six.click();
+    await page.locator("#keypad button[data-key='4']").click({ clickCount: 3 });
+    await page.locator("#keypad button[data-key='5']").click();
+    await row("Miller, Mia").and(selected()).waitFor();
+  });
+
+  test("shows markup in names as the text that it is", async () => {
+    await openPhonebook();
+    await row("<b>Zed</b>, <img src=x onerror=").waitFor();
+    assert.equal(await page.locator("#base img, #base b").count(), 0);
+  });
+
+  test("opens the menu with the right arrow and leaves it with Escape", async () => {
+    await openPhonebook();
+    await page.keyboard.type("ba");
+    await row("Baker, Bob").and(selected()).waitFor();
+    await page.keyboard.press("ArrowRight");
+    await popup("menu").waitFor();
+    await page.getByRole("menuitem", { name: "Details" }).waitFor();
+    await page.keyboard.press("Escape");
+    await popup("menu").waitFor({ state: "detached" });
+    await row("Baker, Bob").and(selected()).waitFor();
+  });
+
+  test("says that there is no line, and the message goes by a key", async () => {
+    await openPhonebook();
+    await page.keyboard.press("Enter");
+    await popup("alert").waitFor();
+    assert.match(await popup("alert").textContent(), /line/i);
+    await page.keyboard.press("ArrowDown");
+    await popup("alert").waitFor({ state: "detached" });
+    assert.equal(await selected().getAttribute("aria-posinset"), "1", "the key only closed the message");
+  });
+
+  test("says that there is no line, and the message goes by itself", async () => {
+    await openPhonebook();
+    await page.keyboard.press("Enter");
+    await popup("alert").waitFor();
+    await popup("alert").waitFor({ state: "detached", timeout: 5000 });
+  });
+
+  test("deletes a contact after asking", async () => {
+    await openPhonebook();
+    await page.keyboard.type("ba");
+    await row("Baker, Bob").and(selected()).waitFor();
+    await page.keyboard.press("ArrowRight");
+    await page.getByRole("menuitem", { name: "Delete", exact: true }).click();
+    await popup("alertdialog").waitFor();
+    assert.match(await popup("alertdialog").textContent(), /Baker, Bob/);
+    await page.locator("#soft button").first().click();
+    await popup("alert").waitFor();
+    await page.keyboard.press("Enter");
+    await page.waitForFunction(() => !document.body.textContent.includes("Baker, Bob"));
+  });
+
+  test("changes the tab with F6, and the browser's Tab key moves the focus", async () => {
+    await openPhonebook();
+    await page.keyboard.press("F6");
+    await page.locator("[role=tab][aria-selected=true]", { hasNotText: /^$/ }).nth(0).waitFor();
+    await page.waitForFunction(() => [...document.querySelectorAll("[role=tab]")].findIndex((tab) => tab.getAttribute("aria-selected") === "true") === 1);
+    const before = await page.evaluate(() => document.activeElement?.outerHTML);
+    await page.keyboard.press("Tab");
+    assert.notEqual(await page.evaluate(() => document.activeElement?.outerHTML), before);
+  });
+
+  test("returns to the idle screen and back to the same place", async () => {
+    await openPhonebook();
+    await page.keyboard.type("mi");
+    await row("Miller, Mia").and(selected()).waitFor();
+    await page.keyboard.press("Home");
+    await page.locator(".idle").waitFor();
+    await openPhonebook();
+    await row("Miller, Mia").and(selected()).waitFor();
+  });
+
+  test("speaks the language it is switched to while it is open", async () => {
+    await openPhonebook();
+    telephone.run("config", "set", "language", "de");
+    await page.locator("html[lang=de]").waitFor();
+    await page.getByRole("button", { name: "Auflegen" }).waitFor();
+  });
+
+  test("has no accessibility violations on any screen", async () => {
+    await expectNoViolations("idle");
+    await openPhonebook();
+    await expectNoViolations("list");
+    await page.keyboard.press("ArrowRight");
+    await popup("menu").waitFor();
+    await expectNoViolations("menu");
+    await page.getByRole("menuitem", { name: "Delete", exact: true }).click();
+    await popup("alertdialog").waitFor();
+    await expectNoViolations("question");
+    await page.keyboard.press("Escape");
+    await popup("menu").waitFor();
+    await page.keyboard.press("Escape");
+    await page.keyboard.press("Enter");
+    await popup("alert").waitFor();
+    await expectNoViolations("message");
+    await page.emulateMedia({ colorScheme: "dark" });
+    await expectNoViolations("message in the dark");
+    await popup("alert").waitFor({ state: "detached", timeout: 5000 });
+    await expectNoViolations("list in the dark");
+    await page.getByRole("button", { name: "Speaker" }).click();
+    await popup("dialog").waitFor();
+    await expectNoViolations("dialler");
+  });
+
+  test("fits a narrow window at 200 % text", async () => {
+    await openPhonebook();
+    await page.setViewportSize({ width: 640, height: 900 });
+    await page.addStyleTag({ content: "html { font-size: 200% }" }).catch(() => page.evaluate(() => { document.documentElement.style.fontSize = "200%"; }));
+    page.problems.length = 0; // the policy rightly refuses a style of ours
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth));
+  });
+
+  test("says when the telephone is gone, and comes back with it", async () => {
+    await openPhonebook();
+    await telephone.stop();
+    await page.locator("#cover").waitFor();
+    page.problems.length = 0; // the browser reports each refused connection
+    await telephone.start();
+    await page.locator("body[data-state=connected]").waitFor({ timeout: 15000 });
+    page.problems.length = 0;
+    await page.locator("#cover").waitFor({ state: "hidden" });
+    await openPhonebook();
+  });
+
+  test("says that its address is not valid any more when the token is wrong", async () => {
+    const other = await page.context().newPage();
+    await other.goto(telephone.address.replace(/#.*/, `#${"0".repeat(32)}`));
+    await other.locator("body[data-state=refused]").waitFor();
+    assert.match(await other.locator("#cover").textContent(), /no longer valid/);
+    await other.close();
+  });
+
+  for (const [what, headers, status] of [
+    ["a foreign Host", { Host: "phone.example" }, 403],
+    ["a foreign Origin", { Origin: "http://evil.example" }, 403],
+    ["no Origin", { Origin: undefined }, 403],
+    ["a wrong token", { "Sec-WebSocket-Protocol": `deskbook.${"0".repeat(32)}` }, 401],
+    ["no token", { "Sec-WebSocket-Protocol": undefined }, 401],
+  ])
+    test(`refuses ${what}`, async () => {
+      const { host, hash } = new URL(telephone.address);
+      const all = {
+        Host: host, Origin: `http://${host}`, Connection: "Upgrade", Upgrade: "websocket", "Sec-WebSocket-Version": "13",
+        "Sec-WebSocket-Key": "dGhlIHNhbXBsZSBub25jZQ==", "Sec-WebSocket-Protocol": `deskbook.${hash.slice(1)}`, ...headers,
+      };
+      const given = Object.fromEntries(Object.entries(all).filter(([, value]) => value !== undefined));
+      const answer = await new Promise((resolve, reject) => {
+        const asked = request(`http://${host}/face`, { headers: given });
+        asked.on("response", resolve).on("upgrade", resolve).on("error", reject).end();
+      });
+      assert.equal(answer.statusCode, status);
+      answer.destroy();
+    });
+});
+
+describe("the page of a telephone without soft keys", () => {
+  beforeEach(async () => {
+    telephone = await new Telephone({ contacts: PEOPLE, config: "soft-key-bar = false\n" }).start();
+    page = await openPage(browser, telephone);
+  });
+  afterEach(async () => {
+    assert.deepEqual(page.problems, []);
+    await page.context().close();
+    await telephone.end();
+  });
+
+  test("has its options as first row and a popup's answers as rows", async () => {
+    await openPhonebook();
+    assert.equal(await page.locator("#soft button").count(), 0);
+    await page.keyboard.type("ba");
+    await row("Baker, Bob").and(selected()).waitFor();
+    await page.keyboard.press("ArrowRight");
+    await page.getByRole("menuitem", { name: "Delete", exact: true }).click();
+    await popup("alertdialog").waitFor();
+    await page.getByRole("menuitem", { name: "Cancel" }).click();
+    await popup("alertdialog").waitFor({ state: "detached" });
+    await expectNoViolations("menu without soft keys");
+  });
+});
+
+describe("the page of an empty phonebook", () => {
+  test("says how to add contacts", async () => {
+    telephone = await new Telephone().start();
+    page = await openPage(browser, telephone);
+    await expectText(page.locator("#display"), "import");
+    await page.context().close();
+    await telephone.end();
+  });
+});
