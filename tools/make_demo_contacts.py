@@ -36,66 +36,67 @@ ADDRESSES = {
 
 # surname; first name; company; job; group(s); town; which numbers; what else.
 # Numbers: o office, 2 second office, m mobile, p private, f fax; a capital is the one to dial first.
-# Else: picture, birthday, nickname, note.
+# Else: birthday, nickname, note, picture with the numbers of skin, hair and style (0 short hair,
+# 1 and 3 long hair, 2 beard, 4 bald).
 PEOPLE = """
-Abel;Greta;Nordwind Logistik;Disponentin;Suppliers;hamburg;Om;picture
-Åkesson;Björn;Fjärran Foto;Fotograf;Suppliers;stockholm;om;picture
-Álvarez Peña;Lucía;Luz del Norte;Arquitecta;Customers;paris;o2M;picture
+Abel;Greta;Nordwind Logistik;Disponentin;Suppliers;hamburg;Om;picture:031
+Åkesson;Björn;Fjärran Foto;Fotograf;Suppliers;stockholm;om;picture:032
+Álvarez Peña;Lucía;Luz del Norte;Arquitecta;Customers;paris;o2M;picture:101
 Anderson;Maya;Blue Door Books;Buyer;Customers;new-york;om;
-Bäcker;Jörg;Deskbook Berlin;Facility manager;Team;berlin;O2mp;picture birthday
+Bäcker;Jörg;Deskbook Berlin;Facility manager;Team;berlin;O2mp;picture:054 birthday
 Białek;Zofia;Papiernia Wisła;Księgowa;Customers;berlin;o;
 Bîrsan;Ștefan;Carpat Design;Designer;Suppliers;munich;oM;
-Çelik;Ayşe;Deskbook Berlin;Developer;Team;berlin;Om;picture
+Çelik;Ayşe;Deskbook Berlin;Developer;Team;berlin;Om;picture:101
 Chen;Alex;Harbor Dental;Dentist;;boston;o;note
 Čížek;Jiří;Sklárna Lípa;Obchodní zástupce;Customers;munich;om;
-D’Angelo;Chiara;Tipografia Sole;Stampatrice;Suppliers;paris;om;picture
+D’Angelo;Chiara;Tipografia Sole;Stampatrice;Suppliers;paris;om;picture:111
 De Vries;Sanne;Molenaar Advies;Adviseur;Customers;london;oM;
 Ðorđević;Milica;Deskbook London;Analyst;Team;london;om;
-Dupré;Éloïse;Atelier Dupré;Relieuse;Suppliers;paris;O2mp;picture
-Ebert;Ute;;;Family;berlin;P;picture birthday
-Fournier;Noé;Deskbook Paris;Chef de projet;Team;paris;om;picture
+Dupré;Éloïse;Atelier Dupré;Relieuse;Suppliers;paris;O2mp;picture:041
+Ebert;Ute;;;Family;berlin;P;picture:051 birthday
+Fournier;Noé;Deskbook Paris;Chef de projet;Team;paris;om;picture:200
 Garðarsdóttir;Þóra;Ísfell Textil;Hönnuður;Customers;stockholm;m;
 Grünwald;Max;;;Friends;berlin;mp;nickname
 Hansen;Søren;Ærø Marina;Havnefoged;Customers;hamburg;O2;
-Horvath;Árpád;Tiszavirág Zene;Karmester;Friends;munich;m;picture
+Horvath;Árpád;Tiszavirág Zene;Karmester;Friends;munich;m;picture:112
 Ihde;Klara;Praxis Ihde;Zahnärztin;;berlin;of;note
 İnan;Deniz;Boğaz Tekne;Kaptan;Friends;hamburg;M;
-Jørgensen;Åse;Deskbook Stockholm;Support;Team;stockholm;Om;picture
+Jørgensen;Åse;Deskbook Stockholm;Support;Team;stockholm;Om;picture:031
 Kowalczyk;Łukasz;Deskbook Berlin;Tester;Team;berlin;om;
-Kurz;Li;;;;munich;;
-Lindqvist;Anna;Nordljus Konsult;Säljchef;Customers;stockholm;O2mpf;picture birthday note
+Kurz;Li;;;Family;munich;;
+Lindqvist;Anna;Nordljus Konsult;Säljchef;Customers;stockholm;O2mpf;picture:023 birthday note
 Lo;Vivian;Lo & Daughters;Owner;Suppliers;boston;om;
-MacLeod;Iain;Deskbook London;Reception;Team;london;O2;picture
+MacLeod;Iain;Deskbook London;Reception;Team;london;O2;picture:042
 Martins;João;Azulejos Martins;Ceramista;Suppliers;paris;m;
 Mägi;Õnne;Deskbook Stockholm;Writer;Team;stockholm;om;
-Müller;Emma;;;Family;hamburg;mP;picture birthday
+Müller;Emma;;;Family;hamburg;mP;picture:023 birthday
 Müller;Karl;Bäckerei Müller;Bäckermeister;Suppliers;berlin;o;
 Muller;Kate;Muller Partners;Lawyer;Customers;new-york;om;
-Nguyễn;Thị Mai;Phở Mai;Chef;Friends;berlin;om;picture
+Nguyễn;Thị Mai;Phở Mai;Chef;Friends;berlin;om;picture:103
 Núñez;Íñigo;Deskbook Paris;Administrator;Team;paris;om;
-O’Brien;Siobhán;Green Hill Stables;Trainer;Friends;leeds;mp;picture
+O’Brien;Siobhán;Green Hill Stables;Trainer;Friends;leeds;mp;picture:041
 Okafor;Chidi;Okafor Robotics;Engineer;Customers;boston;O2m;
 Öberg;Måns;Sjöfart Öberg;Kapten;Customers;stockholm;om;
 Papp;Zsófia;;;Friends;munich;m;
-Quinn;Robin;Deskbook London;Director;Team,Emergency;london;O2mp;picture
+Quinn;Robin;Deskbook London;Director;Team,Emergency;london;O2mp;picture:200
 Ruiz;Mateo;Café Ruiz;Barista;Friends;new-york;m;
-Şahin;Emre;Deskbook Berlin;Network engineer;Team,Emergency;berlin;oM;picture
+Şahin;Emre;Deskbook Berlin;Network engineer;Team,Emergency;berlin;oM;picture:102
 Smith;Olivia;Deskbook New York;Sales;Team;new-york;Om;
-Smythe;Oliver;;;;leeds;;
+Smythe;Oliver;;;Family;leeds;;
 Straße;Inge;Blumen Straße;Floristin;Suppliers;berlin;o;
 Žukauskas;Jonas;Gintaras Import;Direktorius;Suppliers;hamburg;om;
-Иванова;Елена;Северный Чай;Бухгалтер;Customers;berlin;om;picture
+Иванова;Елена;Северный Чай;Бухгалтер;Customers;berlin;om;picture:021
 Петренко;Олексій;Deskbook Berlin;Developer;Team;berlin;oM;
-Соколов;Дмитрий;;;Friends;hamburg;m;picture
+Соколов;Дмитрий;;;Friends;hamburg;m;picture:010
 Стојановић;Јелена;Дунав Превод;Преводилац;Suppliers;munich;om;
 Щербакова;Анна;Музей Бумаги;Куратор;Customers;paris;o;
-Δημητρίου;Ελένη;Deskbook London;Accountant;Team;london;Om;picture
+Δημητρίου;Ελένη;Deskbook London;Accountant;Team;london;Om;picture:101
 Ιωάννου;Άγγελος;Ελιές Ιωάννου;Παραγωγός;Suppliers;munich;m;
-Παπαδόπουλος;Γιώργος;Αιγαίο Ναυτιλία;Ναυλομεσίτης;Customers;london;o2m;picture
+Παπαδόπουλος;Γιώργος;Αιγαίο Ναυτιλία;Ναυλομεσίτης;Customers;london;o2m;picture:152
 Χριστοδούλου;Ζωή;;;Friends;berlin;m;
-佐藤;花子;Deskbook London;Translator;Team;london;om;picture
+佐藤;花子;Deskbook London;Translator;Team;london;om;picture:103
 山田;太郎;やまだ書店;店長;Customers;london;Om;
-高橋;美咲;;;Friends;paris;m;picture
+高橋;美咲;;;Friends;paris;m;picture:101
 すずき;はな;はな工房;陶芸家;Suppliers;boston;m;
 ;;Night Porter;;Emergency;london;o;
 ;;Taxi Beispiel;;;berlin;o;
@@ -149,8 +150,9 @@ def png(rows):
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(pixels, 9)) + chunk(b"IEND", b"")
 
 
-def portrait(number):
-    look = (SKINS[number * 3 % 5], HAIRS[number * 5 % 6], CLOTHES[number % 6], WALLS[number * 2 % 5], number % 5)
+def portrait(number, looks):
+    skin, hair, style = map(int, looks)
+    look = (SKINS[skin], HAIRS[hair], CLOTHES[number % 6], WALLS[number * 2 % 5], style)
     steps = (1 / 6, 3 / 6, 5 / 6)
     rows = []
     for py in range(SIZE):
@@ -223,8 +225,8 @@ def card(index, person, numbers):
         lines.append(f"NOTE:{escape(NOTES[surname])}")
     if groups:
         lines.append(f"CATEGORIES:{groups}")
-    if "picture" in extras:
-        lines.append("PHOTO;ENCODING=b;TYPE=PNG:" + base64.b64encode(portrait(index)).decode())
+    for looks in (extra.removeprefix("picture:") for extra in extras if extra.startswith("picture:")):
+        lines.append("PHOTO;ENCODING=b;TYPE=PNG:" + base64.b64encode(portrait(index, looks)).decode())
     lines += [f"UID:deskbook-demo-{index:02}", "END:VCARD"]
     return "".join(fold(line) for line in lines)
 
