@@ -69,6 +69,11 @@ std::string DigitAnalysis::toDialString(const std::string& number) const
     return m_plan.load()->dialString(number);
 }
 
+bool DigitAnalysis::isEmergency(const std::string& number) const
+{
+    return m_plan.load()->isEmergency(toDialString(number));
+}
+
 void DigitAnalysis::setDialPartyDetails(CallPartyIdentifier& party, bool result, int /*mode*/)
 {
     m_party = party;

@@ -45,6 +45,7 @@ public:
     // Another dial plan from now on: the configuration changed.
     void setRules(DialPlanRules rules, DialTimes times);
     std::string toDialString(const std::string& number) const;
+    bool isEmergency(const std::string& number) const;
 
     // Off-hook reports dialling started, with no digits yet.
     void offHook();

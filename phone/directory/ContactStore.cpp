@@ -94,11 +94,12 @@ struct ContactStore::Connection {
     explicit Connection(std::unique_ptr<Database> open)
         : database(std::move(open))
     {
+        dataVersion = readDataVersion();
     }
 
     std::unique_ptr<Database> database;
     sqlite3* handle = database->handle();
-    std::int64_t dataVersion = 0;
+    std::int64_t dataVersion;
 
     Statement version{handle, "PRAGMA data_version"};
     Statement read{handle, selectContacts("", "WHERE c.id = ?1")};
@@ -265,7 +266,6 @@ void ContactStore::openFile()
             "The phonebook \"" + m_file.string() + "\" is read-only: it can be looked at, not changed.";
     m_pConnection = std::make_unique<Connection>(std::move(database));
     adoptLanguage(m_language);
-    m_pConnection->dataVersion = m_pConnection->readDataVersion();
 }
 
 void ContactStore::adoptLanguage(const std::string& language)
@@ -307,14 +307,13 @@ void ContactStore::removeStaleLog() const
 
 void ContactStore::reopen()
 {
-    const auto before = m_identity;
     const bool same = fileState() == FileState::Same;
     m_changedBeforeReopen = changedByOthers();
     m_pConnection.reset();
     if (!same)
         removeStaleLog();
     open();
-    m_replaced = m_replaced || m_identity != before;
+    m_replaced = m_replaced || !same;
 }
 
 ContactStore::FileState ContactStore::fileState() const
