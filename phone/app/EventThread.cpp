@@ -143,7 +143,8 @@ void EventThread::advance(ManualClock& clock, milliseconds by)
             if (!m_timed.empty() && m_timed.begin()->first < end)
                 next = m_timed.begin()->first;
         }
-        clock.advance(next - clock.now());
+        if (next > clock.now())
+            clock.advance(next - clock.now());
         runPending();
         if (next == end)
             return;

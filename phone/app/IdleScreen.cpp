@@ -72,16 +72,24 @@ Frame IdleScreen::paint() const
     frame.base.id = IDLE_ID;
     frame.base.title = m_time;
     frame.base.text = m_date + " \u00b7 " + m_parts.line();
-    for (const auto& notice : m_notices) {
+    for (auto& notice : notices()) {
         DisplayAPI::FrameRow row;
         row.position = static_cast<int>(frame.base.rows.size());
-        row.text = filledIn(m_parts.translator.translate(notice.key), notice.parameters);
+        row.text = std::move(notice);
         frame.base.rows.push_back(std::move(row));
     }
     frame.base.rowCount = static_cast<int>(frame.base.rows.size());
     if (m_parts.variant.softKeyBar)
         frame.softKeys.push_back({m_parts.translator.translate(KEY_PHONEBOOK)});
     return frame;
+}
+
+std::vector<std::string> IdleScreen::notices() const
+{
+    auto texts = m_parts.advice();
+    for (const auto& notice : m_notices)
+        texts.push_back(filledIn(m_parts.translator.translate(notice.key), notice.parameters));
+    return texts;
 }
 
 void IdleScreen::tellTime() const

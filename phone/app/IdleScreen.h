@@ -23,7 +23,8 @@ public:
         const DisplayAPI::TranslatorIfc& translator;
         DisplayAPI::DisplayVariant variant;
         std::function<std::string()> language;
-        std::function<std::string()> line; // the state of the line, in words
+        std::function<std::string()> line;                // the state of the line, in words
+        std::function<std::vector<std::string>()> advice; // more to know, in words; may change
         std::function<void()> openPhonebook;
     };
 
@@ -43,6 +44,7 @@ public:
 
 private:
     void tellTime() const;
+    std::vector<std::string> notices() const;
 
     struct Notice {
         std::string key;

@@ -2,18 +2,99 @@
 
 #include <map>
 
-Services::Services(const Parts& parts)
-    : m_localMgmt(parts.configuration, parts.profile.pictures(), parts.events)
-    , m_physicalInterface(parts.events)
+#include "app/PhoneLog.h"
+
+namespace {
+
+constexpr char nSOURCE[] = "./phone/app/Services";
+
+// Where an item lives in the option store, and under which name the telephone remembers what it
+// wrote there last: the file may change while the telephone is off.
+struct OptionNames {
+    std::string tag;
+    std::string state;
+};
+const std::map<std::string, OptionNames> SHARED_ITEMS{
+    {"ldap-qualifier", {"LdapQualifier", "administrator ldap-qualifier"}},
+    {"ldap-display-option", {"LdapDisplayOptions", "administrator ldap-display-option"}}};
+
+DialPlanRules rulesOf(const Configuration& configuration)
 {
+    DialPlanRules rules;
+    rules.countryCode = configuration.text("country-code");
+    rules.areaCode = configuration.text("area-code");
+    rules.nationalPrefix = configuration.text("national-prefix");
+    rules.internationalPrefix = configuration.text("international-prefix");
+    rules.outsideLine = configuration.text("outside-line");
+    rules.internalDigits = configuration.number("internal-digits");
+    rules.internalPatterns = configuration.list("internal-patterns");
+    rules.emergencyNumbers = configuration.list("emergency-numbers");
+    return rules;
+}
+
+DialTimes timesOf(const Configuration& configuration)
+{
+    return {std::chrono::seconds(configuration.number("initial-digit-timeout")),
+            std::chrono::seconds(configuration.number("inter-digit-timeout"))};
+}
+
+} // namespace
+
+Result<std::unique_ptr<Services>> Services::open(Parts parts)
+{
+    DirectoryOptions options;
+    options.language = parts.configuration.text("language");
+    options.groupSlots = parts.configuration.number("group-slots");
+    if (!parts.watch)
+        options.watchInterval = std::chrono::milliseconds(0);
+    auto directory = DirectoryService::open(parts.profile.data, options, parts.events, parts.updates);
+    if (!directory)
+        return directory.error();
+    auto journal = Journal::open(parts.profile.data, parts.clock, parts.events);
+    if (!journal)
+        return journal.error();
+    return std::unique_ptr<Services>(
+        new Services(std::move(parts), std::move(directory).value(), std::move(journal).value()));
+}
+
+Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std::unique_ptr<Journal> journal)
+    : m_parts(std::move(parts))
+    , m_directory(std::move(directory))
+    , m_journal(std::move(journal))
+    , m_digits(rulesOf(m_parts.configuration), timesOf(m_parts.configuration), m_parts.clock, m_parts.events,
+               m_parts.timers)
+    , m_calls(m_parts.events, callHooks())
+    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events)
+    , m_physicalInterface(m_parts.events)
+{
+    for (const auto& notice : {m_directory->notice(), m_journal->notice()}) {
+        if (!notice.empty())
+            PHONE_ERROR("%s", notice.c_str());
+    }
+    for (const auto& [item, names] : SHARED_ITEMS)
+        copyToOptionStore(item);
+}
+
+CallHooks Services::callHooks()
+{
+    return {[this](const std::string& number) { m_journal->addDialled(m_digits.partyOf(number)); },
+            [this] {
+                m_digits.dialingStopped();
+                m_parts.dialingStopped();
+            },
+            [this](const std::string& number) { return m_digits.toDialString(number); }};
 }
 
 Executable* Services::find(const std::string& name)
 {
     const std::map<std::string, Executable*> services{
+        {"DirectoryServiceIfc", m_directory.get()},
+        {"CSTAServiceIfc", &m_calls},
+        {"DigitAnalysisServiceIfc", &m_digits},
         {"LocalMgmtIfc", &m_localMgmt},
         {"DataAccessServiceIfc", &m_dataAccess},
         {"TeamServiceIfc", &m_team},
+        {"JournalServiceIfc", m_journal.get()},
         {"OBEXServiceIfc", &m_obex},
         {"PhysicalInterfaceServiceIfc", &m_physicalInterface},
     };
@@ -23,6 +104,8 @@ Executable* Services::find(const std::string& name)
 
 void Services::itemChanged(const std::string& name)
 {
+    copyToOptionStore(name);
+    m_digits.setRules(rulesOf(m_parts.configuration), timesOf(m_parts.configuration));
     m_localMgmt.itemChanged(name);
 }
 
@@ -30,4 +113,19 @@ void Services::dropObservers()
 {
     m_localMgmt.dropObservers();
     m_physicalInterface.dropObservers();
+}
+
+void Services::copyToOptionStore(const std::string& item)
+{
+    const auto shared = SHARED_ITEMS.find(item);
+    if (shared == SHARED_ITEMS.end())
+        return;
+    const auto& [tag, state] = shared->second;
+    const int value = m_parts.configuration.number(item);
+    if (m_parts.states.get(state) == value)
+        return;
+    if (m_directory->writeOption(tag, value) == 0)
+        m_parts.states.set(state, value);
+    else
+        PHONE_ERROR("item \"%s\" cannot be written to the option store", item.c_str());
 }

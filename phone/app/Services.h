@@ -2,14 +2,22 @@
 
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 
 #include <framework/Executable.h>
 
+#include "app/Clock.h"
 #include "app/EventPoster.h"
 #include "app/EventTimers.h"
 #include "app/PhoneletStates.h"
 #include "app/Profile.h"
+#include "app/Result.h"
+#include "calls/CallService.h"
+#include "calls/DigitAnalysis.h"
+#include "calls/Journal.h"
+#include "directory/DirectoryService.h"
 #include "system/Configuration.h"
 #include "system/LocalMgmtService.h"
 #include "system/ObexService.h"
@@ -21,13 +29,18 @@ public:
     struct Parts {
         const Configuration& configuration;
         const Profile& profile;
+        const Clock& clock;
         EventPoster& events;
         EventTimers& timers;
         EventPoster& updates; // for changes that others made
         PhoneletStates& states;
+        // Whether the contacts' file is looked at all the time, or by lookForChanges() only.
+        bool watch = true;
+        // A placed call was connected, failed or was cleared, or the user hung up.
+        std::function<void()> dialingStopped;
     };
 
-    explicit Services(const Parts& parts);
+    static Result<std::unique_ptr<Services>> open(Parts parts);
 
     // Null for a name that stands for no service.
     Executable* find(const std::string& name);
@@ -35,15 +48,31 @@ public:
     // An item has a new value.
     // [event thread]
     void itemChanged(const std::string& name);
+    void setLanguage(const std::string& language) { m_directory->setLanguage(language); }
 
     // The phonelets were stopped: what they left subscribed is dropped.
     // [event thread]
     void dropObservers();
 
+    CallService& calls() { return m_calls; }
+    DigitAnalysis& digits() { return m_digits; }
+    DirectoryService& directory() { return *m_directory; }
+    Journal& journal() { return *m_journal; }
     LocalMgmtService& localMgmt() { return m_localMgmt; }
     PhysicalInterfaceService& physicalInterface() { return m_physicalInterface; }
 
 private:
+    Services(Parts parts, std::unique_ptr<DirectoryService> directory, std::unique_ptr<Journal> journal);
+
+    CallHooks callHooks();
+    // An administrator's value of an item that the option store keeps too goes there.
+    void copyToOptionStore(const std::string& item);
+
+    const Parts m_parts;
+    std::unique_ptr<DirectoryService> m_directory;
+    std::unique_ptr<Journal> m_journal;
+    DigitAnalysis m_digits;
+    CallService m_calls;
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
     DataAccessService m_dataAccess;

@@ -7,23 +7,12 @@
 #include <framework/services/ManageableData.h>
 #include <framework/services/MgmtAgentIfc.h>
 
-#include "app/PhoneLog.h"
-
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char nSOURCE[] = "./phone/system/LocalMgmtService";
-
 // What a record of the contact store has room for, in bytes.
 constexpr std::size_t LONGEST_PICTURE_NAME = 91;
-
-struct SharedOption {
-    const char* item;
-    const char* tag;
-};
-constexpr std::array<SharedOption, 2> SHARED_OPTIONS{
-    {{"ldap-qualifier", "LdapQualifier"}, {"ldap-display-option", "LdapDisplayOptions"}}};
 
 bool isPicture(const fs::path& file)
 {
@@ -45,22 +34,11 @@ LocalMgmtService::LocalMgmtService(const Configuration& configuration, fs::path 
 
 void LocalMgmtService::itemChanged(const std::string& name)
 {
-    copyToOptionStore(name);
     const auto observed = m_observers.find(name);
     if (observed == m_observers.end())
         return;
     for (auto* agent : observed->second)
         m_events.post("configuration item", [this, name, agent] { tell(name, agent); });
-}
-
-void LocalMgmtService::copyToOptionStore(const std::string& name)
-{
-    for (const auto& option : SHARED_OPTIONS) {
-        if (name != option.item || !m_writeOption)
-            continue;
-        if (m_writeOption(option.tag, m_configuration.number(name)) != 0)
-            PHONE_ERROR("item \"%s\" cannot be written to the option store", option.item);
-    }
 }
 
 bool LocalMgmtService::read(ManageableData& data)

@@ -1,0 +1,307 @@
+#include "app/Phone.h"
+
+#include <algorithm>
+
+#include <framework/csta/CSTARequests.h>
+#include <framework/csta/CSTAServiceIfc.h>
+#include <framework/display/Frame.h>
+#include <framework/host/EventQueue.h>
+#include <framework/util/HardwareVersion.h>
+
+#include "app/PhoneLog.h"
+#include "system/KeypadLetters.h"
+
+using DisplayAPI::FrameMoment;
+using std::chrono::milliseconds;
+
+namespace {
+constexpr char nSOURCE[] = "./phone/app/Phone";
+} // namespace
+
+Result<std::unique_ptr<Phone>> Phone::create(PhoneOptions options)
+{
+    if (auto made = options.profile.create(); !made)
+        return made.error();
+    std::unique_ptr<Phone> phone(new Phone(std::move(options)));
+    if (auto opened = phone->openServices(); !opened)
+        return opened.error();
+    return phone;
+}
+
+Phone::Phone(PhoneOptions options)
+    : m_options(std::move(options))
+    , m_clock(m_options.clock ? static_cast<const Clock&>(*m_options.clock) : m_systemClock)
+    , m_events(m_clock)
+    , m_frames(m_clock)
+    , m_configuration(m_options.profile.configFile(), m_options.items)
+    , m_translator(m_options.catalogues, m_configuration.text("language"))
+    , m_states(m_options.profile.data / "phonelets.json")
+    , m_updates(m_events, [this] { return anyFormIsOpen(); })
+    , m_idle({m_clock, m_translator, variant(), [this] { return m_translator.language(); },
+              [this] { return lineState(); }, [this] { return advice(); },
+              [this] { m_router->openPhonebook(); }})
+    , m_stage([this] { showIdle(); })
+    , m_keys(m_events, m_frames,
+             {[this](const PhoneKey& key) { m_router->route(key); },
+              [this](std::uint64_t id) { closeNotification(id); }})
+{
+    HardwareVersion::setHWVariant(m_configuration.number("hardware-variant"));
+    m_events.setDone([this] { eventDone(); });
+}
+
+Result<void> Phone::openServices()
+{
+    const bool watch = m_options.clock == nullptr;
+    auto services = Services::open({m_configuration, m_options.profile, m_clock, m_events, m_events,
+                                    m_updates, m_states, watch, [this] { m_router->diallingEnded(); }});
+    if (!services)
+        return services.error();
+    m_services = std::move(services).value();
+    m_router = std::make_unique<KeyRouter>(m_stage, m_idle, m_services->physicalInterface(), dialling());
+    makeHosts();
+    return {};
+}
+
+Phone::~Phone()
+{
+    stop();
+}
+
+void Phone::start()
+{
+    m_events.post("start", [this] { startPhonelets(); });
+    if (m_options.clock)
+        return;
+    m_watch = std::make_unique<FileWatch>(m_configuration.file(), [this] { reloadConfiguration(); });
+    m_events.start();
+}
+
+void Phone::stop()
+{
+    if (m_stopped || !m_services)
+        return;
+    m_stopped = true;
+    m_watch.reset();
+    m_events.stopAfter("stop phonelets", [this] { stopPhonelets(); });
+    m_frames.close();
+}
+
+Phonelet* Phone::phonelet(const std::string& name)
+{
+    auto* host = hostOf(name);
+    return host ? host->phonelet() : nullptr;
+}
+
+void Phone::reloadConfiguration()
+{
+    m_events.post("configuration", [this] { applyConfiguration(); });
+}
+
+void Phone::advance(milliseconds by)
+{
+    m_events.advance(*m_options.clock, by);
+}
+
+// --- Phonelets ---
+
+void Phone::makeHosts()
+{
+    for (const auto& spec : m_options.phonelets)
+        m_hosts.push_back(std::make_unique<PhoneletHost>(spec.name, surroundings()));
+    if (!m_hosts.empty())
+        m_router->setPhonebook(m_hosts.front().get());
+}
+
+PhoneletHost::Surroundings Phone::surroundings()
+{
+    return {
+        m_events,
+        m_clock,
+        m_translator,
+        m_states,
+        variant(),
+        [this](const std::string& name) { return service(name); },
+        [this](char digit) { return keypadLetters(m_translator.language(), digit); },
+        [this](const std::string& number, const std::string& device) { return dialsItself(number, device); },
+        [this](const PhoneletHost& host, const DisplayAPI::Frame& frame, FrameMoment moment) {
+            if (m_stage.front() == &host)
+                m_frames.publish(frame, moment);
+        },
+        [this](PhoneletHost& host) { m_events.post("focus", [this, &host] { m_stage.open(host); }); },
+        [this](PhoneletHost& host) { m_events.post("leave", [this, &host] { m_stage.leave(host); }); },
+        [this](PhoneletHost& parent, const std::string& child) {
+            m_events.post("push", [this, &parent, child] { push(parent, child); });
+        }};
+}
+
+PhoneletHost* Phone::hostOf(const std::string& name)
+{
+    const auto host =
+        std::find_if(m_hosts.begin(), m_hosts.end(), [&](const auto& h) { return h->name() == name; });
+    return host == m_hosts.end() ? nullptr : host->get();
+}
+
+Result<std::unique_ptr<Phonelet>> Phone::makePhonelet(const PhoneletSpec& spec)
+{
+    auto plugin = Plugin::load(spec.library);
+    if (!plugin)
+        return plugin.error();
+    m_plugins.push_back(std::move(plugin).value());
+    auto phonelet = m_plugins.back().create();
+    if (phonelet && m_options.wrapPhonelet)
+        return m_options.wrapPhonelet(std::move(phonelet).value());
+    return phonelet;
+}
+
+void Phone::startPhonelets()
+{
+    tellRefusals();
+    if (m_options.setLogLevel)
+        m_options.setLogLevel(m_configuration.number("log-level"));
+    for (std::size_t i = 0; i < m_hosts.size(); ++i) {
+        const auto& spec = m_options.phonelets[i];
+        const auto started = m_hosts[i]->start([&] { return makePhonelet(spec); });
+        if (started)
+            continue;
+        PHONE_ERROR("%s", started.error().sentence.c_str());
+        const bool missing = started.error().code == ErrorCode::NotFound;
+        m_idle.addNotice(missing ? "phone.plugin.missing" : "phone.plugin.failed", {spec.name});
+    }
+    m_bookWasEmpty = true;
+    showIdle();
+    wakeAtNextMinute();
+}
+
+void Phone::stopPhonelets()
+{
+    m_stage.home();
+    for (const auto& host : m_hosts)
+        host->stop();
+    m_services->dropObservers();
+    DisplayAPI::EventQueue::discardAll();
+}
+
+Executable* Phone::service(const std::string& name)
+{
+    auto* service = m_services->find(name);
+    return m_options.replaceService ? m_options.replaceService(name, service) : service;
+}
+
+bool Phone::dialsItself(const std::string& number, const std::string& device)
+{
+    const auto emergency = m_configuration.list("emergency-numbers");
+    auto* calls = dynamic_cast<CSTAServiceIfc*>(service("CSTAServiceIfc"));
+    if (!calls || std::find(emergency.begin(), emergency.end(), number) == emergency.end())
+        return false;
+    CSTAMakeCallRequest call;
+    call.SetCallingDevice(device);
+    call.SetCalledDevice(number);
+    calls->sendRequest(call);
+    return call.getResponseCode() == 0;
+}
+
+void Phone::push(PhoneletHost& parent, const std::string& child)
+{
+    auto* host = hostOf(child);
+    if (host)
+        m_stage.push(parent, *host);
+    else
+        PHONE_REFUSED("there is no phonelet \"%s\" for \"%s\"", child.c_str(), parent.name().c_str());
+}
+
+// --- Screen and keys ---
+
+DisplayAPI::DisplayVariant Phone::variant() const
+{
+    return {m_configuration.yes("soft-key-bar"), m_configuration.number("visible-rows")};
+}
+
+KeyRouter::Dialling Phone::dialling()
+{
+    return {
+        [this](bool offHook) { offHook ? m_services->digits().offHook() : m_services->digits().onHook(); },
+        [this](char digit) { m_services->digits().digit(digit); }, [this] { m_services->calls().hangUp(); }};
+}
+
+void Phone::eventDone()
+{
+    m_updates.eventDone();
+    if (auto* front = m_stage.front())
+        front->display().eventDone();
+    else
+        m_frames.publish(m_idle.paint(), FrameMoment::AfterEvent);
+}
+
+void Phone::showIdle()
+{
+    m_bookWasEmpty = m_bookWasEmpty && m_services->directory().getList() == "empty";
+    m_frames.publish(m_idle.paint(), FrameMoment::InsideEvent);
+}
+
+void Phone::wakeAtNextMinute()
+{
+    m_events.callAt(m_idle.nextMinute(), "minute", [this] { wakeAtNextMinute(); });
+}
+
+void Phone::closeNotification(std::uint64_t id)
+{
+    if (auto* front = m_stage.front())
+        front->display().closeNotification(id);
+}
+
+std::string Phone::lineState() const
+{
+    return m_translator.translate(m_router->isOffHook() ? "phone.offHook" : "phone.noLine");
+}
+
+std::vector<std::string> Phone::advice()
+{
+    std::vector<std::string> texts;
+    const auto& damage = m_services->directory().notice();
+    if (!damage.empty())
+        texts.push_back(damage);
+    else if (m_bookWasEmpty)
+        texts.push_back(m_translator.translate("phone.emptyBook"));
+    return texts;
+}
+
+// --- Configuration ---
+
+void Phone::applyConfiguration()
+{
+    const auto reload = m_configuration.reload();
+    tellRefusals();
+    for (const auto& name : reload.changed) {
+        if (name == "language")
+            m_updates.post("language", [this] { changeLanguage(); });
+        if (name == "log-level" && m_options.setLogLevel)
+            m_options.setLogLevel(m_configuration.number(name));
+        m_services->itemChanged(name);
+    }
+}
+
+void Phone::tellRefusals()
+{
+    for (const auto& refusal : m_configuration.refused()) {
+        PHONE_ERROR("%s", refusal.sentence.c_str());
+        m_idle.addNotice("phone.config.refused", {m_configuration.file().filename().string(),
+                                                  std::to_string(refusal.line), refusal.reason});
+    }
+}
+
+void Phone::changeLanguage()
+{
+    const auto language = m_configuration.text("language");
+    m_translator.setLanguage(language);
+    m_services->setLanguage(language);
+    for (const auto& host : m_hosts) {
+        host->call("locale changed", [&language](Phonelet& phonelet) { phonelet.localeChanged(language); });
+        host->display().repaint();
+    }
+}
+
+bool Phone::anyFormIsOpen() const
+{
+    return std::any_of(m_hosts.begin(), m_hosts.end(),
+                       [](const auto& host) { return host->hasFormAsBase(); });
+}

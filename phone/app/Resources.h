@@ -1,0 +1,16 @@
+// The files that come with the program, beside the folder that it lies in.
+
+#pragma once
+
+#include <filesystem>
+
+struct Resources {
+    std::filesystem::path phonebook;  // the phonebook phonelet's library
+    std::filesystem::path catalogues; // holds <language>/LC_MESSAGES/deskbook.mo
+    std::filesystem::path demo;
+
+    // `programs` is the folder of the programs and libraries.
+    static Resources beside(const std::filesystem::path& programs);
+    // Those of the running program.
+    static Resources ofProgram();
+};

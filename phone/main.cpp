@@ -1,0 +1,160 @@
+// deskphone: the telephone, and what is done to its profile from outside.
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <CLI/CLI.hpp>
+
+#include "app/Commands.h"
+#include "app/Phone.h"
+#include "app/ProfileLock.h"
+#include "app/Resources.h"
+#include "app/StopSignals.h"
+#include "app/TextMode.h"
+#include "system/Log.h"
+#include "web/PageFace.h"
+#include "web/Token.h"
+#include "web/WebServer.h"
+
+namespace {
+
+struct Arguments {
+    std::string profile;
+    bool demo = false;
+    bool text = false;
+    bool log = false;
+    bool open = true;
+    std::uint16_t port = 0;
+};
+
+int refuse(const Error& error)
+{
+    std::fprintf(stderr, "%s\n", error.sentence.c_str());
+    return EXIT_REFUSED;
+}
+
+Profile profileOf(const Arguments& arguments)
+{
+    if (arguments.demo)
+        return Profile::demo();
+    return arguments.profile.empty() ? Profile::ofUser()
+                                     : Profile::in(std::filesystem::absolute(arguments.profile));
+}
+
+Result<void> prepare(const Profile& profile, const Arguments& arguments, const Resources& resources)
+{
+    if (auto made = profile.create(); !made)
+        return made.error();
+    if (!arguments.demo)
+        return {};
+    const auto seeded = seedDemo(profile, resources.demo);
+    if (!seeded)
+        return seeded.error();
+    return {};
+}
+
+// Shows the address on the desktop, if there is one; whether that worked is of no consequence.
+void openOnDesktop(const std::string& address)
+{
+    if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
+        return;
+    std::string program = "xdg-open";
+    std::string argument = address;
+    char* const words[] = {program.data(), argument.data(), nullptr};
+    pid_t child = 0;
+    posix_spawnp(&child, program.c_str(), nullptr, nullptr, words, environ);
+}
+
+int showPage(Phone& phone, const Profile& profile, const Arguments& arguments, const StopSignals& signals)
+{
+    auto access = loadWebAccess(profile.data);
+    if (!access)
+        return refuse(access.error());
+    PageFace face(phone.frames(), phone.keys(), phone.configuration(), phone.translator());
+    const auto port = arguments.port != 0 ? arguments.port : access.value().port;
+    const auto server = WebServer::start(face, port, access.value().token);
+    if (!server)
+        return refuse(server.error());
+    access.value().port = server.value()->port();
+    if (const auto kept = saveWebAccess(profile.data, access.value()); !kept)
+        std::fprintf(stderr, "%s\n", kept.error().sentence.c_str());
+    std::printf("The telephone is at %s\n", server.value()->address().c_str());
+    std::fflush(stdout);
+    if (arguments.open)
+        openOnDesktop(server.value()->address());
+    signals.wait();
+    return EXIT_DONE;
+}
+
+int runTelephone(const Arguments& arguments)
+{
+    const StopSignals signals;
+    const auto profile = profileOf(arguments);
+    const auto resources = Resources::ofProgram();
+    if (const auto prepared = prepare(profile, arguments, resources); !prepared)
+        return refuse(prepared.error());
+    const auto lock = ProfileLock::take(profile);
+    if (!lock)
+        return refuse(lock.error());
+
+    Log log(profile.log / "deskphone.log", arguments.log ? Log::Echo::StandardError : Log::Echo::None);
+    PhoneOptions options;
+    options.profile = profile;
+    options.catalogues = resources.catalogues;
+    options.phonelets = {{"phonebook", resources.phonebook}};
+    options.setLogLevel = [&log](int level) { log.setLevel(level); };
+    const auto phone = Phone::create(std::move(options));
+    if (!phone)
+        return refuse(phone.error());
+    phone.value()->start();
+    if (!arguments.text)
+        return showPage(*phone.value(), profile, arguments, signals);
+    TextMode text(phone.value()->events(), phone.value()->frames(), phone.value()->keys(), std::cout);
+    text.run(STDIN_FILENO, signals.descriptor());
+    return EXIT_DONE;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Arguments arguments;
+    std::string item;
+    std::string value;
+
+    CLI::App app("A desk telephone with its phonebook.", "deskphone");
+    auto* demo = app.add_flag("--demo", arguments.demo, "Use a profile of its own with made-up contacts");
+    app.add_option("--profile", arguments.profile, "Keep contacts and settings in this folder")
+        ->excludes(demo);
+    app.add_flag("--text", arguments.text, "Show the screen as text and read keys as words");
+    app.add_option("--port", arguments.port, "Serve the page on this port");
+    app.add_flag("!--no-open", arguments.open, "Do not open the page on the desktop");
+    app.add_flag("--log", arguments.log, "Write the log to the standard error output too");
+
+    auto* config = app.add_subcommand("config", "Look at the settings, or change one")->require_subcommand(1);
+    auto* list = config->add_subcommand("list", "Print every setting with its unit, value and default");
+    auto* set = config->add_subcommand("set", "Change a setting; a running telephone notices");
+    set->add_option("ITEM", item)->required();
+    set->add_option("VALUE", value)->required();
+    auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+    }
+    const auto profile = profileOf(arguments);
+    if (*list)
+        return listConfiguration(profile);
+    if (*set)
+        return setConfiguration(profile, item, value);
+    if (*token)
+        return replaceToken(profile);
+    return runTelephone(arguments);
+}

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <framework/services/ManageableData.h>
+#include <framework/services/MgmtAgentIfc.h>
+
+#include "TemporaryFolder.h"
+#include "app/EventThread.h"
+#include "system/LocalMgmtService.h"
+
+using Strings = std::vector<std::string>;
+
+namespace {
+
+class Agent final : public MgmtAgentIfc {
+public:
+    Strings heard;
+
+    void manageableDataChanged(ManageableData* data) override
+    {
+        heard.push_back(data->getRootId() + "=" + data->interogate(data->getRootId())->getValue());
+    }
+    int setData(ManageableData*) override { return 0; }
+    int getData(ManageableData*) override { return 0; }
+    void resetUserData() override {}
+};
+
+class LocalMgmt : public testing::Test {
+protected:
+    std::string read(const std::string& item)
+    {
+        ManageableData data;
+        data.setRootId(item);
+        return service.read(data) ? data.interogate(item)->getValue() : "(none)";
+    }
+
+    TemporaryFolder folder;
+    ManualClock clock;
+    EventThread events{clock};
+    Configuration configuration{folder / "config.toml", {{"ldap-qualifier", "4"}}};
+    LocalMgmtService service{configuration, folder.path(), events};
+    Agent agent;
+};
+
+using LocalMgmtServiceTest = LocalMgmt;
+
+} // namespace
+
+TEST_F(LocalMgmtServiceTest, ReadsItemsAsText)
+{
+    EXPECT_EQ(read("software-type"), "Veltrix SIP");
+    EXPECT_EQ(read("ldap-search-trigger-timeout"), "3");
+    EXPECT_EQ(read("bt-enabled"), "false");
+    EXPECT_EQ(read("colour"), "(none)");
+}
+
+TEST_F(LocalMgmtServiceTest, TellsObserversOfAChangeByAnEvent)
+{
+    service.observeManageableData("ldap-qualifier", &agent);
+    service.observeManageableData("ldap-qualifier", &agent);
+    service.itemChanged("ldap-qualifier");
+    service.itemChanged("ldap-display-option");
+    EXPECT_EQ(agent.heard, Strings{});
+
+    events.runPending();
+
+    EXPECT_EQ(agent.heard, Strings{"ldap-qualifier=4"});
+}
+
+TEST_F(LocalMgmtServiceTest, DropsAChangeThatIsQueuedWhenThePhoneletsStop)
+{
+    service.observeManageableData("ldap-qualifier", &agent);
+    service.itemChanged("ldap-qualifier");
+    service.dropObservers();
+    events.runPending();
+    EXPECT_EQ(agent.heard, Strings{});
+}
+
+TEST_F(LocalMgmtServiceTest, OffersPicturesByNameAndNothingElse)
+{
+    const std::string longest(87, 'x');
+    for (const auto& name : {std::string("b.png"), std::string("a.JPG"), std::string("notes.txt"),
+                             longest + ".png", longest + "x.png"})
+        folder.write(name, "");
+    EXPECT_EQ(service.getPictureClips(), (Strings{(folder / "a.JPG").string(), (folder / "b.png").string(),
+                                                  (folder / (longest + ".png")).string()}));
+}
+
+TEST_F(LocalMgmtServiceTest, TurnsPathsOfClipsIntoNamesAndBack)
+{
+    folder.write("b.png", "");
+    const auto path = service.getPictureClips().front();
+    EXPECT_EQ(service.pictureNameFromPath(path), "b.png");
+    EXPECT_EQ(service.picturePathFromName("b.png"), path);
+    EXPECT_EQ(service.pictureNameFromPath(""), "");
+    EXPECT_EQ(service.picturePathFromName(""), "");
+}
+
+TEST_F(LocalMgmtServiceTest, NeverLeavesItsFolderForAName)
+{
+    EXPECT_EQ(service.picturePathFromName("../../etc/passwd"), (folder / "passwd").string());
+    EXPECT_EQ(service.picturePathFromName("../"), "");
+}
