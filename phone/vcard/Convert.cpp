@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include <glib.h>
 #include <nlohmann/json.hpp>
 
 #include "CardWriter.h"
@@ -85,6 +86,13 @@ std::string cardOf(const std::string& line, Version version)
 }
 
 } // namespace
+
+void silenceLibrary()
+{
+    g_log_set_writer_func(
+        [](GLogLevelFlags, const GLogField*, gsize, gpointer) { return G_LOG_WRITER_HANDLED; }, nullptr,
+        nullptr);
+}
 
 Outcome parseCards(std::istream& in, std::ostream& out, std::ostream& errors, const Limits& limits)
 {

@@ -11,6 +11,10 @@ namespace vcard {
 
 enum class Outcome { Done, Failed, NotACardFile };
 
+// Keeps the library's warnings about odd cards off standard error, for the whole program:
+// what matters of them is reported card by card.
+void silenceLibrary();
+
 // Writes one line of JSON for each card of `in`, in their order:
 //   {"line", "end", "card", "surname", ..., "groups", "photo", "notShown", "problems"}, or
 //   {"line", "end", "invalid": why the phone cannot use the card, "problems"}

@@ -6,10 +6,9 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
-
-#include <glib.h>
 
 #include "Convert.h"
 
@@ -72,10 +71,7 @@ std::optional<vcard::Version> versionNamed(std::string_view number)
 int main(int argc, char** argv)
 {
     std::ios::sync_with_stdio(false);
-    // The library warns of oddities in cards; what matters of them is reported card by card.
-    g_log_set_writer_func(
-        [](GLogLevelFlags, const GLogField*, gsize, gpointer) { return G_LOG_WRITER_HANDLED; }, nullptr,
-        nullptr);
+    vcard::silenceLibrary();
 
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.size() == 1 && (words[0] == "--help" || words[0] == "-h")) {
