@@ -30,6 +30,9 @@ class PhonebookList;
 class PhonebookMode;
 class PhysicalInterfaceServiceIfc;
 
+// What the library exports. The caller owns the phonelet.
+extern "C" Phonelet* createPhonelet();
+
 class PhonebookPhonelet : public Phonelet,
                           public CSTAEventIfc,
                           public DigitAnalysisServiceEventIfc,
