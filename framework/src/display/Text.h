@@ -17,8 +17,8 @@ std::string composed(const std::string& text);
 // In code points.
 int characters(std::string_view text);
 
-// Bytes from the start of `text` to the boundary of the letter, with all its marks, that ends at or
-// stands around `position`, or begins there.
+// Where the letter before `position` begins, and where the one behind it ends, in bytes. A letter
+// includes its marks.
 std::size_t letterBefore(const std::string& text, std::size_t position);
 std::size_t letterAfter(const std::string& text, std::size_t position);
 
