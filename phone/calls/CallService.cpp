@@ -128,45 +128,46 @@ void CallService::answerSystemStatus(CSTARequestSystemStatusRequest& request)
 void CallService::makeCall(CSTAMakeCallRequest& request)
 {
     const auto number = request.getCalledDevice();
-    const auto toDial = m_hooks.toDialString ? m_hooks.toDialString(number) : number;
-    const auto id =
-        startCall(request, request.getCallingDevice(), [&](LineIfc& line, const std::string& callId) {
-            return line.placeCall(callId, toDial, *this);
-        });
-    if (id.empty())
+    if (number.empty()) {
+        refuse(request, CSTAErrorCode::OTHER);
         return;
-    request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
-    post("call placed", [this, number] {
-        if (m_hooks.placed)
-            m_hooks.placed(number);
-    });
+    }
+    const auto toDial = m_hooks.toDialString ? m_hooks.toDialString(number) : number;
+    const auto place = [&](LineIfc& line, const std::string& callId) {
+        return line.placeCall(callId, toDial, *this);
+    };
+    const auto id = startCall(request, request.getCallingDevice(), place, number);
+    if (!id.empty())
+        request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
 }
 
 void CallService::pickUp(CSTADirectedPickupCallRequest& request)
 {
-    const auto id =
-        startCall(request, request.getRequestingDeviceID(), [&](LineIfc& line, const std::string& callId) {
-            return line.pickUpCall(callId, request.getCallToBePickedUp(), *this);
-        });
-    if (id.empty())
-        return;
-    m_calls.at(id).dialing = false;
-    request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
+    const auto take = [&](LineIfc& line, const std::string& callId) {
+        return line.pickUpCall(callId, request.getCallToBePickedUp(), *this);
+    };
+    const auto id = startCall(request, request.getRequestingDeviceID(), take, "");
+    if (!id.empty())
+        request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
 }
 
-// The id of the call that has begun; "" with the refusal in the request.
-std::string CallService::startCall(CSTARequest& request, const std::string& device, const Start& start)
+// The id of the call that has begun; "" with the refusal in the request. A number that is dialled is
+// reported before anything that the line says of the call.
+std::string CallService::startCall(CSTARequest& request, const std::string& device, const Start& start,
+                                   const std::string& dialledNumber)
 {
     auto* line = lineFor(device);
     if (!line) {
-        PHONE_USER("no call: %s", causeWithoutLine() == CSTAErrorCode::LINE_SELECTION_NEEDED
-                                      ? "no line is chosen"
-                                      : "no line is available");
-        refuse(request, causeWithoutLine());
+        const int cause = causeWithoutLine();
+        const bool several = cause == CSTAErrorCode::LINE_SELECTION_NEEDED;
+        PHONE_USER("no call: %s", several ? "no line is chosen" : "no line is available");
+        refuse(request, cause);
         return "";
     }
     auto id = nextId();
-    m_calls[id].line = line;
+    m_calls[id] = {line, !dialledNumber.empty()};
+    if (!dialledNumber.empty())
+        reportPlaced(id, dialledNumber);
     if (start(*line, id))
         return id;
     PHONE_USER("the line %s refused a call", line->number().c_str());
@@ -237,6 +238,14 @@ void CallService::follow(const std::string& callId, CallState state)
         reportStopped(found->second);
     if (ended)
         m_calls.erase(callId);
+}
+
+void CallService::reportPlaced(const std::string& callId, const std::string& number)
+{
+    post("call placed", [this, callId, number] {
+        if (m_calls.count(callId) > 0 && m_hooks.placed)
+            m_hooks.placed(number);
+    });
 }
 
 void CallService::reportStopped(Call& call)

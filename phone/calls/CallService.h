@@ -61,8 +61,8 @@ public:
 private:
     struct Call {
         LineIfc* line;
+        bool dialing; // its end of dialling is still to be reported
         CallState state = CallState::Initiated;
-        bool dialing = true;
     };
     struct Monitor {
         Executable* source;
@@ -77,7 +77,8 @@ private:
     void takeSnapshot(CSTASnapshotDeviceRequest& request);
 
     using Start = std::function<bool(LineIfc& line, const std::string& callId)>;
-    std::string startCall(CSTARequest& request, const std::string& device, const Start& start);
+    std::string startCall(CSTARequest& request, const std::string& device, const Start& start,
+                          const std::string& dialledNumber);
     LineIfc* lineFor(const std::string& device) const;
     int causeWithoutLine() const;
     bool isOwnDevice(const std::string& device) const;
@@ -85,6 +86,7 @@ private:
 
     void callStateChanged(const std::string& callId, CallState state) override;
     void follow(const std::string& callId, CallState state);
+    void reportPlaced(const std::string& callId, const std::string& number);
     void reportStopped(Call& call);
     void post(const char* name, std::function<void()> event);
 

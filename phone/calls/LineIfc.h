@@ -30,7 +30,7 @@ public:
     virtual bool isInService() const = 0;
 
     // Starts a call; false when the line refuses it at once. What becomes of a call that was accepted
-    // is told to `observer`, which outlives the call, and never before this returned.
+    // is told to `observer`, which outlives the call.
     // [phonelet-thread]
     virtual bool placeCall(const std::string& callId, const std::string& number,
                            LineObserverIfc& observer) = 0;

@@ -45,7 +45,8 @@ void ChangeWatch::run()
 {
     using Clock = std::chrono::steady_clock;
     std::string last = stamp();
-    auto quietFrom = Clock::now();
+    // Something may have changed between the opening of the file and this.
+    auto quietFrom = Clock::now() + nLOOK_AGAIN_FOR;
     std::unique_lock lock(m_mutex);
     while (!m_wake.wait_for(lock, m_interval, [this] { return m_stop; })) {
         const std::string now = stamp();

@@ -1,0 +1,251 @@
+#include "calls/CallService.h"
+
+#include <gtest/gtest.h>
+
+#include <framework/csta/CSTAEventIfc.h>
+#include <framework/csta/CSTAEvents.h>
+#include <framework/csta/CSTARequests.h>
+#include <framework/csta/communicationsServiceTexts.h>
+
+#include "TestLine.h"
+#include "app/EventThread.h"
+
+namespace {
+
+using namespace communicationsServiceTexts;
+
+class Listener final : public Executable, public CSTAEventIfc {
+public:
+    void deliverEvent(CSTAEvent* event) override { heard.push_back(event); }
+    std::vector<CSTAEvent*> heard;
+};
+
+class Calls : public testing::Test {
+protected:
+    TestLine& addLine(const std::string& number, TestLine::Behaviour behaviour = TestLine::Behaviour::Waits)
+    {
+        auto line = std::make_unique<TestLine>(number, behaviour);
+        auto& added = *line;
+        calls.addLine(std::move(line));
+        return added;
+    }
+
+    // "ok", or the cause of the refusal.
+    std::string dial(const std::string& number, const std::string& from = "")
+    {
+        CSTAMakeCallRequest request;
+        request.SetCalledDevice(number);
+        if (!from.empty())
+            request.SetCallingDevice(from);
+        calls.sendRequest(request);
+        return outcome(request);
+    }
+
+    static std::string outcome(const CSTARequest& request)
+    {
+        if (request.getResponseCode() == 0)
+            return "ok";
+        const auto* error = dynamic_cast<CSTAErrorCode*>(request.getResponse());
+        return error ? std::to_string(error->getErrorCause()) : "no cause";
+    }
+
+    std::string monitor(Executable* source, const std::string& device = "localDeviceID")
+    {
+        CSTAMonitorStartRequest request{CSTAMonitorFilter()};
+        request.setSourceService(source);
+        request.setDeviceObject(device);
+        calls.sendRequest(request);
+        const auto* response = dynamic_cast<CSTAMonitorStartResponse*>(request.getResponse());
+        return request.getResponseCode() == 0 && response ? response->getMonitorCrossRefID() : "";
+    }
+
+    std::vector<int> states()
+    {
+        CSTASnapshotDeviceRequest request("localDeviceID");
+        calls.sendRequest(request);
+        const auto* response = dynamic_cast<CSTASnapshotDeviceResponse*>(request.getResponse());
+        std::vector<int> states;
+        for (int call = 1; response && call <= response->numberOfCalls(); ++call)
+            states.push_back(response->getCallState(call));
+        return states;
+    }
+
+    std::string hooked() { return std::exchange(m_hooked, ""); }
+    std::string after()
+    {
+        events.runPending();
+        return hooked();
+    }
+
+    std::string m_hooked;
+    ManualClock clock;
+    EventThread events{clock};
+    CallService calls{events,
+                      {[this](const std::string& number) { m_hooked += "placed(" + number + ") "; },
+                       [this] { m_hooked += "stopped "; },
+                       [](const std::string& number) { return "0" + number; }}};
+};
+
+TEST_F(Calls, FailWithoutALine)
+{
+    EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::NO_LINE_AVAILABLE));
+    addLine("20").inService = false;
+    EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::NO_LINE_AVAILABLE));
+    EXPECT_EQ(after(), "");
+    EXPECT_TRUE(states().empty());
+}
+
+TEST_F(Calls, NeedAChoiceAmongSeveralLines)
+{
+    auto& first = addLine("20");
+    auto& second = addLine("21");
+    EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::LINE_SELECTION_NEEDED));
+    EXPECT_EQ(dial("4711", "21"), "ok");
+    EXPECT_EQ(second.calls, std::vector<std::string>{"04711"});
+    calls.chooseLine("20");
+    EXPECT_EQ(dial("4712"), "ok");
+    EXPECT_EQ(first.calls, std::vector<std::string>{"04712"});
+    EXPECT_EQ(dial("4712", "localDeviceID"), "ok");
+}
+
+TEST_F(Calls, FromADeviceThatIsNoLineFail)
+{
+    addLine("20");
+    EXPECT_EQ(dial("4711", "99"), std::to_string(CSTAErrorCode::NO_LINE_AVAILABLE));
+}
+
+TEST_F(Calls, ThatTheLineRefusesFailForAnotherReason)
+{
+    addLine("20", TestLine::Behaviour::Refuses);
+    EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::OTHER));
+    EXPECT_EQ(after(), ""); // a refused request does not stop dialling
+    EXPECT_TRUE(states().empty());
+    addLine("21");
+    EXPECT_EQ(dial("", "21"), std::to_string(CSTAErrorCode::OTHER));
+}
+
+TEST_F(Calls, StopDiallingOnceWhenConnected)
+{
+    auto& line = addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    EXPECT_EQ(hooked(), ""); // never on the caller's stack
+    EXPECT_EQ(after(), "placed(4711) ");
+    EXPECT_EQ(states(), std::vector<int>{1});
+    line.tell(CallState::Alerting);
+    EXPECT_EQ(after(), "");
+    line.tell(CallState::Connected);
+    EXPECT_EQ(after(), "stopped ");
+    EXPECT_EQ(states(), std::vector<int>{3});
+    line.tell(CallState::Null);
+    EXPECT_EQ(after(), "");
+    EXPECT_TRUE(states().empty());
+}
+
+TEST_F(Calls, StopDiallingWhenTheyFailLater)
+{
+    addLine("20", TestLine::Behaviour::Busy);
+    EXPECT_EQ(dial("4711"), "ok");
+    EXPECT_EQ(after(), "placed(4711) stopped ");
+    EXPECT_FALSE(calls.hasCalls());
+}
+
+TEST_F(Calls, StopDiallingWhenTheUserHangsUp)
+{
+    addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    calls.hangUp();
+    EXPECT_EQ(after(), "placed(4711) stopped ");
+    EXPECT_FALSE(calls.hasCalls());
+    calls.hangUp();
+}
+
+TEST_F(Calls, EndWithTheirLine)
+{
+    addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    calls.removeLine("20");
+    calls.removeLine("20");
+    calls.hangUp();
+    EXPECT_EQ(after(), "placed(4711) stopped ");
+    EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::NO_LINE_AVAILABLE));
+}
+
+TEST_F(Calls, ArePickedUpOnALineOnly)
+{
+    CSTADirectedPickupCallRequest none;
+    none.setCallToBePickedUp("33");
+    calls.sendRequest(none);
+    EXPECT_EQ(outcome(none), std::to_string(CSTAErrorCode::NO_LINE_AVAILABLE));
+
+    auto& line = addLine("20", TestLine::Behaviour::Answers);
+    CSTADirectedPickupCallRequest pickup;
+    pickup.setCallToBePickedUp("33");
+    calls.sendRequest(pickup);
+    EXPECT_EQ(outcome(pickup), "ok");
+    EXPECT_EQ(line.calls, std::vector<std::string>{"pick up 33"});
+    EXPECT_EQ(after(), ""); // nobody was dialling
+}
+
+TEST_F(Calls, AreMonitoredOnTheOwnDevice)
+{
+    Listener listener;
+    const auto id = monitor(&listener);
+    EXPECT_NE(id, "");
+    EXPECT_EQ(monitor(&listener, "somewhere"), "");
+
+    const auto event = std::make_shared<CSTAServiceInitiatedEvent>();
+    calls.raise(event);
+    EXPECT_TRUE(listener.heard.empty());
+    events.runPending();
+    EXPECT_EQ(listener.heard, std::vector<CSTAEvent*>{event.get()});
+
+    CSTAMonitorStopRequest stop(id);
+    calls.sendRequest(stop);
+    EXPECT_EQ(outcome(stop), "ok");
+    EXPECT_NE(dynamic_cast<CSTAMonitorStopResponse*>(stop.getResponse()), nullptr);
+    calls.raise(event);
+    events.runPending();
+    EXPECT_EQ(listener.heard.size(), 1u);
+
+    CSTAMonitorStopRequest again(id);
+    calls.sendRequest(again);
+    EXPECT_NE(outcome(again), "ok");
+}
+
+TEST_F(Calls, AreNotToldToAPhoneletThatWasStopped)
+{
+    Listener listener;
+    monitor(&listener);
+    calls.raise(std::make_shared<CSTAServiceInitiatedEvent>());
+    calls.dropMonitorsOf(&listener);
+    events.runPending();
+    EXPECT_TRUE(listener.heard.empty());
+}
+
+TEST_F(Calls, HaveASystemThatIsUp)
+{
+    CSTASystemStatusRequest request;
+    calls.sendRequest(request);
+    EXPECT_EQ(outcome(request), "ok");
+}
+
+TEST_F(Calls, HaveNoPhonebookOfThePbx)
+{
+    FeatureData query;
+    query.featureName = content_feature_name_pbxphonebook;
+    query.Action = content_feature_query;
+    CSTARequestSystemStatusRequest request(query);
+    calls.sendRequest(request);
+    EXPECT_EQ(outcome(request), "ok");
+    const auto* response = dynamic_cast<CSTARequestSystemStatusResponse*>(request.getResponse());
+    ASSERT_NE(response, nullptr);
+    EXPECT_EQ(response->getFeatureData().Availability, content_feature_unavailable);
+    EXPECT_EQ(response->getFeatureData().featureName, content_feature_name_pbxphonebook);
+
+    query.Action = content_localfeature_activate;
+    CSTARequestSystemStatusRequest activate(query);
+    calls.sendRequest(activate);
+    EXPECT_NE(outcome(activate), "ok");
+}
+
+} // namespace

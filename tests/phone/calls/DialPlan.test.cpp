@@ -1,0 +1,128 @@
+#include "calls/DialPlan.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+DialPlanRules berlin()
+{
+    DialPlanRules rules;
+    rules.countryCode = "49";
+    rules.areaCode = "30";
+    rules.internalDigits = 4;
+    rules.emergencyNumbers = {"110", "112"};
+    return rules;
+}
+
+DialPlanRules berlinOffice()
+{
+    auto rules = berlin();
+    rules.outsideLine = "0";
+    return rules;
+}
+
+// The canonical form, which must be its own canonical form.
+std::string canonical(const DialPlanRules& rules, const std::string& number)
+{
+    const DialPlan plan(rules);
+    const auto once = plan.canonical(number);
+    EXPECT_EQ(plan.canonical(once), once);
+    return once;
+}
+
+TEST(DialPlan, WritesNumbersInFull)
+{
+    EXPECT_EQ(canonical(berlin(), "030 1234567"), "+49301234567");
+    EXPECT_EQ(canonical(berlin(), "(089) 12-34/56.7"), "+49891234567");
+    EXPECT_EQ(canonical(berlin(), "1234567"), "+49301234567");
+    EXPECT_EQ(canonical(berlin(), "0044 20 7946 0958"), "+442079460958");
+    EXPECT_EQ(canonical(berlin(), "+49 (0)30 1234567"), "+49301234567");
+    EXPECT_EQ(canonical(berlin(), "+44 20 7946\u00a00958"), "+442079460958");
+    EXPECT_EQ(canonical(berlin(), "030\u20131234567"), "+49301234567");
+}
+
+TEST(DialPlan, LeavesInternalNumbersAlone)
+{
+    EXPECT_EQ(canonical(berlin(), "4711"), "4711");
+    EXPECT_EQ(canonical(berlin(), "47-11"), "47-11");
+    auto rules = berlin();
+    rules.internalDigits = 5;
+    rules.internalPatterns = {"2xxx", "7xxxx"};
+    EXPECT_EQ(canonical(rules, "2345"), "2345");
+    EXPECT_EQ(canonical(rules, "71234"), "71234");
+    EXPECT_EQ(canonical(rules, "3345"), "+49303345");
+    rules.internalDigits = 0;
+    EXPECT_EQ(canonical(rules, "2345"), "+49302345");
+}
+
+TEST(DialPlan, LeavesEmergencyNumbersAlone)
+{
+    auto rules = berlinOffice();
+    rules.internalDigits = 0;
+    for (const char* number : {"110", "112", "0110", "0112", "1 1 2"})
+        EXPECT_EQ(canonical(rules, number), number);
+    EXPECT_TRUE(DialPlan(rules).isEmergency("0112"));
+    EXPECT_FALSE(DialPlan(rules).isEmergency("1120"));
+    EXPECT_EQ(DialPlan(rules).dialString("0112"), "0112");
+}
+
+TEST(DialPlan, TakesTheOutsideLineOffBeforeAPrefix)
+{
+    EXPECT_EQ(canonical(berlinOffice(), "0 030 1234567"), "+49301234567");
+    EXPECT_EQ(canonical(berlinOffice(), "0 0044 20 79460958"), "+442079460958");
+    EXPECT_EQ(canonical(berlinOffice(), "030 1234567"), "+49301234567");
+    auto rules = berlin();
+    rules.outsideLine = "9";
+    EXPECT_EQ(canonical(rules, "9 0301234567"), "+49301234567");
+    EXPECT_EQ(canonical(rules, "98765432"), "+493098765432");
+}
+
+TEST(DialPlan, LeavesWhatIsNoPlainNumberAlone)
+{
+    for (const char* text : {"", "Reception", "0800 FLOWERS", "tel:+4930", "alice@example.org", "*21*030#",
+                             "12,34", "+", "()", "\u0663\u0664"})
+        EXPECT_EQ(canonical(berlin(), text), text);
+}
+
+TEST(DialPlan, KnowsPlansWithoutPrefixesAndWithoutAreaCodes)
+{
+    DialPlanRules danish;
+    danish.countryCode = "45";
+    danish.nationalPrefix = "";
+    EXPECT_EQ(canonical(danish, "33 12 34 56"), "+4533123456");
+    EXPECT_EQ(DialPlan(danish).dialString("+45 33123456"), "33123456");
+
+    auto noArea = berlin();
+    noArea.areaCode = "";
+    EXPECT_EQ(canonical(noArea, "1234567"), "1234567");
+
+    EXPECT_EQ(canonical(DialPlanRules(), "030 1234567"), "030 1234567");
+}
+
+TEST(DialPlan, AsksItsOwnRulesFirst)
+{
+    auto rules = berlin();
+    rules.rules = {{"88", 6, "+4940555"}, {"88", 0, "+4940"}};
+    EXPECT_EQ(canonical(rules, "881234"), "+49405551234");
+    EXPECT_EQ(canonical(rules, "8812345"), "+494012345");
+}
+
+TEST(DialPlan, DialsWithThePrefixesThatAreNeeded)
+{
+    const DialPlan home(berlin());
+    EXPECT_EQ(home.dialString("+49 30 1234567"), "0301234567");
+    EXPECT_EQ(home.dialString("+44 20 79460958"), "00442079460958");
+    EXPECT_EQ(home.dialString("4711"), "4711");
+    EXPECT_EQ(home.dialString("110"), "110");
+    EXPECT_EQ(home.dialString("*21#"), "*21#");
+    EXPECT_EQ(home.dialString("alice@example.org"), "alice@example.org");
+
+    const DialPlan office(berlinOffice());
+    EXPECT_EQ(office.dialString("030 1234567"), "00301234567");
+    EXPECT_EQ(office.dialString("00301234567"), "00301234567");
+    EXPECT_EQ(office.dialString("+442079460958"), "000442079460958");
+
+    EXPECT_EQ(DialPlan(DialPlanRules()).dialString("+49 30 12345"), "+493012345");
+}
+
+} // namespace

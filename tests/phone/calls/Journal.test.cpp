@@ -1,0 +1,143 @@
+#include "calls/Journal.h"
+
+#include <gtest/gtest.h>
+
+#include <framework/services/CallPartyIdentifier.h>
+
+#include "../directory/StoreTesting.h"
+#include "app/EventThread.h"
+
+namespace {
+
+class Observer final : public JournalServiceObserverIfc {
+public:
+    void missedCallsCountUpdate(int) override {}
+    void missedCallsUpdate(JournalItem*, int, JournalAction) override {}
+    void dialledCallsUpdate(JournalItem* item, int, JournalAction action) override
+    {
+        heard += std::to_string(static_cast<int>(action)) + ":";
+        for (const auto& record : item->getRecords())
+            heard += record.textFields.at(1) + ",";
+        heard += " ";
+    }
+    void receivedCallsUpdate(JournalItem*, int, JournalAction) override {}
+    void forwardedCallsUpdate(JournalItem*, int, JournalAction) override {}
+    void callBacksUpdate(JournalItem*, int, JournalAction) override {}
+    void callBacksCountUpdate(int) override {}
+
+    std::string take() { return std::exchange(heard, ""); }
+    std::string heard;
+};
+
+class CallJournal : public testing::Test {
+protected:
+    CallJournal() { restart(); }
+
+    void restart()
+    {
+        journal.reset();
+        journal = std::move(Journal::open(folder.path(), clock, events)).value();
+    }
+
+    void dial(const std::string& number, const std::string& surname = "", const std::string& firstname = "")
+    {
+        CallPartyIdentifier party;
+        party.setNumber(number);
+        party.setSurname(surname);
+        party.setFirstname(firstname);
+        journal->addDialled(party);
+    }
+
+    std::string after()
+    {
+        events.runPending();
+        return observer.take();
+    }
+
+    TemporaryFolder folder;
+    ManualClock clock;
+    EventThread events{clock};
+    std::unique_ptr<Journal> journal;
+    Observer observer;
+};
+
+TEST_F(CallJournal, KeepsDialledCallsOverARestart)
+{
+    dial("4711", "Miller", "Ann");
+    dial("030 12345");
+    restart();
+    const auto calls = journal->dialled();
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[0].textFields.at(1), "030 12345");
+    EXPECT_EQ(calls[1].textFields.at(0), "Miller, Ann");
+    EXPECT_EQ(calls[1].textFields.at(1), "4711");
+    EXPECT_EQ(calls[1].textFields.at(2).size(), std::string("2026-01-01T00:00:00Z").size());
+}
+
+TEST_F(CallJournal, TellsTheCurrentListOnceAfterRegistration)
+{
+    dial("1");
+    journal->addObserver(&observer);
+    journal->addObserver(&observer);
+    EXPECT_EQ(observer.take(), "");
+    EXPECT_EQ(after(), "0:1, 3:1, ");
+    EXPECT_EQ(after(), "");
+}
+
+TEST_F(CallJournal, TellsEachChange)
+{
+    journal->addObserver(&observer);
+    EXPECT_EQ(after(), "3: ");
+    dial("1");
+    EXPECT_EQ(observer.take(), "");
+    EXPECT_EQ(after(), "0:1, ");
+    dial("2");
+    EXPECT_EQ(after(), "0:2,1, ");
+    journal->clearDialled();
+    EXPECT_EQ(after(), "2: ");
+}
+
+TEST_F(CallJournal, DropsWhatIsQueuedForAnObserverThatLeft)
+{
+    journal->addObserver(&observer);
+    dial("1");
+    journal->removeObserver(&observer);
+    EXPECT_EQ(after(), "");
+}
+
+TEST_F(CallJournal, KeepsTheLatestHundred)
+{
+    for (int call = 1; call <= 105; ++call)
+        dial(std::to_string(call));
+    const auto calls = journal->dialled();
+    ASSERT_EQ(calls.size(), 100u);
+    EXPECT_EQ(calls.front().textFields.at(1), "105");
+    EXPECT_EQ(calls.back().textFields.at(1), "6");
+}
+
+TEST_F(CallJournal, LeavesAForeignFileAloneAndRemembersUntilTheEnd)
+{
+    journal.reset();
+    writeFile(folder / "journal.db", "rubbish");
+    restart();
+    EXPECT_NE(journal->notice().find("journal.db"), std::string::npos);
+    dial("1");
+    EXPECT_EQ(journal->dialled().size(), 1u);
+    EXPECT_EQ(contentOf(folder / "journal.db"), "rubbish");
+}
+
+TEST_F(CallJournal, SurvivesAFullDisk)
+{
+    journal->addObserver(&observer);
+    EXPECT_EQ(after(), "3: ");
+    {
+        const FailingDisk disk(FailingDisk::What::Write, 1, ENOSPC);
+        dial("1");
+        EXPECT_TRUE(disk.hasFailed());
+    }
+    EXPECT_EQ(after(), "");
+    dial("2");
+    EXPECT_EQ(after(), "0:2, ");
+}
+
+} // namespace
