@@ -401,14 +401,36 @@ void PhonebookList::sortListBySortMode()
     std::for_each(m_entries.rbegin(), m_entries.rend(), [this, mode](PhonebookListEntry& row) {
         row.m_sortKey = row.getDisplayName(mode, m_displayQualifier);
     });
-    const auto sortPredicate = [](const PhonebookListEntry& left, const PhonebookListEntry& right) {
-        return Utf8Utils::compare(left.m_sortKey, right.m_sortKey);
-    };
-    const Utf8Utils::SteadyOrder steady;
-    std::sort(m_entries.begin(), m_entries.end(), sortPredicate);
+    sortRowsByKey();
     // clear() would keep the keys' memory.
     std::for_each(m_entries.rbegin(), m_entries.rend(),
                   [](PhonebookListEntry& row) { std::string().swap(row.m_sortKey); });
+}
+
+void PhonebookList::sortRowsByKey()
+{
+    PB_TRACE("PhonebookList::sortRowsByKey()");
+    // A row is large: while keys are compared, only they move about, and each row moves once.
+    struct KeyOfRow {
+        std::string key;
+        std::size_t row;
+    };
+    std::vector<KeyOfRow> order;
+    order.reserve(m_entries.size());
+    for (auto& row : m_entries)
+        order.push_back({std::move(row.m_sortKey), order.size()});
+
+    const auto sortPredicate = [](const KeyOfRow& left, const KeyOfRow& right) {
+        return Utf8Utils::compare(left.key, right.key);
+    };
+    const Utf8Utils::SteadyOrder steady;
+    std::sort(order.begin(), order.end(), sortPredicate);
+
+    std::vector<PhonebookListEntry> sorted;
+    sorted.reserve(m_entries.capacity());
+    for (const auto& next : order)
+        sorted.push_back(std::move(m_entries[next.row]));
+    m_entries.swap(sorted);
 }
 
 displayMode PhonebookList::getDisplayOptionFromDatabase()

@@ -104,6 +104,7 @@ private:
                   std::string displayOptionTag, std::string qualifierTag);
 
     std::string normalizedNameAt(int index) const;
+    void sortRowsByKey();
     void removeRow(unsigned int index);
     void appendRow(const PhonebookFullEntry& entry, const std::string& uniqueId);
     int findRow(const std::string& uniqueId, int& index) const;

@@ -29,9 +29,9 @@ void appendEncoded(std::string& out, UChar32 character)
     out += static_cast<char>(0x80 | (character & 0x3F));
 }
 
-bool isNormal(std::string_view text)
+bool isEncoded(std::string_view text)
 {
-    if (!text.starts_with(nENCODED_MARK) || text.size() % nENCODED_SIZE != 0)
+    if (text.size() % nENCODED_SIZE != 0)
         return false;
     for (std::size_t i = nENCODED_SIZE; i < text.size(); i += nENCODED_SIZE) {
         const auto second = static_cast<unsigned char>(text[i + 1]);
@@ -40,6 +40,12 @@ bool isNormal(std::string_view text)
             return false;
     }
     return true;
+}
+
+// Asked twice a comparison, and nearly always of raw text.
+inline bool isNormal(std::string_view text)
+{
+    return text.starts_with(nENCODED_MARK) && isEncoded(text);
 }
 
 // One language's collation. It never changes once it is made, and lives as long as the program:
@@ -113,7 +119,8 @@ const Collation& collationOf(const std::string& language)
 }
 
 std::atomic<const Collation*> s_current{nullptr};
-thread_local const Collation* t_steady = nullptr;
+// Read at every comparison; initial-exec spares the call that finds a thread's variable.
+thread_local const Collation* t_steady [[gnu::tls_model("initial-exec")]] = nullptr;
 
 const Collation& current()
 {
