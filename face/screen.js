@@ -73,7 +73,7 @@ export class ScreenView {
     else
       tabs.setAttribute("role", "tablist");
     title.textContent = base.title;
-    title.hidden = base.title === "";
+    title.hidden = base.title === "" || base.role === "idle";
     this.showSearch(search, base);
     set(content, { role: frame.tabs.length === 0 ? null : "tabpanel", "aria-label": frame.tabs[frame.currentTab] ?? null });
     this.showContent(content, base);
@@ -100,7 +100,8 @@ export class ScreenView {
         return this.showForm(content, screen);
       case "idle":
         return update(content, [screen], () => element("div", { class: "idle", tabindex: 0 },
-          element("p", { class: "clock" }, screen.text),
+          element("p", { class: "clock" }, screen.title),
+          element("p", { class: "date" }, screen.text),
           ...screen.rows.map((row) => element("p", {}, row.text))));
       default:
         return update(content, [screen], () => element("div", { class: "empty", tabindex: 0 }, screen.text));
@@ -135,7 +136,7 @@ export class ScreenView {
   /** @param {Row} row */
   rowContent(row) {
     const symbol = ROW_ICONS[row.icon];
-    return [symbol ? icon(symbol) : element("span", { class: "noicon" }), element("span", { class: "text" }, row.text)];
+    return [...(symbol ? [icon(symbol)] : []), element("span", { class: "text" }, row.text)];
   }
 
   /** @param {HTMLElement} bar @param {Screen} screen */
