@@ -16,9 +16,6 @@ constexpr int nDIALER_LINES = 3;
 constexpr int nTAB_BAR_ROWS = 2;
 constexpr int nTAB_BORDER = 1;
 
-// On these the call-request flag never refuses a call.
-constexpr int nSOFTWARE_TYPE_SIP = 1;
-
 std::unique_ptr<DisplayAPI::SearchList> makeList(DisplayAPI::TabScreen* pTabScreen, PhonebookMode* pListener)
 {
     auto list = std::make_unique<DisplayAPI::SearchList>();
@@ -87,7 +84,7 @@ bool EventContext::getCallRequestInitiated()
             return m_CallRequestInitiated;
         m_SoftwareType = pMode->getSoftwareType();
     }
-    if (m_SoftwareType == nSOFTWARE_TYPE_SIP)
+    if (m_SoftwareType == PhonebookMode::SIP)
         return false;
     return m_CallRequestInitiated;
 }

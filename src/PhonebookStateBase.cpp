@@ -1,5 +1,6 @@
 #include "PhonebookStateBase.h"
 
+#include <framework/display/Icons.h>
 #include <framework/display/ListItem.h>
 #include <framework/display/PhonebookItem.h>
 
@@ -7,9 +8,26 @@
 #include "PhonebookList.h"
 #include "PhonebookLog.h"
 
+using DisplayAPI::DisplayIcon;
+
 namespace {
+
 constexpr char nSOURCE[] = "./src/PhonebookStateBase";
 constexpr int nLIST_ROW = 1; // the kind of a row in a search list
+
+DisplayIcon iconOf(const std::string& defaultNumber)
+{
+    if (defaultNumber == "Office")
+        return DisplayIcon::Office;
+    if (defaultNumber == "Office2")
+        return DisplayIcon::Office2;
+    if (defaultNumber == "Mobile")
+        return DisplayIcon::Mobile;
+    if (defaultNumber == "Private")
+        return DisplayIcon::Private;
+    return DisplayIcon::None;
+}
+
 } // namespace
 
 bool PhonebookStateBase::tabValid(EventContext*)
@@ -212,24 +230,14 @@ void PhonebookStateBase::constructLdapDisplayList(EventContext* pContext)
 
     const auto mode = entries.getDisplayMode();
     const auto qualifier = entries.getDisplayQualifier();
-    for (unsigned index = 0; index < size; ++index) {
-        const auto& entry = entries.elementAt(index);
-        const int icon = static_cast<int>(rowIcon(entry.getDefaultNumber()));
-        list.append(new DisplayAPI::PhonebookItem(icon, 0, entry.getDisplayName(mode, qualifier), nLIST_ROW));
-    }
+    for (unsigned index = 0; index < size; ++index)
+        appendRow(list, entries.elementAt(index), mode, qualifier);
     list.setSelectedIndex(0);
 }
 
-DisplayAPI::DisplayIcon PhonebookStateBase::rowIcon(const std::string& defaultNumber)
+void PhonebookStateBase::appendRow(DisplayAPI::SearchList& list, const PhonebookListEntry& entry,
+                                   displayMode mode, displayQualifier qualifier)
 {
-    using DisplayAPI::DisplayIcon;
-    if (defaultNumber == "Office")
-        return DisplayIcon::Office;
-    if (defaultNumber == "Office2")
-        return DisplayIcon::Office2;
-    if (defaultNumber == "Mobile")
-        return DisplayIcon::Mobile;
-    if (defaultNumber == "Private")
-        return DisplayIcon::Private;
-    return DisplayIcon::None;
+    const int icon = static_cast<int>(iconOf(entry.getDefaultNumber()));
+    list.append(new DisplayAPI::PhonebookItem(icon, 0, entry.getDisplayName(mode, qualifier), nLIST_ROW));
 }

@@ -10,13 +10,15 @@
 
 #include <string>
 
-#include <framework/display/Icons.h>
 #include <framework/services/PhysDefs.h>
+
+#include "PhonebookListEntry.h"
 
 namespace DisplayAPI {
 class Command;
 class Displayable;
 class Item;
+class SearchList;
 } // namespace DisplayAPI
 class CallPartyIdentifier;
 class CSTAServiceInitiatedEvent;
@@ -85,8 +87,10 @@ public:
     void constructLdapDisplayList(EventContext* pContext);
 
 protected:
-    // The icon of a row or dial command, for a default number's name.
-    static DisplayAPI::DisplayIcon rowIcon(const std::string& defaultNumber);
+    // Appends an entry's row: its name, with the icon of its default number. Not traced: a list may
+    // have any number of them.
+    static void appendRow(DisplayAPI::SearchList& list, const PhonebookListEntry& entry, displayMode mode,
+                          displayQualifier qualifier);
 
     // Not virtual: nobody owns a state through this class.
     ~PhonebookStateBase() = default;

@@ -299,6 +299,7 @@ void PhonebookStateBaseDialer::dialingEnded(EventContext* pContext)
 bool PhonebookStateBaseDialer::isDialingPopup(EventContext* pContext,
                                               const DisplayAPI::Displayable* pDisplayable)
 {
+    PB_TRACE("PhonebookStateBaseDialer::isDialingPopup()");
     return pDisplayable == &pContext->m_PopupDialer ||
            pDisplayable == &pContext->m_PopupLineSelectionNeeded ||
            pDisplayable == &pContext->m_PopupNoLineAvailable;
@@ -307,6 +308,7 @@ bool PhonebookStateBaseDialer::isDialingPopup(EventContext* pContext,
 bool PhonebookStateBaseDialer::isRedialCommand(EventContext* pContext,
                                                const DisplayAPI::Command* pCommand) const
 {
+    PB_TRACE("PhonebookStateBaseDialer::isRedialCommand()");
     // Asking for a number, the dialler has no other dial command.
     return m_pleaseDialMode && pCommand && pCommand == pContext->m_DialerCommands[DIALER_DIAL].get();
 }

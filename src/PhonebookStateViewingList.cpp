@@ -5,7 +5,6 @@
 #include <framework/PhoneletIfc.h>
 #include <framework/display/Display.h>
 #include <framework/display/ListItem.h>
-#include <framework/display/PhonebookItem.h>
 #include <framework/display/PopupProgress.h>
 #include <framework/services/OBEXServiceIfc.h>
 
@@ -18,6 +17,7 @@
 #include "Toolbox.h"
 
 using DisplayAPI::TranslationInfo;
+using enum ListCommands::Choice;
 
 namespace {
 
@@ -29,24 +29,7 @@ constexpr int nWITHOUT_GROUP = 0;
 constexpr unsigned nROWS_PER_QUERY = 8;
 constexpr int nPROGRESS_KIND = 1;
 constexpr int nPROGRESS_TYPE = 1;
-constexpr unsigned nNOTIFICATION_TIMEOUT_MS = 3000;
 constexpr int nWARNING = 1; // a question before something is lost
-
-std::unique_ptr<DisplayAPI::PopupProgress> makeProgress()
-{
-    auto popup = std::make_unique<DisplayAPI::PopupProgress>(nPROGRESS_KIND);
-    popup->setType(nPROGRESS_TYPE);
-    return popup;
-}
-
-std::unique_ptr<DisplayAPI::PopupNotification> makeNotification(EventContext* pContext, int type)
-{
-    auto popup = std::make_unique<DisplayAPI::PopupNotification>();
-    popup->setType(type);
-    popup->setTimeout(nNOTIFICATION_TIMEOUT_MS);
-    popup->setCommandListener(pContext->m_pListener);
-    return popup;
-}
 
 // None for a number that is not the entry's.
 CallPartyIdentifier::PhoneNumberIconType iconOfNumber(const PhonebookFullEntry& entry,
@@ -62,23 +45,6 @@ CallPartyIdentifier::PhoneNumberIconType iconOfNumber(const PhonebookFullEntry& 
         return CallPartyIdentifier::PRIVATE;
     return CallPartyIdentifier::NONE;
 }
-
-// A progress popup that goes whatever becomes of the work behind it.
-class ShownProgress {
-public:
-    ShownProgress(EventContext* pContext, DisplayAPI::PopupProgress& popup)
-        : m_popup(popup)
-    {
-        pContext->m_pDisplay->setCurrent(&m_popup);
-    }
-    ~ShownProgress() { m_popup.dismiss(); }
-
-    ShownProgress(const ShownProgress&) = delete;
-    ShownProgress& operator=(const ShownProgress&) = delete;
-
-private:
-    DisplayAPI::PopupProgress& m_popup;
-};
 
 } // namespace
 
@@ -115,13 +81,8 @@ void PhonebookStateViewingList::enterStateEvent(EventContext* pContext)
     PB_TRACE("PhonebookStateViewingList::enterStateEvent");
     setCallContextProvider(pContext);
     constructDisplayList(pContext);
-    constructMenuCommands(pContext);
-    forgetRebuiltPopups(pContext);
-    constructErrorPopup(pContext);
-    constructDeletingAllPopup(pContext);
-    constructAllDeletedPopup(pContext);
-    constructDeletingEntryPopup(pContext);
-    constructEntryDeletedPopup(pContext);
+    m_commands.construct(pContext);
+    m_popups.construct(pContext);
     if (pContext->m_pGroupDisplayList)
         pContext->m_pGroupDisplayList->setWaitAnimation(false);
     setDisplayListCurrent(pContext);
@@ -215,23 +176,23 @@ PhonebookStateBase* PhonebookStateViewingList::screenEvent(EventContext* pContex
                                                            DisplayAPI::Displayable* pDisplayable)
 {
     PB_TRACE("PhonebookStateViewingList::screenEvent");
-    if (pDisplayable && pDisplayable == m_pAllDeletedPopup.get()) {
+    if (m_popups.isAllDeleted(pDisplayable)) {
         constructDisplayList(pContext);
         setDisplayListCurrent(pContext);
         return this;
     }
-    if (pDisplayable && pDisplayable == m_pErrorPopup.get()) {
+    if (m_popups.isError(pDisplayable)) {
         PB_TRACE("- hidden event off popup error notification");
         setMenuAsCurrentDisplay(pContext);
         return this;
     }
-    const auto choice = choiceOf(pCommand);
+    const auto choice = m_commands.choiceOf(pCommand);
     if (choice)
         if (auto* pNext = listChoiceMade(pContext, *choice))
             return pNext;
     if (isDialingPopup(pContext, pDisplayable))
         return dialingPopupEvent(pContext, pCommand, pDisplayable);
-    if (pDisplayable && pDisplayable == m_pEntryDeletedPopup.get()) {
+    if (m_popups.isEntryDeleted(pDisplayable)) {
         PB_TRACE(" - hidden event off popup delete notification");
         pContext->m_ContextMenu.dismiss();
         return this;
@@ -317,7 +278,8 @@ bool PhonebookStateViewingList::mobilityPhonebookRefreshActive(EventContext* pCo
         return false;
     }
     if (!m_pFetchingPopup) {
-        m_pFetchingPopup = makeProgress();
+        m_pFetchingPopup = std::make_unique<DisplayAPI::PopupProgress>(nPROGRESS_KIND);
+        m_pFetchingPopup->setType(nPROGRESS_TYPE);
         m_pFetchingPopup->setText(TranslationInfo("Mobility.Fetching.Directory", pContext->m_pTranslator));
     }
     pContext->m_pDisplay->setCurrent(m_pFetchingPopup.get());
@@ -330,9 +292,10 @@ bool PhonebookStateViewingList::mobilityPhonebookRefreshPending()
     return mFetchingPopupActive;
 }
 
-DisplayAPI::MenuCommand* PhonebookStateViewingList::command(Choice choice) const
+const ListCommands& PhonebookStateViewingList::commands() const
 {
-    return m_commands[choice].get();
+    PB_TRACE("PhonebookStateViewingList::commands");
+    return m_commands;
 }
 
 void PhonebookStateViewingList::allowRedial()
@@ -366,9 +329,7 @@ void PhonebookStateViewingList::fillDisplayList(EventContext* pContext)
     const auto mode = entries.getDisplayMode();
     const auto qualifier = entries.getDisplayQualifier();
     for (unsigned index = 0; index < size; ++index) {
-        const auto& entry = entries.elementAt(index);
-        const int icon = static_cast<int>(rowIcon(entry.getDefaultNumber()));
-        list.append(new DisplayAPI::PhonebookItem(icon, 0, entry.getDisplayName(mode, qualifier), nLIST_ROW));
+        appendRow(list, entries.elementAt(index), mode, qualifier);
         // The list is asked now and then while it grows; that is meant to be.
         if (index % nROWS_PER_QUERY == 0)
             list.getSelectedIndex();
@@ -432,123 +393,18 @@ void PhonebookStateViewingList::leaveGroup(EventContext* pContext)
 
 // --- The menus ---
 
-void PhonebookStateViewingList::constructMenuCommands(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::constructMenuCommands");
-    if (m_commands[NEW_CONTACT])
-        return;
-    const auto create = [&](Choice choice, const char* key) {
-        m_commands[choice] =
-            std::make_unique<DisplayAPI::MenuCommand>(TranslationInfo(key, pContext->m_pTranslator));
-    };
-    const auto createDial = [&](Choice choice, DisplayAPI::DisplayIcon icon) {
-        m_commands[choice] = std::make_unique<DisplayAPI::MenuCommand>(
-            TranslationInfo("dial", pContext->m_pTranslator), static_cast<int>(icon));
-    };
-    create(NEW_CONTACT, "new.contact");
-    create(DISPLAY_OPTIONS, "display");
-    create(DELETE_ALL, "delete.all");
-    create(FIND, "find");
-    create(BACKUP, "backup");
-    create(RESTORE, "restore");
-    create(GROUPS, "groups.menu");
-    createDial(DIAL_OFFICE, DisplayAPI::DisplayIcon::Office);
-    createDial(DIAL_OFFICE2, DisplayAPI::DisplayIcon::Office2);
-    createDial(DIAL_PRIVATE, DisplayAPI::DisplayIcon::Private);
-    createDial(DIAL_MOBILE, DisplayAPI::DisplayIcon::Mobile);
-    createDial(DIAL_DEFAULT, DisplayAPI::DisplayIcon::None);
-    create(DIRECTED_PICKUP, "directed.pickup");
-    create(DETAILS, "details");
-    create(DELETE_ENTRY, "delete");
-    create(SECOND_FIND, "find");
-    create(SEND, "send");
-    create(SECOND_NEW_CONTACT, "new.contact");
-    create(CONFIRM_DELETE_ALL, "delete.all.entries");
-    create(CONFIRM_DELETE, "delete");
-    create(CANCEL, "cancel");
-}
-
-void PhonebookStateViewingList::addMenuItem(EventContext* pContext, Choice choice)
-{
-    pContext->m_ContextMenu.addCommand(m_commands[choice].get());
-}
-
-void PhonebookStateViewingList::addDirectedPickupMenuItem(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::addDirectedPickupMenuItem");
-    if (pContext->m_pListener && pContext->m_pListener->getSoftwareType() == PhonebookMode::SIP)
-        addMenuItem(pContext, DIRECTED_PICKUP);
-}
-
-void PhonebookStateViewingList::addSendMenuItem(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::addSendMenuItem");
-    if (checkBluetoothAvailable(pContext))
-        addMenuItem(pContext, SEND);
-}
-
-bool PhonebookStateViewingList::checkBluetoothAvailable(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::checkBluetoothAvailable");
-    return Toolbox::getValueFromOCMS(pContext->m_pLocalMgmt, "bt-enabled") == "true" &&
-           Toolbox::getValueFromOCMS(pContext->m_pLocalMgmt, "bt-active") == "true";
-}
-
 void PhonebookStateViewingList::enterOptionsContextMenuState(EventContext* pContext)
 {
     PB_TRACE("PhonebookStateViewingList::enterOptionsContextMenuState");
-    pContext->m_ContextMenu.clearCommands();
-    addMenuItem(pContext, NEW_CONTACT);
-    if (pContext->m_pPhonebookList->size() > 0) {
-        addMenuItem(pContext, DISPLAY_OPTIONS);
-        addMenuItem(pContext, DELETE_ALL);
-    }
-    addMenuItem(pContext, GROUPS);
+    m_commands.fillOptionsMenu(pContext);
     setMenuAsCurrentDisplay(pContext);
 }
 
 void PhonebookStateViewingList::enterEntryContextMenuState(EventContext* pContext)
 {
     PB_TRACE("PhonebookStateViewingList::enterEntryContextMenuState");
-    pContext->m_ContextMenu.clearCommands();
-    if (pContext->m_HasSoftKeyBar)
-        fillEntryMenuWithSoftKeyBar(pContext);
-    else
-        fillEntryMenuWithoutSoftKeyBar(pContext);
+    m_commands.fillEntryMenu(pContext);
     setMenuAsCurrentDisplay(pContext);
-}
-
-void PhonebookStateViewingList::fillEntryMenuWithSoftKeyBar(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::fillEntryMenuWithSoftKeyBar");
-    addMenuItem(pContext, DIAL_DEFAULT);
-    addMenuItem(pContext, DETAILS);
-    addDirectedPickupMenuItem(pContext);
-    addMenuItem(pContext, NEW_CONTACT);
-    addMenuItem(pContext, GROUPS);
-    addMenuItem(pContext, DELETE_ENTRY);
-    addMenuItem(pContext, DISPLAY_OPTIONS);
-    addMenuItem(pContext, DELETE_ALL);
-    addSendMenuItem(pContext);
-}
-
-void PhonebookStateViewingList::fillEntryMenuWithoutSoftKeyBar(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::fillEntryMenuWithoutSoftKeyBar");
-    const auto& entry = pContext->m_SelectedEntry;
-    if (!entry.getOffice().empty())
-        addMenuItem(pContext, DIAL_OFFICE);
-    if (!entry.getOffice2().empty())
-        addMenuItem(pContext, DIAL_OFFICE2);
-    if (!entry.getMobile().empty())
-        addMenuItem(pContext, DIAL_MOBILE);
-    if (!entry.getPrivate().empty())
-        addMenuItem(pContext, DIAL_PRIVATE);
-    addMenuItem(pContext, DETAILS);
-    addMenuItem(pContext, DELETE_ENTRY);
-    addSendMenuItem(pContext);
-    addMenuItem(pContext, SECOND_NEW_CONTACT);
-    addDirectedPickupMenuItem(pContext);
 }
 
 void PhonebookStateViewingList::exitContextMenuState(EventContext* pContext)
@@ -566,17 +422,8 @@ void PhonebookStateViewingList::setMenuAsCurrentDisplay(EventContext* pContext)
 
 // --- What was chosen ---
 
-std::optional<PhonebookStateViewingList::Choice>
-PhonebookStateViewingList::choiceOf(const DisplayAPI::Command* pCommand) const
-{
-    const auto found = std::find_if(m_commands.begin(), m_commands.end(),
-                                    [&](const auto& pOwn) { return pOwn && pOwn.get() == pCommand; });
-    if (found == m_commands.end())
-        return std::nullopt;
-    return static_cast<Choice>(found - m_commands.begin());
-}
-
-PhonebookStateBase* PhonebookStateViewingList::listChoiceMade(EventContext* pContext, Choice choice)
+PhonebookStateBase* PhonebookStateViewingList::listChoiceMade(EventContext* pContext,
+                                                              ListCommands::Choice choice)
 {
     PB_TRACE("PhonebookStateViewingList::listChoiceMade");
     switch (choice) {
@@ -607,7 +454,8 @@ PhonebookStateBase* PhonebookStateViewingList::listChoiceMade(EventContext* pCon
     }
 }
 
-PhonebookStateBase* PhonebookStateViewingList::entryChoiceMade(EventContext* pContext, Choice choice,
+PhonebookStateBase* PhonebookStateViewingList::entryChoiceMade(EventContext* pContext,
+                                                               ListCommands::Choice choice,
                                                                const DisplayAPI::Command* pCommand)
 {
     PB_TRACE("PhonebookStateViewingList::entryChoiceMade");
@@ -704,7 +552,7 @@ void PhonebookStateViewingList::transformCommandToPhoneNumberAndIcon(
     if (!pCommand)
         return;
     // Call-party icons: not those of the rows and commands.
-    switch (choiceOf(pCommand).value_or(DIAL_DEFAULT)) {
+    switch (m_commands.choiceOf(pCommand).value_or(DIAL_DEFAULT)) {
     case DIAL_OFFICE:
         number = entry.getOffice();
         icon = CallPartyIdentifier::OFFICE;
@@ -756,15 +604,15 @@ void PhonebookStateViewingList::setPopupConfirmForDeleteAllConfirmation(EventCon
 }
 
 void PhonebookStateViewingList::askBeforeDeleting(EventContext* pContext, TranslationInfo question,
-                                                  Choice yes)
+                                                  ListCommands::Choice yes)
 {
     PB_TRACE("PhonebookStateViewingList::askBeforeDeleting");
     auto& confirm = pContext->m_PopupConfirm;
     confirm.setText(std::move(question));
     confirm.setState(nWARNING);
     confirm.clearCommands();
-    confirm.addCommand(m_commands[yes].get());
-    confirm.addCommand(m_commands[CANCEL].get());
+    confirm.addCommand(m_commands.command(yes));
+    confirm.addCommand(m_commands.command(CANCEL));
     pContext->m_pDisplay->setCurrent(&confirm);
 }
 
@@ -772,19 +620,15 @@ void PhonebookStateViewingList::deleteAllEntries(EventContext* pContext)
 {
     PB_TRACE("PhonebookStateViewingList::deleteAllEntries");
     pContext->m_PopupConfirm.dismiss();
-    int code = PB_Error::SUCCESS;
-    {
-        const ShownProgress progress(pContext, *m_pDeletingAllPopup);
-        code = pContext->m_pPhonebookList->deleteAll();
-    }
+    const int code = m_popups.deleteAll(pContext);
     if (code != PB_Error::SUCCESS) {
-        showError(pContext, code);
+        m_popups.showError(pContext, code);
         return;
     }
     PB_TRACE("- dirList deleted");
     // The list is built again when the notification closes.
     pContext->m_pDisplayList->clear();
-    pContext->m_pDisplay->setCurrent(m_pAllDeletedPopup.get());
+    m_popups.showAllDeleted(pContext);
 }
 
 void PhonebookStateViewingList::deleteSelectedEntry(EventContext* pContext)
@@ -795,20 +639,14 @@ void PhonebookStateViewingList::deleteSelectedEntry(EventContext* pContext)
     const auto name = pContext->m_pDisplayList->getText(row);
     pContext->m_PopupConfirm.dismiss();
     clearCallContextProvider(pContext);
-    m_pDeletingEntryPopup->setText(TranslationInfo("deleting.entry", pContext->m_pTranslator, name));
-    m_pEntryDeletedPopup->setText(TranslationInfo("delete.entry.confirm", pContext->m_pTranslator, name));
-    int code = PB_Error::SUCCESS;
-    {
-        const ShownProgress progress(pContext, *m_pDeletingEntryPopup);
-        code = pContext->m_pPhonebookList->deleteEntry(index);
-    }
+    const int code = m_popups.deleteEntry(pContext, index, name);
     if (code != PB_Error::SUCCESS) {
-        showError(pContext, code);
+        m_popups.showError(pContext, code);
         return;
     }
     removeRow(pContext, row);
     PB_TRACE("entry deleted");
-    pContext->m_pDisplay->setCurrent(m_pEntryDeletedPopup.get());
+    m_popups.showEntryDeleted(pContext);
 }
 
 void PhonebookStateViewingList::removeRow(EventContext* pContext, int row)
@@ -819,57 +657,6 @@ void PhonebookStateViewingList::removeRow(EventContext* pContext, int row)
     if (list.size() == 0)
         appendText(pContext, "no.contacts");
     list.setSelectedIndex(std::min(row, list.size() - 1));
-}
-
-void PhonebookStateViewingList::showError(EventContext* pContext, int code)
-{
-    PB_TRACE("PhonebookStateViewingList::showError");
-    const auto key = PB_Error::getErrorTxt(static_cast<PB_Error::ErrorCode>(code));
-    m_pErrorPopup->setText(TranslationInfo(key, pContext->m_pTranslator));
-    pContext->m_pDisplay->setCurrent(m_pErrorPopup.get());
-}
-
-void PhonebookStateViewingList::forgetRebuiltPopups(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::forgetRebuiltPopups");
-    const DisplayAPI::Displayable* const rebuilt[] = {m_pErrorPopup.get(), m_pDeletingAllPopup.get(),
-                                                      m_pAllDeletedPopup.get(), m_pDeletingEntryPopup.get(),
-                                                      m_pEntryDeletedPopup.get()};
-    auto& pBefore = pContext->m_pDisplayableBeforePopup;
-    if (std::find(std::begin(rebuilt), std::end(rebuilt), pBefore) != std::end(rebuilt))
-        pBefore = nullptr;
-}
-
-void PhonebookStateViewingList::constructErrorPopup(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::constructErrorPopup");
-    m_pErrorPopup = makeNotification(pContext, DisplayAPI::PopupNotification::ERROR);
-}
-
-void PhonebookStateViewingList::constructDeletingAllPopup(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::constructDeletingAllPopup");
-    m_pDeletingAllPopup = makeProgress();
-    m_pDeletingAllPopup->setText(TranslationInfo("deleting.all.entries", pContext->m_pTranslator));
-}
-
-void PhonebookStateViewingList::constructAllDeletedPopup(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::constructAllDeletedPopup");
-    m_pAllDeletedPopup = makeNotification(pContext, DisplayAPI::PopupNotification::SUCCESS);
-    m_pAllDeletedPopup->setText(TranslationInfo("delete.all.entries.confirm", pContext->m_pTranslator));
-}
-
-void PhonebookStateViewingList::constructDeletingEntryPopup(EventContext*)
-{
-    PB_TRACE("PhonebookStateViewingList::constructDeletingEntryPopup");
-    m_pDeletingEntryPopup = makeProgress();
-}
-
-void PhonebookStateViewingList::constructEntryDeletedPopup(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateViewingList::constructEntryDeletedPopup");
-    m_pEntryDeletedPopup = makeNotification(pContext, DisplayAPI::PopupNotification::SUCCESS);
 }
 
 // --- The selected entry ---
@@ -884,11 +671,13 @@ void PhonebookStateViewingList::clearLdapMarks(EventContext* pContext)
 
 bool PhonebookStateViewingList::isOptionsRowSelected(EventContext* pContext) const
 {
+    PB_TRACE("PhonebookStateViewingList::isOptionsRowSelected");
     return !pContext->m_HasSoftKeyBar && pContext->m_pDisplayList->getSelectedIndex() == 0;
 }
 
 bool PhonebookStateViewingList::isEntrySelected(EventContext* pContext) const
 {
+    PB_TRACE("PhonebookStateViewingList::isEntrySelected");
     return !isOptionsRowSelected(pContext) && pContext->m_pPhonebookList->size() > 0;
 }
 

@@ -3,20 +3,17 @@
 
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include <framework/display/TranslationInfo.h>
 #include <framework/services/CallPartyIdentifier.h>
 
+#include "ListCommands.h"
+#include "ListPopups.h"
 #include "PhonebookStateBaseDialer.h"
 
 namespace DisplayAPI {
-class MenuCommand;
-class PopupNotification;
 class PopupProgress;
 } // namespace DisplayAPI
 
@@ -48,32 +45,7 @@ public:
     bool mobilityPhonebookRefreshPending() override;
     virtual ~PhonebookStateViewingList();
 
-    enum Choice : std::size_t {
-        NEW_CONTACT,
-        DISPLAY_OPTIONS,
-        DELETE_ALL,
-        FIND,
-        BACKUP,
-        RESTORE,
-        GROUPS,
-        DIAL_OFFICE,
-        DIAL_OFFICE2,
-        DIAL_PRIVATE,
-        DIAL_MOBILE,
-        DIAL_DEFAULT,
-        DIRECTED_PICKUP,
-        DETAILS,
-        DELETE_ENTRY,
-        SECOND_FIND,
-        SEND,
-        SECOND_NEW_CONTACT,
-        CONFIRM_DELETE_ALL,
-        CONFIRM_DELETE,
-        CANCEL,
-        nCHOICES
-    };
-    // The command of a choice, kept for the life of the screen; null before it was first entered.
-    DisplayAPI::MenuCommand* command(Choice choice) const;
+    const ListCommands& commands() const;
     // The number of the selected entry that a dial command stands for, and its call-party icon: the
     // default number for any other command, nothing without a command.
     void transformCommandToPhoneNumberAndIcon(EventContext* pContext, const DisplayAPI::Command* pCommand,
@@ -91,29 +63,15 @@ private:
     void setGroupTitle(EventContext* pContext);
     void setDisplayListCurrent(EventContext* pContext);
 
-    void constructMenuCommands(EventContext* pContext);
-    void addMenuItem(EventContext* pContext, Choice choice);
-    void addDirectedPickupMenuItem(EventContext* pContext);
-    void addSendMenuItem(EventContext* pContext);
-    bool checkBluetoothAvailable(EventContext* pContext);
     void enterOptionsContextMenuState(EventContext* pContext);
     void enterEntryContextMenuState(EventContext* pContext);
-    void fillEntryMenuWithSoftKeyBar(EventContext* pContext);
-    void fillEntryMenuWithoutSoftKeyBar(EventContext* pContext);
     void exitContextMenuState(EventContext* pContext);
     void setMenuAsCurrentDisplay(EventContext* pContext);
 
-    void forgetRebuiltPopups(EventContext* pContext);
-    void constructErrorPopup(EventContext* pContext);
-    void constructDeletingAllPopup(EventContext* pContext);
-    void constructAllDeletedPopup(EventContext* pContext);
-    void constructDeletingEntryPopup(EventContext* pContext);
-    void constructEntryDeletedPopup(EventContext* pContext);
-    void showError(EventContext* pContext, int code);
-
     void setPopupConfirmForDeleteEntryConfirmation(EventContext* pContext);
     void setPopupConfirmForDeleteAllConfirmation(EventContext* pContext);
-    void askBeforeDeleting(EventContext* pContext, DisplayAPI::TranslationInfo question, Choice yes);
+    void askBeforeDeleting(EventContext* pContext, DisplayAPI::TranslationInfo question,
+                           ListCommands::Choice yes);
     void deleteAllEntries(EventContext* pContext);
     void deleteSelectedEntry(EventContext* pContext);
     void removeRow(EventContext* pContext, int row);
@@ -129,10 +87,9 @@ private:
     std::string shownName(EventContext* pContext);
     void sendContact(EventContext* pContext);
 
-    std::optional<Choice> choiceOf(const DisplayAPI::Command* pCommand) const;
     // Where a choice leads; null for one that the other function knows.
-    PhonebookStateBase* listChoiceMade(EventContext* pContext, Choice choice);
-    PhonebookStateBase* entryChoiceMade(EventContext* pContext, Choice choice,
+    PhonebookStateBase* listChoiceMade(EventContext* pContext, ListCommands::Choice choice);
+    PhonebookStateBase* entryChoiceMade(EventContext* pContext, ListCommands::Choice choice,
                                         const DisplayAPI::Command* pCommand);
     PhonebookStateBase* createNewContact(EventContext* pContext);
     PhonebookStateBase* dialChosenNumber(EventContext* pContext, const DisplayAPI::Command* pCommand);
@@ -140,13 +97,8 @@ private:
     PhonebookStateBase* dialingPopupEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
                                           DisplayAPI::Displayable* pDisplayable);
 
-    // The popups point at the commands: declared after them, gone before them.
-    std::array<std::unique_ptr<DisplayAPI::MenuCommand>, nCHOICES> m_commands;
-    std::unique_ptr<DisplayAPI::PopupNotification> m_pErrorPopup;
-    std::unique_ptr<DisplayAPI::PopupProgress> m_pDeletingAllPopup;
-    std::unique_ptr<DisplayAPI::PopupNotification> m_pAllDeletedPopup;
-    std::unique_ptr<DisplayAPI::PopupProgress> m_pDeletingEntryPopup;
-    std::unique_ptr<DisplayAPI::PopupNotification> m_pEntryDeletedPopup;
+    ListCommands m_commands;
+    ListPopups m_popups;
     std::unique_ptr<DisplayAPI::PopupProgress> m_pFetchingPopup;
     bool mFetchingPopupActive = false;
     bool m_redialAllowed = false;
