@@ -1,5 +1,6 @@
 #include "PhonebookFullEntry.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <framework/services/PhonebookGroup.h>
@@ -164,7 +165,8 @@ void PhonebookFullEntry::setJobFunction(std::string jobFunction)
 void PhonebookFullEntry::setPicture(std::string picture)
 {
     PB_TRACE("PhonebookFullEntry::setPicture()");
-    m_picture = picture.substr(0, nMAX_PICTURE_BYTES);
+    picture.resize(std::min(picture.size(), nMAX_PICTURE_BYTES));
+    m_picture = std::move(picture);
 }
 
 void PhonebookFullEntry::setGroup(std::string group)

@@ -132,7 +132,7 @@ int PhonebookList::updateEntry(PhonebookFullEntry* entry, int& newIndex, int row
 void PhonebookList::removeRow(unsigned int index)
 {
     PB_TRACE("PhonebookList::removeRow()");
-    m_entries.at(index); // throws for a row that does not exist, where erase() would not
+    static_cast<void>(m_entries.at(index)); // throws for a row that does not exist; erase() would not
     m_entries.erase(m_entries.begin() + index);
 }
 

@@ -435,6 +435,17 @@ TEST_F(LocalList, RemovesNothingForARecordWithoutARow)
     EXPECT_THROW(list.updateEntry(&entry, index, 1), std::out_of_range);
 }
 
+TEST_F(LocalList, RemovesNoRowForANewRecordOfAnotherGroup)
+{
+    directory.add("Adams", "", "", "", "3");
+    list.populate(3);
+    auto entry = record("Miller", "", "4");
+    int index = -7;
+    EXPECT_EQ(list.updateEntry(&entry, index, 0), 0);
+    EXPECT_EQ(index, -1);
+    EXPECT_EQ(names(), Strings{"Adams"});
+}
+
 TEST_F(LocalList, ShowsANewRecordOfTheShownGroup)
 {
     list.populate(3);
