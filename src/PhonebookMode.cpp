@@ -37,12 +37,6 @@ bool isTdm(int hwVariant)
     return hwVariant == 10 || hwVariant == 11;
 }
 
-// Displays that cannot scroll the dialler's line.
-bool isNarrowQra(int hwVariant)
-{
-    return hwVariant >= 4 && hwVariant <= 7;
-}
-
 } // namespace
 
 PhonebookMode::PhonebookMode(PhonebookPhonelet* pPhonelet, PhoneletContext* pContext, PhonebookList* pList,
@@ -698,7 +692,8 @@ void PhonebookMode::systemWindowDisplayClear()
 void PhonebookMode::setNoScrollForQRAHI()
 {
     PB_TRACE("PhonebookMode::setNoScrollForQRAHI()");
-    if (!isNarrowQra(m_hwVariant))
+    // Only the displays of these variants cannot scroll the dialler's line.
+    if (m_hwVariant < 4 || m_hwVariant > 7)
         return;
     PB_TRACE("QRA ZD_HI - set no scroll on Popup dialler");
     m_context.m_PopupDialer.setNoScroll();

@@ -51,8 +51,8 @@ PhonebookPhonelet::~PhonebookPhonelet()
 
 void PhonebookPhonelet::init(PhoneletContext* pContext)
 {
-    Phonelet::init(pContext);
     PB_TRACE("PhonebookPhonelet::init()");
+    Phonelet::init(pContext);
     m_pControl = std::make_unique<PhonebookControl>(pContext);
     m_pDisplay = pContext ? pContext->getDisplay() : nullptr;
 }

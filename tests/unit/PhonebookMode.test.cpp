@@ -326,13 +326,12 @@ TEST_F(ModeRouting, ReadsAKnownSoftwareTypeOnce)
         {"Veltrix SIP", 1}, {"Veltrix QRA", 2}, {"Veltrix TDM", 3}};
     start();
     for (const auto& [name, number] : types) {
-        const PhonebookMode fresh(&phonelet(), &telephone, &list(), &directory, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, &configuration, nullptr, true);
-        auto& asked = const_cast<PhonebookMode&>(fresh);
+        PhonebookMode fresh(&phonelet(), &telephone, &list(), &directory, nullptr, nullptr, nullptr, nullptr,
+                            nullptr, &configuration, nullptr, true);
         useSoftware(name);
-        EXPECT_EQ(asked.getSoftwareType(), number);
+        EXPECT_EQ(fresh.getSoftwareType(), number);
         configuration.reads.clear();
-        EXPECT_EQ(asked.getSoftwareType(), number);
+        EXPECT_EQ(fresh.getSoftwareType(), number);
         EXPECT_TRUE(configuration.reads.empty());
     }
 }
