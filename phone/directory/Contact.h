@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 
@@ -40,3 +41,36 @@ constexpr std::size_t nJOB_FUNCTION = 30;
 constexpr std::size_t nPICTURE = 91;
 constexpr std::size_t nGROUP_NAME = 30;
 } // namespace contact_limits
+
+// The fields that cards have too, by their names there.
+struct CardField {
+    const char* name;
+    std::string Contact::*text;
+    std::size_t limit;
+};
+inline constexpr std::array nCARD_FIELDS = {
+    CardField{"surname", &Contact::surname, contact_limits::nNAME},
+    CardField{"firstname", &Contact::firstname, contact_limits::nNAME},
+    CardField{"office", &Contact::office, contact_limits::nNUMBER},
+    CardField{"office2", &Contact::office2, contact_limits::nNUMBER},
+    CardField{"mobile", &Contact::mobile, contact_limits::nNUMBER},
+    CardField{"private", &Contact::privateNumber, contact_limits::nNUMBER},
+    CardField{"email", &Contact::email, contact_limits::nEMAIL},
+    CardField{"company", &Contact::company, contact_limits::nCOMPANY},
+    CardField{"address", &Contact::address, contact_limits::nADDRESS},
+    CardField{"address2", &Contact::address2, contact_limits::nADDRESS},
+    CardField{"jobFunction", &Contact::jobFunction, contact_limits::nJOB_FUNCTION},
+};
+
+// A number and what names it as the default one. In the order in which one is chosen by default.
+struct NumberField {
+    const char* name;
+    std::string Contact::*text;
+    DefaultNumber number;
+};
+inline constexpr std::array nNUMBER_FIELDS = {
+    NumberField{"office", &Contact::office, DefaultNumber::Office},
+    NumberField{"office2", &Contact::office2, DefaultNumber::Office2},
+    NumberField{"mobile", &Contact::mobile, DefaultNumber::Mobile},
+    NumberField{"private", &Contact::privateNumber, DefaultNumber::Private},
+};

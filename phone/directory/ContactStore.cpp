@@ -32,7 +32,7 @@ CREATE INDEX contacts_by_name ON contacts(name_key, id, surname, firstname, defa
 CREATE INDEX contacts_by_slot ON contacts(slot) WHERE slot IS NOT NULL;
 CREATE TABLE cards(
     id TEXT PRIMARY KEY NOT NULL REFERENCES contacts(id) ON DELETE CASCADE,
-    uid TEXT NOT NULL, hash INTEGER NOT NULL, card TEXT NOT NULL);
+    uid TEXT NOT NULL, hash INTEGER NOT NULL, card TEXT NOT NULL, imported TEXT NOT NULL);
 CREATE INDEX cards_by_uid ON cards(uid) WHERE uid <> '';
 CREATE INDEX cards_by_hash ON cards(hash);
 )";
@@ -125,8 +125,9 @@ struct ContactStore::Connection {
     Statement readOption{handle, "SELECT value FROM options WHERE tag = ?1"};
     Statement writeOption{
         handle, "INSERT INTO options VALUES(?1, ?2) ON CONFLICT(tag) DO UPDATE SET value = excluded.value"};
-    Statement writeCard{handle, "INSERT INTO cards VALUES(?1, ?2, ?3, ?4) ON CONFLICT(id) DO UPDATE SET "
-                                "uid = excluded.uid, hash = excluded.hash, card = excluded.card"};
+    Statement writeCard{handle, "INSERT INTO cards VALUES(?1, ?2, ?3, ?4, ?5) ON CONFLICT(id) DO UPDATE SET "
+                                "uid = excluded.uid, hash = excluded.hash, card = excluded.card, "
+                                "imported = excluded.imported"};
 
     std::int64_t readDataVersion()
     {
@@ -390,6 +391,11 @@ Database* ContactStore::database()
     return m_pConnection->database.get();
 }
 
+std::string ContactStore::nameKey(const Contact& contact) const
+{
+    return m_pCollator->key(contact.surname, contact.firstname);
+}
+
 Result<std::optional<Contact>> ContactStore::read(const std::string& id)
 {
     return attempt<std::optional<Contact>>([&]() -> std::optional<Contact> {
@@ -426,7 +432,7 @@ Result<std::string> ContactStore::write(Contact contact)
 
 void ContactStore::put(const Contact& contact)
 {
-    const std::string key = m_pCollator->key(contact.surname, contact.firstname);
+    const std::string key = nameKey(contact);
     StatementUse row(m_pConnection->write);
     int index = 1;
     row->bind(index++, contact.id);
@@ -452,10 +458,10 @@ void ContactStore::putGroup(int slot, const std::string& name)
     row->step();
 }
 
-void ContactStore::putCard(const std::string& id, const std::string& uid, const std::string& card)
+void ContactStore::putCard(const std::string& id, const KeptCard& card)
 {
     StatementUse row(m_pConnection->writeCard);
-    row->bind(1, id).bind(2, uid).bind(3, cardHash(card)).bind(4, card);
+    row->bind(1, id).bind(2, card.uid).bind(3, cardHash(card.card)).bind(4, card.card).bind(5, card.imported);
     row->step();
 }
 
@@ -519,14 +525,17 @@ Result<std::string> ContactStore::listText(std::optional<int> group)
 }
 
 Result<void>
-ContactStore::forEach(const std::function<bool(const Contact& contact, const std::string& card)>& visit)
+ContactStore::forEach(const std::function<bool(const Contact& contact, const KeptCard& card)>& visit)
 {
     const auto done = attempt<bool>([&] {
         Statement row(m_pConnection->handle,
-                      selectContacts(", k.card", "LEFT JOIN cards k ON k.id = c.id ORDER BY c.name_key"));
-        constexpr int cardColumn = 16;
+                      selectContacts(", k.uid, k.card, k.imported",
+                                     "LEFT JOIN cards k ON k.id = c.id ORDER BY c.name_key"));
+        constexpr int cardAt = 16;
         while (row.step()) {
-            if (!visit(contactOf(row), std::string(row.text(cardColumn))))
+            const KeptCard card{std::string(row.text(cardAt)), std::string(row.text(cardAt + 1)),
+                                std::string(row.text(cardAt + 2))};
+            if (!visit(contactOf(row), card))
                 return false;
         }
         return true;

@@ -24,6 +24,13 @@
 #include "Sqlite.h"
 #include "app/Result.h"
 
+// The card that a contact was imported from, kept whole beside it.
+struct KeptCard {
+    std::string uid;
+    std::string card;
+    std::string imported; // what the import made of it; see Importer
+};
+
 class ContactStore {
 public:
     enum class State { Ready, ReadOnly, Unusable };
@@ -54,7 +61,7 @@ public:
     // As DirectoryServiceIfc::getList() gives it.
     Result<std::string> listText(std::optional<int> group);
     // All contacts in the order of their names, until `visit` gives false.
-    Result<void> forEach(const std::function<bool(const Contact& contact, const std::string& card)>& visit);
+    Result<void> forEach(const std::function<bool(const Contact& contact, const KeptCard& card)>& visit);
 
     // The names of the slots, [0] being slot 1; "" for a spare one. At least `slots` of them.
     Result<std::vector<std::string>> groupNames(int slots);
@@ -85,8 +92,10 @@ public:
     // Inside inTransaction() only. An id must be set.
     void put(const Contact& contact);
     void putGroup(int slot, const std::string& name);
-    void putCard(const std::string& id, const std::string& uid, const std::string& card);
-    // The open file; null when there is none.
+    void putCard(const std::string& id, const KeptCard& card);
+    // What contacts are sorted and found by.
+    std::string nameKey(const Contact& contact) const;
+    // The open file.
     Database* database();
 
     static std::string newId();

@@ -186,8 +186,13 @@ Database::Database(const std::filesystem::path& file, Mode mode)
 }
 
 Database::Database()
+    : Database(std::string(":memory:"))
 {
-    open(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+}
+
+std::unique_ptr<Database> Database::temporary()
+{
+    return std::unique_ptr<Database>(new Database(std::string()));
 }
 
 void Database::open(const std::string& name, int flags)

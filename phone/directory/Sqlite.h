@@ -79,6 +79,8 @@ public:
     Database(const std::filesystem::path& file, Mode mode);
     // In memory.
     Database();
+    // In a file without a name that grows with its content and goes with the object.
+    static std::unique_ptr<Database> temporary();
 
     sqlite3* handle() const { return m_pDatabase.get(); }
 
@@ -87,6 +89,7 @@ public:
     std::string queryText(const std::string& sql);
 
 private:
+    explicit Database(const std::string& name) { open(name, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE); }
     void open(const std::string& name, int flags);
 
     struct Closer {

@@ -1,5 +1,7 @@
 #include "calls/Journal.h"
 
+#include <cerrno>
+
 #include <gtest/gtest.h>
 
 #include <framework/services/CallPartyIdentifier.h>

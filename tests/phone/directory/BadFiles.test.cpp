@@ -157,7 +157,7 @@ TEST_F(BadFile, WithAnyWrongByteDoesNoHarm)
         writeFile(file, bytes);
         ContactStore store(file, "");
         (void)store.listText(std::nullopt);
-        (void)store.forEach([](const Contact&, const std::string&) { return true; });
+        (void)store.forEach([](const Contact&, const KeptCard&) { return true; });
         (void)store.groupNames(20);
     }
 }

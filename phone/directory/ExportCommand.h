@@ -1,0 +1,17 @@
+// `deskphone export`: the contacts of a profile into a file of cards.
+
+#pragma once
+
+#include <filesystem>
+#include <iosfwd>
+#include <string>
+
+struct ExportOptions {
+    std::filesystem::path file;
+    std::filesystem::path profile;  // the folder of the contacts
+    std::filesystem::path pictures; // "": the profile's pictures/
+    std::string version = "3.0";    // of the cards: "2.1", "3.0" or "4.0"
+};
+
+// Gives the program's exit code: 0 done, 1 failed. The file is whole, or as it was before.
+int runExport(const ExportOptions& options, std::ostream& out, std::ostream& errors);
