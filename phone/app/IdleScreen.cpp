@@ -78,9 +78,12 @@ Frame IdleScreen::paint() const
         row.text = std::move(notice);
         frame.base.rows.push_back(std::move(row));
     }
-    frame.base.rowCount = static_cast<int>(frame.base.rows.size());
+    const auto phonebook = m_parts.translator.translate(KEY_PHONEBOOK);
     if (m_parts.variant.softKeyBar)
-        frame.softKeys.push_back({m_parts.translator.translate(KEY_PHONEBOOK)});
+        frame.softKeys.push_back({phonebook});
+    else
+        frame.base.rows.push_back({static_cast<int>(frame.base.rows.size()), 0, phonebook, "", true});
+    frame.base.rowCount = static_cast<int>(frame.base.rows.size());
     return frame;
 }
 

@@ -251,7 +251,9 @@ void Phone::closeNotification(std::uint64_t id)
 
 std::string Phone::lineState() const
 {
-    return m_translator.translate(m_router->isOffHook() ? "phone.offHook" : "phone.noLine");
+    if (m_router->isOffHook())
+        return m_translator.translate("phone.offHook");
+    return m_translator.translate(m_services->hasLine() ? "phone.lineReady" : "phone.noLine");
 }
 
 std::vector<std::string> Phone::advice()

@@ -62,7 +62,8 @@ Result<bool> seedDemo(const Profile& profile, const fs::path& demo)
                      "The demo's files are missing: there is no folder " + demo.string() + "."};
     std::error_code error;
     if (fs::is_directory(demo / "pictures"))
-        fs::copy(demo / "pictures", profile.pictures(), fs::copy_options::overwrite_existing, error);
+        fs::copy(demo / "pictures", profile.pictures(),
+                 fs::copy_options::recursive | fs::copy_options::overwrite_existing, error);
     // Last: while it is missing, the next start begins anew.
     if (!error)
         fs::copy_file(demo / "config.toml", profile.configFile(), error);

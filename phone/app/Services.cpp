@@ -1,5 +1,6 @@
 #include "app/Services.h"
 
+#include <algorithm>
 #include <map>
 
 #include "app/PhoneLog.h"
@@ -67,10 +68,6 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
     , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events)
     , m_physicalInterface(m_parts.events)
 {
-    for (const auto& notice : {m_directory->notice(), m_journal->notice()}) {
-        if (!notice.empty())
-            PHONE_ERROR("%s", notice.c_str());
-    }
     for (const auto& [item, names] : SHARED_ITEMS)
         copyToOptionStore(item);
 }
@@ -100,6 +97,17 @@ Executable* Services::find(const std::string& name)
     };
     const auto service = services.find(name);
     return service == services.end() ? nullptr : service->second;
+}
+
+void Services::addLine(std::unique_ptr<LineIfc> line)
+{
+    m_lines.push_back(line.get());
+    m_calls.addLine(std::move(line));
+}
+
+bool Services::hasLine() const
+{
+    return std::any_of(m_lines.begin(), m_lines.end(), [](const auto* line) { return line->isInService(); });
 }
 
 void Services::itemChanged(const std::string& name)

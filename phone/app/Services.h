@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <framework/Executable.h>
 
@@ -54,6 +55,13 @@ public:
     // [event thread]
     void dropObservers();
 
+    // Calls are placed on it from now on.
+    // [event thread]
+    void addLine(std::unique_ptr<LineIfc> line);
+    // Whether there is a line that calls can be placed on now.
+    // [event thread]
+    bool hasLine() const;
+
     CallService& calls() { return m_calls; }
     DigitAnalysis& digits() { return m_digits; }
     DirectoryService& directory() { return *m_directory; }
@@ -73,6 +81,7 @@ private:
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
     CallService m_calls;
+    std::vector<const LineIfc*> m_lines; // the call service owns them
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
     DataAccessService m_dataAccess;

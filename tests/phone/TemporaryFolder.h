@@ -12,7 +12,10 @@ class TemporaryFolder {
 public:
     TemporaryFolder()
     {
-        auto name = (std::filesystem::temp_directory_path() / "deskbook-XXXXXX").string();
+        // In memory where possible: the stores wait for the disk at every change.
+        const std::filesystem::path memory = "/dev/shm";
+        const bool fast = std::filesystem::is_directory(memory);
+        auto name = ((fast ? memory : std::filesystem::temp_directory_path()) / "deskbook-XXXXXX").string();
         m_path = mkdtemp(name.data());
     }
     ~TemporaryFolder()

@@ -142,9 +142,8 @@ TEST_F(ConfigurationTest, SetsAnItemAndLeavesEveryOtherLineAsItIs)
     ASSERT_TRUE(configuration.set("emergency-numbers", "110,112"));
     ASSERT_TRUE(configuration.set("visible-rows", "12"));
 
-    EXPECT_EQ(folder.read("config.toml"),
-              "# mine\nlanguage = \"fr\" # French\n"
-              "emergency-numbers = [\"110\", \"112\"]\n\n# end\nvisible-rows = 12\n");
+    EXPECT_EQ(folder.read("config.toml"), "# mine\nlanguage = \"fr\" # French\n"
+                                          "emergency-numbers = ['110', '112']\n\n# end\nvisible-rows = 12\n");
 }
 
 TEST_F(ConfigurationTest, SetsTextThatNeedsQuoting)

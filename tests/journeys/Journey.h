@@ -1,0 +1,43 @@
+// A way through the whole telephone, written down in a text file: keys in, screens out.
+//
+//     # What this journey is about.
+//     software-type: Veltrix SIP          any configuration item
+//     absent: CSTAServiceIfc              services that the telephone does not have
+//     line: 4711                          a line that answers
+//     contact: Miller, Anna; office=030 123; mobile=0170 1; group=Friends; default=mobile
+//
+//     >>> phonebook down menu
+//     [Contacts]| Directory |
+//       New contact
+//     ...
+//
+// After ">>>" stand the words of keysFromWord() and of Journey::run(); below it what is to be seen
+// then, up to the next empty line, with a line "* ..." for each call that was placed meanwhile.
+
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+struct JourneyStep {
+    std::string words;
+    std::string screen;
+};
+
+struct Journey {
+    std::string head; // as it stands in the file
+    std::map<std::string, std::string> items;
+    std::vector<std::string> absent;
+    std::string line;
+    std::vector<std::string> contacts;
+    std::vector<JourneyStep> steps;
+
+    static Journey read(const std::filesystem::path& file);
+    // The file's text, with what was seen as its screens.
+    std::string text() const;
+};
+
+// Every journey's file, by name.
+std::vector<std::filesystem::path> allJourneys();

@@ -1,0 +1,279 @@
+#include "JourneyPhone.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+#include <stdexcept>
+
+#include <framework/display/Frame.h>
+#include <framework/host/TextScreen.h>
+
+#include <testing/CheckedPhonelet.h>
+
+#include "app/PhoneKey.h"
+#include "app/Resources.h"
+#include "directory/ContactStore.h"
+#include "directory/DirectoryService.h"
+
+using DisplayAPI::FrameRole;
+
+namespace {
+
+// "a=1; b=2" and "Miller, Anna" fall apart at their signs, without the blanks around.
+std::vector<std::string> split(const std::string& text, char at)
+{
+    std::vector<std::string> parts;
+    std::istringstream in(text);
+    for (std::string part; std::getline(in, part, at);) {
+        const auto first = part.find_first_not_of(' ');
+        parts.push_back(first == part.npos ? "" : part.substr(first, part.find_last_not_of(' ') - first + 1));
+    }
+    return parts;
+}
+
+DefaultNumber defaultNumber(const std::string& name)
+{
+    const std::map<std::string, DefaultNumber> names{{"office", DefaultNumber::Office},
+                                                     {"office2", DefaultNumber::Office2},
+                                                     {"mobile", DefaultNumber::Mobile},
+                                                     {"private", DefaultNumber::Private}};
+    return names.at(name);
+}
+
+// The slot of a group, which is named if need be.
+int slotOf(ContactStore& store, const std::string& name)
+{
+    auto names = store.groupNames(20).value();
+    auto slot = std::find(names.begin(), names.end(), name);
+    if (slot == names.end()) {
+        slot = std::find(names.begin(), names.end(), "");
+        *slot = name;
+        (void)store.writeGroupNames(names).ok();
+    }
+    return static_cast<int>(slot - names.begin()) + 1;
+}
+
+void add(ContactStore& store, const std::string& description)
+{
+    const auto parts = split(description, ';');
+    const auto names = split(parts.at(0), ',');
+    Contact contact;
+    contact.surname = names.at(0);
+    contact.firstname = names.size() > 1 ? names[1] : "";
+    const std::map<std::string, std::string*> fields{
+        {"office", &contact.office},         {"office2", &contact.office2}, {"mobile", &contact.mobile},
+        {"private", &contact.privateNumber}, {"company", &contact.company}, {"email", &contact.email}};
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        const auto pair = split(parts[i], '=');
+        if (pair.at(0) == "group")
+            contact.group = slotOf(store, pair.at(1));
+        else if (pair.at(0) == "default")
+            contact.defaultNumber = defaultNumber(pair.at(1));
+        else
+            *fields.at(pair.at(0)) = pair.at(1);
+    }
+    if (contact.defaultNumber == DefaultNumber::None && !contact.office.empty())
+        contact.defaultNumber = DefaultNumber::Office;
+    if (!store.write(contact))
+        throw std::runtime_error("not stored: " + description);
+}
+
+} // namespace
+
+// Takes every call, and answers when the journey says so.
+class JourneyPhone::Line final : public LineIfc {
+public:
+    Line(std::string number, std::vector<std::string>& calls)
+        : m_number(std::move(number))
+        , m_calls(calls)
+    {
+    }
+
+    // Nothing when no call was placed.
+    void become(CallState state)
+    {
+        if (m_pObserver)
+            m_pObserver->callStateChanged(m_callId, state);
+    }
+
+    std::string number() const override { return m_number; }
+    bool isInService() const override { return true; }
+    bool placeCall(const std::string& callId, const std::string& number, LineObserverIfc& observer) override
+    {
+        return take(callId, "call " + number, observer);
+    }
+    bool pickUpCall(const std::string& callId, const std::string& device, LineObserverIfc& observer) override
+    {
+        return take(callId, "pick up " + device, observer);
+    }
+    void clearCall(const std::string& callId) override
+    {
+        m_pObserver->callStateChanged(callId, CallState::Null);
+    }
+
+private:
+    bool take(const std::string& callId, const std::string& what, LineObserverIfc& observer)
+    {
+        m_calls.push_back(what);
+        m_callId = callId;
+        m_pObserver = &observer;
+        return true;
+    }
+
+    const std::string m_number;
+    std::vector<std::string>& m_calls;
+    std::string m_callId;
+    LineObserverIfc* m_pObserver = nullptr;
+};
+
+JourneyPhone::JourneyPhone(const Journey& journey, ReplaceService replace)
+    : m_journey(journey)
+    , m_replace(std::move(replace))
+{
+    setenv("TZ", "UTC", 1);
+    ContactStore contacts(store(), "en");
+    for (const auto& contact : m_journey.contacts)
+        add(contacts, contact);
+    std::ofstream config(m_folder / "config.toml");
+    for (const auto& [item, value] : m_journey.items) {
+        const bool plain =
+            value == "true" || value == "false" || value.find_first_not_of("0123456789") == value.npos;
+        config << item << " = " << (plain ? value : "\"" + value + "\"") << "\n";
+    }
+    config.close();
+    start();
+}
+
+JourneyPhone::~JourneyPhone()
+{
+    m_phone->stop();
+}
+
+void JourneyPhone::start()
+{
+    const auto resources = Resources::beside(BIN_DIR);
+    PhoneOptions options;
+    options.profile = Profile::in(m_folder.path());
+    options.catalogues = resources.catalogues;
+    options.phonelets = {{"phonebook", resources.phonebook}};
+    options.clock = &m_clock;
+    options.wrapPhonelet = [this](std::unique_ptr<Phonelet> phonelet) -> std::unique_ptr<Phonelet> {
+        return std::make_unique<CheckedPhonelet>(
+            std::move(phonelet), [this](const std::string& sentence) { m_complaints.push_back(sentence); });
+    };
+    options.replaceService = [this](const std::string& name, Executable* service) -> Executable* {
+        const auto& absent = m_journey.absent;
+        if (std::find(absent.begin(), absent.end(), name) != absent.end())
+            return nullptr;
+        return m_replace ? m_replace(name, service) : service;
+    };
+    auto phone = Phone::create(std::move(options));
+    if (!phone)
+        throw std::runtime_error(phone.error().sentence);
+    m_phone = std::move(phone).value();
+    if (!m_journey.line.empty()) {
+        auto line = std::make_unique<Line>(m_journey.line, m_calls);
+        m_pLine = line.get();
+        m_phone->services().addLine(std::move(line));
+    }
+    m_phone->start();
+    settle();
+}
+
+std::string JourneyPhone::run(const std::string& words)
+{
+    std::istringstream in(words);
+    for (std::string next; in >> next;)
+        word(next);
+    return screen();
+}
+
+std::string JourneyPhone::screen()
+{
+    std::string text;
+    for (const auto& call : m_calls)
+        text += "* " + call + "\n";
+    m_calls.clear();
+    text += toText(*m_phone->frames().latest());
+    // An empty line ends a screen in a journey's file.
+    for (auto at = text.find("\n\n"); at != text.npos; at = text.find("\n\n"))
+        text.erase(at, 1);
+    return text;
+}
+
+void JourneyPhone::word(const std::string& word)
+{
+    const auto colon = word.find(':');
+    const auto rest = colon == word.npos ? "" : word.substr(colon + 1);
+    if (const auto keys = keysFromWord(word)) {
+        for (const auto& key : *keys) {
+            m_phone->keys().press(key);
+            settle();
+        }
+    } else if (word.starts_with("wait:")) {
+        m_phone->advance(std::chrono::milliseconds(std::stol(rest)));
+    } else if (word.starts_with("item:")) {
+        const auto pair = split(rest, '=');
+        Configuration configuration(m_folder / "config.toml");
+        if (!configuration.set(pair.at(0), pair.at(1)))
+            throw std::runtime_error("not set: " + rest);
+        m_phone->reloadConfiguration();
+    } else if (word.starts_with("outside:")) {
+        outside(rest);
+    } else if (word == "restart") {
+        m_phone->stop();
+        m_phone.reset();
+        start();
+    } else if (m_pLine && (word == "answered" || word == "cleared")) {
+        m_pLine->become(word == "answered" ? CallState::Connected : CallState::Null);
+    } else {
+        throw std::runtime_error("a journey knows no \"" + word + "\"");
+    }
+    settle();
+}
+
+void JourneyPhone::outside(const std::string& change)
+{
+    ContactStore others(store(), "en");
+    if (change != "delete-all")
+        add(others, change);
+    else if (!others.eraseAll(std::nullopt))
+        throw std::runtime_error("not deleted");
+    m_phone->events().post("look", [this] { m_phone->services().directory().lookForChanges(); });
+}
+
+void JourneyPhone::settle()
+{
+    m_phone->runPending();
+    const auto frame = m_phone->frames().latest();
+    m_messageSeen = m_messageSeen || frame->top().role == FrameRole::Notification;
+}
+
+std::vector<std::string> JourneyPhone::contacts() const
+{
+    ContactStore contacts(store(), "en");
+    std::vector<std::string> names;
+    const auto read = contacts.forEach([&](const Contact& contact, const auto&) {
+        names.push_back(contact.surname + ", " + contact.firstname);
+        return true;
+    });
+    if (!read)
+        throw std::runtime_error(read.error().sentence);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> JourneyPhone::complaints() const
+{
+    auto complaints = m_complaints;
+    for (const auto& line : m_log.lines()) {
+        if (line.text.find("exception") != line.text.npos || line.text.find("left timer") != line.text.npos)
+            complaints.push_back(line.text);
+    }
+    return complaints;
+}
+
+std::filesystem::path JourneyPhone::store() const
+{
+    return DirectoryService::fileIn(m_folder.path());
+}

@@ -1,0 +1,65 @@
+// A whole telephone with a profile of its own, on a clock that is moved by hand.
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <testing/LogCapture.h>
+
+#include "../phone/TemporaryFolder.h"
+#include "Journey.h"
+#include "app/Phone.h"
+#include "calls/LineIfc.h"
+
+class JourneyPhone {
+public:
+    using ReplaceService = std::function<Executable*(const std::string& name, Executable* service)>;
+
+    explicit JourneyPhone(const Journey& journey, ReplaceService replace = {});
+    ~JourneyPhone();
+
+    // Does what the words say, one after the other, and gives the screen that they leave:
+    //   keys                     as keysFromWord() has them
+    //   wait:3000ms              time passes
+    //   item:language=de         an administrator changes a configuration item
+    //   outside:Zander,Zoe       another program adds a contact
+    //   outside:delete-all       another program deletes all contacts
+    //   restart                  the telephone is switched off and on
+    //   answered, cleared        what becomes of the call that was placed last
+    std::string run(const std::string& words);
+
+    std::string screen();
+    // "Miller, Anna", sorted: what is in the store.
+    std::vector<std::string> contacts() const;
+
+    // What went wrong without being seen: exceptions, broken rules.
+    std::vector<std::string> complaints() const;
+    // Whether a message was to be seen at any time.
+    bool messageSeen() const { return m_messageSeen; }
+
+    Phone& phone() { return *m_phone; }
+    ManualClock& clock() { return m_clock; }
+
+private:
+    class Line;
+
+    void start();
+    void word(const std::string& word);
+    void outside(const std::string& change);
+    void settle();
+    std::filesystem::path store() const;
+
+    const Journey m_journey;
+    const ReplaceService m_replace;
+    LogCapture m_log;
+    TemporaryFolder m_folder;
+    ManualClock m_clock;
+    std::vector<std::string> m_calls; // placed since the last screen
+    Line* m_pLine = nullptr;          // the telephone's
+    std::vector<std::string> m_complaints;
+    bool m_messageSeen = false;
+    std::unique_ptr<Phone> m_phone;
+};
