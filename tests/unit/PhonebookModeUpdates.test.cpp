@@ -22,6 +22,31 @@ protected:
     }
 };
 
+// Reads, whenever a list is entered, whether the language changed in sight.
+class FlagAtEntry final : public AppLogSink {
+public:
+    explicit FlagAtEntry(const EventContext& context)
+        : m_context(context)
+        , m_pBefore(AppLog::setSink(this))
+    {
+    }
+    ~FlagAtEntry() override { AppLog::setSink(m_pBefore); }
+
+    std::vector<bool> seen;
+
+    bool isEnabled(const char*, int) const override { return true; }
+    void write(const char*, const char*, int, int, const std::string& text) override
+    {
+        if (text == "LDAPStateViewingList::enterStateEvent()" ||
+            text == "PhonebookStateViewingList::enterStateEvent")
+            seen.push_back(m_context.m_LanguageChangeWhenVisible);
+    }
+
+private:
+    const EventContext& m_context;
+    AppLogSink* m_pBefore;
+};
+
 TEST_F(ModeUpdates, TellsTheLocalStateOfAnUpdate)
 {
     startNoting();
@@ -301,10 +326,13 @@ TEST_F(ModeUpdates, ChangesTheAlphabetOnATelephoneWithoutLdap)
 
 TEST_F(ModeUpdates, SaysWhetherTheLanguageChangedInSight)
 {
-    startNoting();
-    context().setLanguageChangeWhenVisible(false);
-    mode().updateAlphaOrder(false);
-    EXPECT_TRUE(context().languageChangeWhenVisible());
+    start();
+    for (const bool visible : {true, false}) {
+        FlagAtEntry flag(context());
+        mode().updateAlphaOrder(visible);
+        EXPECT_EQ(flag.seen, std::vector<bool>({visible, visible}));
+        EXPECT_TRUE(context().m_LanguageChangeWhenVisible); // until the next change
+    }
 }
 
 TEST_F(ModeUpdates, TakesOverTheMobilityItems)
