@@ -7,5 +7,5 @@
 class LDAPStateCreatingEntry final : public NotThereYetState {
 public:
     LDAPStateCreatingEntry();
-    virtual ~LDAPStateCreatingEntry();
+    ~LDAPStateCreatingEntry() override;
 };

@@ -7,5 +7,5 @@
 class LDAPStateDisplayOptions final : public NotThereYetState {
 public:
     LDAPStateDisplayOptions();
-    virtual ~LDAPStateDisplayOptions();
+    ~LDAPStateDisplayOptions() override;
 };

@@ -7,5 +7,5 @@
 class LDAPStateDisplayingEntry final : public NotThereYetState {
 public:
     LDAPStateDisplayingEntry();
-    virtual ~LDAPStateDisplayingEntry();
+    ~LDAPStateDisplayingEntry() override;
 };

@@ -7,7 +7,7 @@
 class LDAPStateFind final : public NotThereYetState {
 public:
     LDAPStateFind();
-    virtual ~LDAPStateFind();
+    ~LDAPStateFind() override;
 
     // Empties the form.
     void clearForm(EventContext* pContext);

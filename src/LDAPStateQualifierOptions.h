@@ -7,5 +7,5 @@
 class LDAPStateQualifierOptions final : public NotThereYetState {
 public:
     LDAPStateQualifierOptions();
-    virtual ~LDAPStateQualifierOptions();
+    ~LDAPStateQualifierOptions() override;
 };

@@ -7,5 +7,5 @@
 class LDAPStateSavingEntry final : public NotThereYetState {
 public:
     LDAPStateSavingEntry();
-    virtual ~LDAPStateSavingEntry();
+    ~LDAPStateSavingEntry() override;
 };

@@ -15,7 +15,7 @@ public:
                                   DisplayAPI::Displayable* pDisplayable) override;
     PhonebookStateBase* dialingStartedEvent(EventContext* pContext, std::string digits) override;
     PhonebookStateBase* dialingStoppedEvent(EventContext* pContext) override;
-    virtual ~LDAPStateViewingList();
+    ~LDAPStateViewingList() override;
 
 private:
     void constructDisplayList(EventContext* pContext);

@@ -110,6 +110,8 @@ PhonebookStateBase* PhonebookStateBase::popupDiallerItemStateChangedEvent(EventC
     return this;
 }
 
+// By value, as every screen receives them.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 PhonebookStateBase* PhonebookStateBase::dialingStartedEvent(EventContext*, std::string)
 {
     PB_TRACE("PhonebookStateBase::dialingStartedEvent()");
@@ -188,12 +190,14 @@ PhonebookStateBase* PhonebookStateBase::timerEvent(EventContext*, int)
     return nullptr;
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param)
 PhonebookStateBase* PhonebookStateBase::buttonPressedEvent(EventContext*, PhysDefs::keyFunctionType, int,
                                                            PhysDefs::actionType, std::string)
 {
     PB_TRACE("PhonebookStateBase::buttonPressedEvent() - ignored");
     return nullptr;
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 PhonebookStateBase* PhonebookStateBase::stateAfterDialing(EventContext*)
 {

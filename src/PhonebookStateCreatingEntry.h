@@ -7,5 +7,5 @@
 class PhonebookStateCreatingEntry final : public NotThereYetState {
 public:
     PhonebookStateCreatingEntry();
-    virtual ~PhonebookStateCreatingEntry();
+    ~PhonebookStateCreatingEntry() override;
 };

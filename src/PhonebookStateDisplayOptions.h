@@ -7,5 +7,5 @@
 class PhonebookStateDisplayOptions final : public NotThereYetState {
 public:
     PhonebookStateDisplayOptions();
-    virtual ~PhonebookStateDisplayOptions();
+    ~PhonebookStateDisplayOptions() override;
 };

@@ -7,5 +7,5 @@
 class PhonebookStateEditGroup final : public NotThereYetState {
 public:
     PhonebookStateEditGroup();
-    virtual ~PhonebookStateEditGroup();
+    ~PhonebookStateEditGroup() override;
 };

@@ -7,5 +7,5 @@
 class PhonebookStateViewingGroups final : public NotThereYetState {
 public:
     PhonebookStateViewingGroups();
-    virtual ~PhonebookStateViewingGroups();
+    ~PhonebookStateViewingGroups() override;
 };

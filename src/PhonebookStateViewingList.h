@@ -43,7 +43,7 @@ public:
     bool mobilityPhonebookRefreshActive(EventContext* pContext, bool active) override;
     // Whether the fetching popup is meant to be shown.
     bool mobilityPhonebookRefreshPending() override;
-    virtual ~PhonebookStateViewingList();
+    ~PhonebookStateViewingList() override;
 
     const ListCommands& commands() const;
     // The number of the selected entry that a dial command stands for, and its call-party icon: the
