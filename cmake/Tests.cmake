@@ -22,11 +22,9 @@ function(deskbook_tests name)
     TEST_DATA_DIR="${CMAKE_SOURCE_DIR}/tests/data"
     SOURCE_DIR="${CMAKE_SOURCE_DIR}"
     BIN_DIR="${CMAKE_BINARY_DIR}/bin")
-  foreach(target IN LISTS arg_NEEDS)
-    if(TARGET ${target})
-      add_dependencies(${name} ${target})
-    endif()
-  endforeach()
+  if(arg_NEEDS)
+    add_dependencies(${name} ${arg_NEEDS})
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX ${name}/
     PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${name})
 endfunction()
