@@ -17,6 +17,8 @@
 #include "app/Resources.h"
 #include "app/StopSignals.h"
 #include "app/TextMode.h"
+#include "directory/ExportCommand.h"
+#include "directory/ImportCommand.h"
 #include "system/Log.h"
 #include "web/PageFace.h"
 #include "web/Token.h"
@@ -47,16 +49,24 @@ Profile profileOf(const Arguments& arguments)
                                      : Profile::in(std::filesystem::absolute(arguments.profile));
 }
 
+int importContacts(const Profile& profile, const std::filesystem::path& file, bool dryRun)
+{
+    if (const auto made = profile.create(); !made)
+        return refuse(made.error());
+    const Configuration configuration(profile.configFile());
+    return runImport({file, profile.data, profile.pictures(), configuration.number("group-slots"), dryRun},
+                     std::cout, std::cerr);
+}
+
 Result<void> prepare(const Profile& profile, const Arguments& arguments, const Resources& resources)
 {
     if (auto made = profile.create(); !made)
         return made.error();
     if (!arguments.demo)
         return {};
-    const auto seeded = seedDemo(profile, resources.demo);
-    if (!seeded)
-        return seeded.error();
-    return {};
+    return seedDemo(profile, resources.demo, [&profile](const std::filesystem::path& contacts) {
+        return importContacts(profile, contacts, false) == EXIT_DONE;
+    });
 }
 
 // Shows the address on the desktop, if there is one; whether that worked is of no consequence.
@@ -127,6 +137,9 @@ int main(int argc, char** argv)
     Arguments arguments;
     std::string item;
     std::string value;
+    std::string file;
+    bool dryRun = false;
+    std::string version = "3.0";
 
     CLI::App app("A desk telephone with its phonebook.", "deskphone");
     auto* demo = app.add_flag("--demo", arguments.demo, "Use a profile of its own with made-up contacts");
@@ -142,6 +155,12 @@ int main(int argc, char** argv)
     auto* set = config->add_subcommand("set", "Change a setting; a running telephone notices");
     set->add_option("ITEM", item)->required();
     set->add_option("VALUE", value)->required();
+    auto* import = app.add_subcommand("import", "Take the contacts of a vCard file in");
+    import->add_option("FILE", file)->required();
+    import->add_flag("--dry-run", dryRun, "Only tell what would happen");
+    auto* exported = app.add_subcommand("export", "Write all contacts into a vCard file");
+    exported->add_option("FILE", file)->required();
+    exported->add_option("--version", version, "Of the cards")->check(CLI::IsMember({"2.1", "3.0", "4.0"}));
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
 
     try {
@@ -154,6 +173,10 @@ int main(int argc, char** argv)
         return listConfiguration(profile);
     if (*set)
         return setConfiguration(profile, item, value);
+    if (*import)
+        return importContacts(profile, file, dryRun);
+    if (*exported)
+        return runExport({file, profile.data, profile.pictures(), version}, std::cout, std::cerr);
     if (*token)
         return replaceToken(profile);
     return runTelephone(arguments);

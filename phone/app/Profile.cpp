@@ -53,22 +53,26 @@ Result<void> Profile::create() const
     return {};
 }
 
-Result<bool> seedDemo(const Profile& profile, const fs::path& demo)
+Result<void> seedDemo(const Profile& profile, const fs::path& demo,
+                      const std::function<bool(const fs::path& contacts)>& import)
 {
     if (fs::exists(profile.configFile()))
-        return false;
+        return {};
     if (!fs::is_directory(demo))
         return Error{ErrorCode::NotFound,
                      "The demo's files are missing: there is no folder " + demo.string() + "."};
     std::error_code error;
+    const auto overwrite = fs::copy_options::recursive | fs::copy_options::overwrite_existing;
     if (fs::is_directory(demo / "pictures"))
-        fs::copy(demo / "pictures", profile.pictures(),
-                 fs::copy_options::recursive | fs::copy_options::overwrite_existing, error);
+        fs::copy(demo / "pictures", profile.pictures(), overwrite, error);
+    if (!error && !import(demo / "contacts.vcf"))
+        return Error{ErrorCode::Failed,
+                     "The demo's contacts cannot be imported into " + profile.data.string() + "."};
     // Last: while it is missing, the next start begins anew.
     if (!error)
         fs::copy_file(demo / "config.toml", profile.configFile(), error);
     if (error)
         return Error{ErrorCode::Failed,
                      "The demo cannot be set up in " + profile.data.string() + ": " + error.message() + "."};
-    return true;
+    return {};
 }

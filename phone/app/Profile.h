@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 
 #include "app/Result.h"
 
@@ -25,6 +26,7 @@ struct Profile {
     Result<void> create() const;
 };
 
-// Puts the demo's configuration and pictures into a profile that has none. True when it did: the
-// demo's contacts are to be imported then.
-Result<bool> seedDemo(const Profile& profile, const std::filesystem::path& demo);
+// Puts the demo's pictures, contacts and configuration into a profile that has no configuration yet.
+// `import` reads a file of contacts into the profile, and gives false when it could not.
+Result<void> seedDemo(const Profile& profile, const std::filesystem::path& demo,
+                      const std::function<bool(const std::filesystem::path& contacts)>& import);

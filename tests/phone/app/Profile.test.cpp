@@ -49,13 +49,25 @@ TEST(Profile, IsSeededWithTheDemoOnce)
     TemporaryFolder folder;
     const auto profile = Profile::in(folder.path());
     ASSERT_TRUE(profile.create());
+    int imports = 0;
+    bool importable = false;
+    const auto import = [&](const fs::path& contacts) {
+        ++imports;
+        EXPECT_EQ(contacts, demo / "contacts.vcf");
+        return importable;
+    };
 
-    EXPECT_TRUE(seedDemo(profile, demo.path()).value());
+    EXPECT_FALSE(seedDemo(profile, demo.path(), import));
+    EXPECT_FALSE(fs::exists(profile.configFile()));
+
+    importable = true;
+    EXPECT_TRUE(seedDemo(profile, demo.path(), import));
     EXPECT_EQ(folder.read("pictures/anna.png"), "x");
 
     folder.write("config.toml", "language = \"fr\"\n");
-    EXPECT_FALSE(seedDemo(profile, demo.path()).value());
+    EXPECT_TRUE(seedDemo(profile, demo.path(), import));
     EXPECT_EQ(folder.read("config.toml"), "language = \"fr\"\n");
+    EXPECT_EQ(imports, 2);
 }
 
 TEST(Profile, BelongsToOneTelephoneAtATime)
