@@ -57,7 +57,7 @@ protected:
     PhonebookList list{&directory};
 };
 
-class LdapList : public LocalList {
+class LdapResults : public LocalList {
 protected:
     int find(std::vector<AttributeList> found, DirectoryStatus status = DIRECTORY_SUCCESS,
              bool ignoreNickname = true)
@@ -547,7 +547,7 @@ TEST_F(LocalList, AsksTheDirectoryAboutTheNicknameAttribute)
     EXPECT_TRUE(list.isNicknameAttributeActive());
 }
 
-TEST_F(LdapList, ShowsWhatASearchFindsWithoutItsTrailer)
+TEST_F(LdapResults, ShowsWhatASearchFindsWithoutItsTrailer)
 {
     const LogCapture log;
     EXPECT_EQ(find({miller, adams, trailer}), 0);
@@ -557,7 +557,7 @@ TEST_F(LdapList, ShowsWhatASearchFindsWithoutItsTrailer)
     EXPECT_EQ(ldap.getGroupIndication(), -1);
 }
 
-TEST_F(LdapList, PassesTheFlagOn)
+TEST_F(LdapResults, PassesTheFlagOn)
 {
     find({trailer}, DIRECTORY_SUCCESS, true);
     find({trailer}, DIRECTORY_SUCCESS, false);
@@ -566,13 +566,13 @@ TEST_F(LdapList, PassesTheFlagOn)
     EXPECT_FALSE(directory.searches[1].ignoreNickname);
 }
 
-TEST_F(LdapList, TakesPartialResults)
+TEST_F(LdapResults, TakesPartialResults)
 {
     EXPECT_EQ(find({miller, trailer}, DIRECTORY_TOO_MANY_MATCHES), 9);
     EXPECT_EQ(names(ldap), Strings{"Miller"});
 }
 
-TEST_F(LdapList, KeepsItsRowsWhenASearchFails)
+TEST_F(LdapResults, KeepsItsRowsWhenASearchFails)
 {
     find({miller, trailer});
     for (const int status : {1, 2, 3, 4, 5, 6, 8, 10, -1})
@@ -583,21 +583,21 @@ TEST_F(LdapList, KeepsItsRowsWhenASearchFails)
     EXPECT_EQ(entry.getMobile(), "3");
 }
 
-TEST_F(LdapList, IsEmptyForATrailerAlone)
+TEST_F(LdapResults, IsEmptyForATrailerAlone)
 {
     find({miller, trailer});
     EXPECT_EQ(find({trailer}), 0);
     EXPECT_EQ(ldap.size(), 0u);
 }
 
-TEST_F(LdapList, ThrowsForResultsWithoutATrailer)
+TEST_F(LdapResults, ThrowsForResultsWithoutATrailer)
 {
     EXPECT_THROW(find({}), std::out_of_range);
     EXPECT_THROW(find({AttributeList()}), std::out_of_range);
     EXPECT_EQ(ldap.size(), 0u) << "the lock is free again";
 }
 
-TEST_F(LdapList, KnowsFromTheTrailerWhetherNicknamesWereFound)
+TEST_F(LdapResults, KnowsFromTheTrailerWhetherNicknamesWereFound)
 {
     const std::pair<const char*, bool> values[] = {
         {"true", true}, {"TRUE", false}, {"true ", false}, {"", false}, {"false", false}};
@@ -609,7 +609,7 @@ TEST_F(LdapList, KnowsFromTheTrailerWhetherNicknamesWereFound)
     }
 }
 
-TEST_F(LdapList, ReadsAWholeRecordFromItsAttributes)
+TEST_F(LdapResults, ReadsAWholeRecordFromItsAttributes)
 {
     find({miller, trailer});
     PhonebookFullEntry entry;
@@ -619,7 +619,7 @@ TEST_F(LdapList, ReadsAWholeRecordFromItsAttributes)
     EXPECT_TRUE(directory.requests.empty());
 }
 
-TEST_F(LdapList, MarksItsRowsInEitherCase)
+TEST_F(LdapResults, MarksItsRowsInEitherCase)
 {
     const AttributeList longName = {{Utils::SURNAME, std::string(40, 's')}};
     for (const bool marked : {false, true}) {
@@ -629,7 +629,7 @@ TEST_F(LdapList, MarksItsRowsInEitherCase)
     }
 }
 
-TEST_F(LdapList, SortsByTheQualifierToo)
+TEST_F(LdapResults, SortsByTheQualifierToo)
 {
     ldap.setDisplayQualifier(displayQualifier::Company);
     find({{{Utils::SURNAME, "Miller"}, {Utils::COMPANY, "Zenith"}},
@@ -638,7 +638,7 @@ TEST_F(LdapList, SortsByTheQualifierToo)
     EXPECT_EQ(names(ldap), (Strings{"Miller (Acme)", "Miller (Zenith)"}));
 }
 
-TEST_F(LdapList, DropsItsRecordsWhenItIsEmptied)
+TEST_F(LdapResults, DropsItsRecordsWhenItIsEmptied)
 {
     find({miller, trailer});
     ldap.depopulate();
