@@ -1,7 +1,7 @@
 #include "ContactStore.h"
 
 #include <array>
-#include <random>
+#include <cstdlib>
 
 #include <sys/stat.h>
 
@@ -616,11 +616,11 @@ Result<void> ContactStore::setLanguage(const std::string& language)
 std::string ContactStore::newId()
 {
     constexpr char alphabet[] = "0123456789abcdefghjkmnpqrstvwxyz";
-    constexpr int length = 15;
-    std::random_device random;
+    std::array<unsigned char, 15> random{};
+    ::arc4random_buf(random.data(), random.size());
     std::string id;
-    for (int i = 0; i < length; ++i)
-        id += alphabet[random() & 31];
+    for (const auto byte : random)
+        id += alphabet[byte & 31];
     return id;
 }
 

@@ -1,0 +1,117 @@
+// The list text of 100,000 contacts, beside SQLite alone reading the same four columns of the same file
+// in the same run. `ratio` is our time over that.
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <stdexcept>
+
+#include <benchmark/benchmark.h>
+
+#include "directory/ContactStore.h"
+
+namespace {
+
+constexpr int nCONTACTS = 100000;
+
+class Book {
+public:
+    Book()
+    {
+        char folder[] = "/tmp/bench-store-XXXXXX";
+        if (!mkdtemp(folder))
+            throw std::runtime_error("no folder for the contacts");
+        m_folder = folder;
+        m_pStore = std::make_unique<ContactStore>(m_folder / "contacts.db", "de");
+        const auto filled = m_pStore->inTransaction([this] {
+            std::mt19937 random(1);
+            Contact contact;
+            for (int i = 0; i < nCONTACTS; ++i) {
+                contact.id = ContactStore::newId();
+                contact.surname = "M\u00fcller" + std::to_string(random());
+                contact.firstname = "Anna" + std::to_string(random() % 100);
+                contact.office = "+49 30 " + std::to_string(i);
+                contact.defaultNumber = DefaultNumber::Office;
+                m_pStore->put(contact);
+            }
+            return true;
+        });
+        if (!filled)
+            throw std::runtime_error("the contacts cannot be stored");
+    }
+    ~Book()
+    {
+        m_pStore.reset();
+        std::filesystem::remove_all(m_folder);
+    }
+    Book(const Book&) = delete;
+    Book& operator=(const Book&) = delete;
+
+    ContactStore& store() { return *m_pStore; }
+
+    // As SQLite gives it, unordered: the least that a list can cost.
+    void readBare()
+    {
+        Statement row(m_pStore->database()->handle(),
+                      "SELECT id, surname, firstname, default_number FROM contacts NOT INDEXED");
+        while (row.step()) {
+            benchmark::DoNotOptimize(row.text(0));
+            benchmark::DoNotOptimize(row.text(1));
+            benchmark::DoNotOptimize(row.text(2));
+            benchmark::DoNotOptimize(row.number(3));
+        }
+    }
+
+private:
+    std::filesystem::path m_folder;
+    std::unique_ptr<ContactStore> m_pStore;
+};
+
+template <typename F> double seconds(F&& work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void listText(benchmark::State& state)
+{
+    Book book;
+    book.readBare();
+    double ours = 0;
+    double bare = 0;
+    for (auto _ : state) {
+        bare += seconds([&] { book.readBare(); });
+        const double once = seconds([&] { benchmark::DoNotOptimize(book.store().listText(std::nullopt)); });
+        ours += once;
+        state.SetIterationTime(once);
+    }
+    state.counters["ratio"] = ours / bare;
+}
+BENCHMARK(listText)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void saveOne(benchmark::State& state)
+{
+    Book book;
+    Contact contact;
+    contact.surname = "Miller";
+    contact.id = book.store().write(contact).value();
+    for (auto _ : state) {
+        contact.mobile = contact.mobile.empty() ? "0171" : "";
+        if (!book.store().write(contact))
+            state.SkipWithError("not saved");
+    }
+}
+BENCHMARK(saveOne)->Unit(benchmark::kMillisecond);
+
+void openPhonebook(benchmark::State& state)
+{
+    Book book;
+    const auto file = book.store().file();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ContactStore(file, "de").state());
+}
+BENCHMARK(openPhonebook)->Unit(benchmark::kMillisecond);
+
+} // namespace
