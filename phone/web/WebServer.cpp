@@ -1,6 +1,7 @@
 #include "web/WebServer.h"
 
 #include "web/FrameJson.h"
+#include "web/KeyMessage.h"
 #include "web/PhoneFaceIfc.h"
 
 #include <face_assets.h>
@@ -277,16 +278,10 @@ private:
     {
         if (!m_socket.got_text() || !m_rate.allows() || m_acks.size() >= nMOST_ACKS)
             return false;
-        const auto text = beast::buffers_to_string(m_buffer.data());
-        const auto json = nlohmann::json::parse(text, nullptr, false);
-        if (!json.is_object())
+        const auto message = readKeyMessage(beast::buffers_to_string(m_buffer.data()));
+        if (!message)
             return false;
-        const auto number = json.find("n");
-        const auto key = json.find("key");
-        if (number == json.end() || !number->is_number_unsigned() || key == json.end() || !key->is_string())
-            return false;
-        m_acks.emplace_back(number->get<std::uint64_t>(),
-                            m_server.m_face.press(key->get_ref<const std::string&>()));
+        m_acks.emplace_back(message->number, m_server.m_face.press(message->key));
         send();
         return true;
     }
