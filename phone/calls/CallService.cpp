@@ -93,7 +93,7 @@ void CallService::startMonitor(CSTAMonitorStartRequest& request)
         return;
     }
     const auto id = nextId();
-    m_monitors[id] = {request.getSourceService(), dynamic_cast<CSTAEventIfc*>(request.getSourceService())};
+    m_monitors[id] = dynamic_cast<CSTAEventIfc*>(request.getSourceService());
     request.setResponse(nSUCCESS, std::make_unique<CSTAMonitorStartResponse>(id));
 }
 
@@ -104,11 +104,6 @@ void CallService::stopMonitor(CSTAMonitorStopRequest& request)
         return;
     }
     request.setResponse(nSUCCESS, std::make_unique<CSTAMonitorStopResponse>());
-}
-
-void CallService::dropMonitorsOf(const Executable* source)
-{
-    std::erase_if(m_monitors, [&](const auto& monitor) { return monitor.second.source == source; });
 }
 
 // No line here leads to a PBX that has such a feature.
@@ -259,9 +254,9 @@ void CallService::raise(std::shared_ptr<CSTAEvent> event)
     post("CSTA event", [this, event = std::move(event)] {
         // A monitor may be stopped while another one is told.
         const auto monitors = m_monitors;
-        for (const auto& [id, monitor] : monitors) {
-            if (monitor.listener && m_monitors.count(id) > 0)
-                monitor.listener->deliverEvent(event.get());
+        for (const auto& [id, listener] : monitors) {
+            if (listener && m_monitors.count(id) > 0)
+                listener->deliverEvent(event.get());
         }
     });
 }

@@ -55,18 +55,14 @@ public:
 
     // Tells every monitor of an event that a line or the PBX raised. [any-thread]
     void raise(std::shared_ptr<CSTAEvent> event);
-    // Forgets the monitors of a phonelet that was stopped.
-    void dropMonitorsOf(const Executable* source);
+    // Forgets the monitors of phonelets that were stopped.
+    void dropObservers() { m_monitors.clear(); }
 
 private:
     struct Call {
         LineIfc* line;
         bool dialing; // its end of dialling is still to be reported
         CallState state = CallState::Initiated;
-    };
-    struct Monitor {
-        Executable* source;
-        CSTAEventIfc* listener;
     };
 
     void startMonitor(CSTAMonitorStartRequest& request);
@@ -95,7 +91,7 @@ private:
     std::vector<std::unique_ptr<LineIfc>> m_lines;
     std::string m_chosenLine;
     std::map<std::string, Call> m_calls;
-    std::map<std::string, Monitor> m_monitors;
+    std::map<std::string, CSTAEventIfc*> m_monitors; // null for one that hears no events
     unsigned long m_lastId = 0;
     // Tells an event that is queued that the service is gone.
     std::shared_ptr<const char> m_alive = std::make_shared<const char>();

@@ -44,6 +44,8 @@ public:
 
     // Another dial plan from now on: the configuration changed.
     void setRules(DialPlanRules rules, DialTimes times);
+    // Forgets the provider: its phonelet was stopped.
+    void dropObservers() { m_pProvider = nullptr; }
     std::string toDialString(const std::string& number) const;
     bool isEmergency(const std::string& number) const;
 

@@ -30,6 +30,8 @@ public:
 
     // What follows is called on the event thread.
 
+    // Forgets the observers of phonelets that were stopped.
+    void dropObservers() { m_observers.clear(); }
     void addDialled(const CallPartyIdentifier& party);
     void clearDialled();
     // The latest first.

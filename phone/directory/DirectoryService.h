@@ -51,6 +51,8 @@ public:
     void setLanguage(const std::string& language);
     // Not owned; null for none.
     void setDirectoryClient(DirectoryClientIfc* client) { m_pClient = client; }
+    // Forgets the observers of phonelets that were stopped.
+    void dropObservers() { m_observers.clear(); }
     // Tells the observers if others changed the contacts. [event thread]
     void lookForChanges();
 

@@ -217,7 +217,7 @@ TEST_F(Calls, AreNotToldToAPhoneletThatWasStopped)
     Listener listener;
     monitor(&listener);
     calls.raise(std::make_shared<CSTAServiceInitiatedEvent>());
-    calls.dropMonitorsOf(&listener);
+    calls.dropObservers();
     events.runPending();
     EXPECT_TRUE(listener.heard.empty());
 }

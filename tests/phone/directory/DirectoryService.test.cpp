@@ -10,6 +10,7 @@
 #include <framework/services/PhonebookSearchResults.h>
 #include <framework/util/Serializer.h>
 
+#include "FailingDirectory.h"
 #include "StoreTesting.h"
 #include "app/EventThread.h"
 
@@ -370,6 +371,29 @@ TEST_F(Directory, NamesADamagedFileAndStaysEmptyUntilItIsReplaced)
     look();
     EXPECT_EQ(observer.heard, "restart ");
     EXPECT_EQ(directory->notice(), "");
+}
+
+TEST_F(Directory, PassedOnFailsAtTheRequestThatWasChosen)
+{
+    add("Miller");
+    FailingDirectory failing(*directory, 2);
+    EXPECT_EQ(failing.getList(), directory->getList());
+    EXPECT_FALSE(failing.hasFailed());
+    EXPECT_EQ(failing.request(message("delete_request")), failed("Not enough memory"));
+    EXPECT_TRUE(failing.hasFailed());
+    EXPECT_EQ(failing.getList(), directory->getList());
+    EXPECT_NE(directory->getList(), "empty");
+}
+
+TEST_F(Directory, TellsNobodyAfterThePhoneletsWereStopped)
+{
+    Observer observer;
+    directory->addObserver(&observer);
+    importElsewhere("Foreign");
+    directory->lookForChanges();
+    directory->dropObservers();
+    events.runPending();
+    EXPECT_EQ(observer.heard, "");
 }
 
 // The real watch, with the real clock: awaited, never slept for.
