@@ -142,6 +142,7 @@ int main(int argc, char** argv)
     std::string version = "3.0";
 
     CLI::App app("A desk telephone with its phonebook.", "deskphone");
+    app.fallthrough(); // "deskphone config list --profile DIR" too
     auto* demo = app.add_flag("--demo", arguments.demo, "Use a profile of its own with made-up contacts");
     app.add_option("--profile", arguments.profile, "Keep contacts and settings in this folder")
         ->excludes(demo);

@@ -72,10 +72,10 @@ Frame IdleScreen::paint() const
     frame.base.id = IDLE_ID;
     frame.base.title = m_time;
     frame.base.text = m_date + " \u00b7 " + m_parts.line();
-    for (auto& notice : notices()) {
+    for (auto& text : texts()) {
         DisplayAPI::FrameRow row;
         row.position = static_cast<int>(frame.base.rows.size());
-        row.text = std::move(notice);
+        row.text = std::move(text);
         frame.base.rows.push_back(std::move(row));
     }
     const auto phonebook = m_parts.translator.translate(KEY_PHONEBOOK);
@@ -87,9 +87,15 @@ Frame IdleScreen::paint() const
     return frame;
 }
 
-std::vector<std::string> IdleScreen::notices() const
+std::vector<std::string> IdleScreen::texts() const
 {
-    auto texts = m_parts.advice();
+    std::vector<std::string> texts;
+    if (!m_parts.dialler.digits().empty())
+        texts.push_back(m_parts.translator.translate("phone.dialling", m_parts.dialler.digits()));
+    if (m_parts.dialler.wasRefused())
+        texts.push_back(m_parts.translator.translate("no.line.available"));
+    for (auto& advice : m_parts.advice())
+        texts.push_back(std::move(advice));
     for (const auto& notice : m_notices)
         texts.push_back(filledIn(m_parts.translator.translate(notice.key), notice.parameters));
     return texts;
@@ -109,6 +115,11 @@ void IdleScreen::tellTime() const
 
 bool IdleScreen::keyPressed(const Key& key)
 {
+    const bool dialling = !m_parts.dialler.digits().empty();
+    if (dialling && (key.kind == Key::Kind::Ok || key.kind == Key::Kind::Clear)) {
+        key.kind == Key::Kind::Ok ? m_parts.dialler.dial() : m_parts.dialler.clear();
+        return true;
+    }
     const auto opener = m_parts.variant.softKeyBar ? Key::Kind::SoftKey : Key::Kind::Ok;
     if (key.kind != opener || key.index != 0)
         return false;

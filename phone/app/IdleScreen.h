@@ -1,5 +1,5 @@
-// What is to be seen while no phonelet is: the time, the line, the names of the keys, and what the
-// user should know about the telephone.
+// What is to be seen while no phonelet is: the time, the line, the names of the keys, what is being
+// dialled, and what the user should know about the telephone.
 // [event thread]
 
 #pragma once
@@ -15,6 +15,7 @@
 #include <framework/host/Key.h>
 
 #include "app/Clock.h"
+#include "app/IdleDialler.h"
 
 class IdleScreen {
 public:
@@ -26,6 +27,7 @@ public:
         std::function<std::string()> line;                // the state of the line, in words
         std::function<std::vector<std::string>()> advice; // more to know, in words; may change
         std::function<void()> openPhonebook;
+        IdleDialler& dialler;
     };
 
     explicit IdleScreen(Parts parts);
@@ -36,7 +38,8 @@ public:
 
     DisplayAPI::Frame paint() const;
 
-    // The soft keys, or OK without them. False when the key means nothing here.
+    // OK dials what was typed. Otherwise the soft key, or OK without one, opens the phonebook. False
+    // when the key means nothing here.
     bool keyPressed(const DisplayAPI::Key& key);
 
     // When its time next changes, by Clock::now().
@@ -44,7 +47,7 @@ public:
 
 private:
     void tellTime() const;
-    std::vector<std::string> notices() const;
+    std::vector<std::string> texts() const;
 
     struct Notice {
         std::string key;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <framework/csta/CSTARequests.h>
-#include <framework/csta/CSTAServiceIfc.h>
 #include <framework/display/Frame.h>
 #include <framework/host/EventQueue.h>
 #include <framework/util/HardwareVersion.h>
@@ -37,10 +36,12 @@ Phone::Phone(PhoneOptions options)
     , m_translator(m_options.catalogues, m_configuration.text("language"))
     , m_states(m_options.profile.data / "phonelets.json")
     , m_updates(m_events, [this] { return anyFormIsOpen(); })
+    , m_idleDialler({[this](const std::string& digits) { m_services->digits().setDialString(digits, 0); },
+                     [this](const std::string& number) { return placeCall(number, ""); }})
     , m_idle({m_clock, m_translator, variant(), [this] { return m_translator.language(); },
               [this] { return lineState(); }, [this] { return advice(); },
-              [this] { m_router->openPhonebook(); }})
-    , m_stage([this] { showIdle(); })
+              [this] { m_router->openPhonebook(); }, m_idleDialler})
+    , m_stage([this] { becomeIdle(); })
     , m_keys(m_events, m_frames,
              {[this](const PhoneKey& key) { m_router->route(key); },
               [this](std::uint64_t id) { closeNotification(id); }})
@@ -168,7 +169,7 @@ void Phone::startPhonelets()
         m_idle.addNotice(missing ? "phone.plugin.missing" : "phone.plugin.failed", {spec.name});
     }
     m_bookWasEmpty = true;
-    showIdle();
+    becomeIdle();
     wakeAtNextMinute();
 }
 
@@ -190,13 +191,16 @@ Executable* Phone::service(const std::string& name)
 bool Phone::dialsItself(const std::string& number, const std::string& device)
 {
     const auto emergency = m_configuration.list("emergency-numbers");
-    auto* calls = dynamic_cast<CSTAServiceIfc*>(service("CSTAServiceIfc"));
-    if (!calls || std::find(emergency.begin(), emergency.end(), number) == emergency.end())
-        return false;
+    return std::find(emergency.begin(), emergency.end(), number) != emergency.end() &&
+           placeCall(number, device);
+}
+
+bool Phone::placeCall(const std::string& number, const std::string& device)
+{
     CSTAMakeCallRequest call;
     call.SetCallingDevice(device);
     call.SetCalledDevice(number);
-    calls->sendRequest(call);
+    m_services->calls().sendRequest(call);
     return call.getResponseCode() == 0;
 }
 
@@ -218,9 +222,24 @@ DisplayAPI::DisplayVariant Phone::variant() const
 
 KeyRouter::Dialling Phone::dialling()
 {
-    return {
-        [this](bool offHook) { offHook ? m_services->digits().offHook() : m_services->digits().onHook(); },
-        [this](char digit) { m_services->digits().digit(digit); }, [this] { m_services->calls().hangUp(); }};
+    const auto hangUp = [this] {
+        m_services->calls().hangUp();
+        m_idleDialler.handleDialingStopped();
+    };
+    const auto hook = [this, hangUp](bool offHook) {
+        if (offHook) {
+            m_services->digits().offHook();
+            return;
+        }
+        hangUp();
+        m_services->digits().onHook();
+    };
+    const auto digit = [this](char typed) {
+        m_services->digits().digit(typed);
+        if (!m_stage.front())
+            m_idleDialler.typed(typed);
+    };
+    return {hook, digit, hangUp};
 }
 
 void Phone::eventDone()
@@ -230,6 +249,12 @@ void Phone::eventDone()
         front->display().eventDone();
     else
         m_frames.publish(m_idle.paint(), FrameMoment::AfterEvent);
+}
+
+void Phone::becomeIdle()
+{
+    m_services->digits().setCallContextProvider(&m_idleDialler);
+    showIdle();
 }
 
 void Phone::showIdle()

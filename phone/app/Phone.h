@@ -14,6 +14,7 @@
 #include "app/Clock.h"
 #include "app/EventThread.h"
 #include "app/FrameStore.h"
+#include "app/IdleDialler.h"
 #include "app/IdleScreen.h"
 #include "app/KeyGate.h"
 #include "app/KeyRouter.h"
@@ -101,6 +102,8 @@ private:
     PhoneletHost* hostOf(const std::string& name);
     Executable* service(const std::string& name);
     bool dialsItself(const std::string& number, const std::string& device);
+    bool placeCall(const std::string& number, const std::string& device);
+    void becomeIdle();
     Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletSpec& spec);
 
     void startPhonelets();
@@ -128,6 +131,7 @@ private:
     PhoneletStates m_states;
     UpdateGate m_updates;
     std::unique_ptr<Services> m_services;
+    IdleDialler m_idleDialler;
     IdleScreen m_idle;
     Stage m_stage;
     std::unique_ptr<KeyRouter> m_router; // with services

@@ -14,6 +14,9 @@ namespace {
 // What a record of the contact store has room for, in bytes.
 constexpr std::size_t LONGEST_PICTURE_NAME = 91;
 
+// No setting, but the state of a part that this telephone does not have.
+constexpr char BLUETOOTH_STATE[] = "bt-active";
+
 bool isPicture(const fs::path& file)
 {
     constexpr std::array<const char*, 4> ENDINGS{".png", ".jpg", ".jpeg", ".svg"};
@@ -44,6 +47,10 @@ void LocalMgmtService::itemChanged(const std::string& name)
 bool LocalMgmtService::read(ManageableData& data)
 {
     const auto& name = data.getRootId();
+    if (name == BLUETOOTH_STATE) {
+        data.setValue(name, "false");
+        return true;
+    }
     if (!m_configuration.item(name))
         return false;
     data.setValue(name, m_configuration.text(name));

@@ -50,6 +50,7 @@ TEST_F(LocalMgmtServiceTest, ReadsItemsAsText)
     EXPECT_EQ(read("software-type"), "Veltrix SIP");
     EXPECT_EQ(read("ldap-search-trigger-timeout"), "3");
     EXPECT_EQ(read("bt-enabled"), "false");
+    EXPECT_EQ(read("bt-active"), "false");
     EXPECT_EQ(read("colour"), "(none)");
 }
 

@@ -1,0 +1,48 @@
+// Dialling while no phonelet takes part in it: with the telephone idle.
+// [event thread]
+
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <framework/services/DigitAnalysisServiceEventIfc.h>
+
+class IdleDialler final : public DigitAnalysisServiceEventIfc {
+public:
+    struct Actions {
+        std::function<void(const std::string& digits)> changed; // the digits were edited here
+        std::function<bool(const std::string& number)> call;    // false: the call was refused
+    };
+
+    explicit IdleDialler(Actions actions)
+        : m_actions(std::move(actions))
+    {
+    }
+
+    const std::string& digits() const { return m_digits; }
+    // Whether the last call was refused, until the user goes on-hook or types again.
+    bool wasRefused() const { return m_refused; }
+
+    void typed(char digit);
+    // Takes the last digit away.
+    void clear();
+    // Dials what was typed.
+    void dial();
+
+    void handleInterDigitTimeout(InterDigitTimeOutEvent* event) override;
+    void handleInitialDigitTimeout(InterDigitTimeOutEvent* event) override;
+    bool isDiallingOk() override { return true; }
+    void handleDialingStarted(const std::string& digits) override;
+    void handleDialingStarted(const std::string& digits, CallPartyIdentifier party) override;
+    void handleDialingStopped() override;
+    bool getDialPartyDetails(CallPartyIdentifier& party) override;
+    void getEventHandlerName(std::string& name) override { name = "Idle"; }
+
+private:
+    void call(std::string number);
+
+    const Actions m_actions;
+    std::string m_digits;
+    bool m_refused = false;
+};
