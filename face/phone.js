@@ -68,8 +68,8 @@ function buildKeypad() {
   const pad = byId("keypad");
   [..."123456789*0#"].forEach((digit, i) => {
     const letters = LETTERS[i] ?? (digit === "0" ? "␣" : "");
-    pad.append(element("button", { type: "button", "data-key": digit, "aria-label": letters ? `${digit} ${letters}` : digit },
-      element("b", {}, digit), element("small", { "aria-hidden": "true" }, letters)));
+    pad.append(element("button", { type: "button", "data-key": digit },
+      element("b", {}, digit), " ", element("small", { "aria-hidden": digit === "0" ? "true" : null }, letters)));
   });
 }
 
@@ -93,6 +93,9 @@ document.addEventListener("click", (event) => {
   if (button && heldKey === "")
     press(button.getAttribute("data-key") ?? "");
   heldKey = "";
+  // Whoever points at keys goes on typing at the screen; whoever came with the Tab key stays.
+  if (button && event.detail > 0)
+    screen.focus();
 });
 
 document.addEventListener("keydown", (event) => {
