@@ -170,6 +170,9 @@ FailingServices::~FailingServices() = default;
 
 Executable* FailingServices::wrap(const std::string& name, Executable* service)
 {
+    auto& known = m_wrapped[name];
+    if (known.wrapper && known.service == service)
+        return known.wrapper.get();
     auto wrapper = wrapped<Directory, DirectoryServiceIfc>(*this, service);
     if (!wrapper)
         wrapper = wrapped<Calls, CSTAServiceIfc>(*this, service);
@@ -177,12 +180,8 @@ Executable* FailingServices::wrap(const std::string& name, Executable* service)
         wrapper = wrapped<Digits, DigitAnalysisServiceIfc>(*this, service);
     if (!wrapper)
         wrapper = wrapped<Items, LocalMgmtIfc>(*this, service);
-    if (!wrapper)
-        return service;
-    auto& kept = m_wrappers[name];
-    if (!kept)
-        kept = std::move(wrapper);
-    return kept.get();
+    known = {service, std::move(wrapper)};
+    return known.wrapper ? known.wrapper.get() : service;
 }
 
 bool FailingServices::fails()

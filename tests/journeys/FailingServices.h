@@ -32,5 +32,10 @@ private:
     const int m_which;
     int m_calls = 0;
     bool m_changeFailed = false;
-    std::map<std::string, std::unique_ptr<Executable>> m_wrappers;
+    // A telephone that was switched off and on has other services under the same names.
+    struct Wrapped {
+        Executable* service = nullptr;
+        std::unique_ptr<Executable> wrapper;
+    };
+    std::map<std::string, Wrapped> m_wrapped;
 };
