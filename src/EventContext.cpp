@@ -95,6 +95,20 @@ void EventContext::setCallRequestInitiated(bool initiated)
     m_CallRequestInitiated = initiated;
 }
 
+std::string EventContext::getRedialNumber() const
+{
+    PB_TRACE("EventContext::getRedialNumber()");
+    const std::lock_guard lock(m_RedialNumberMutex);
+    return m_RedialNumber;
+}
+
+void EventContext::setRedialNumber(const std::string& number)
+{
+    PB_TRACE("EventContext::setRedialNumber()");
+    const std::lock_guard lock(m_RedialNumberMutex);
+    m_RedialNumber = number;
+}
+
 bool EventContext::languageChangeWhenVisible() const
 {
     PB_TRACE("EventContext::languageChangeWhenVisible()");

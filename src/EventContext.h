@@ -2,12 +2,13 @@
 // them use, the services, and what the user selected.
 //
 // Every handler receives it. The mode owns the one object and fills in the services; raw pointers
-// are not owned. Nothing here is locked: handlers run inside the mode's lock.
+// are not owned. Nothing here is locked but the redial number: handlers run inside the mode's lock.
 
 #pragma once
 
 #include <array>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include <framework/display/ContextMenu.h>
@@ -73,6 +74,11 @@ public:
     // further calls are never refused there.
     bool getCallRequestInitiated();
     void setCallRequestInitiated(bool initiated);
+
+    // What the dialler offers to dial again, "" for nothing. The journal sets it beside the state
+    // lock, so it goes through a lock of its own.
+    std::string getRedialNumber() const;
+    void setRedialNumber(const std::string& number);
 
     bool languageChangeWhenVisible() const;
     void setLanguageChangeWhenVisible(bool visible);
@@ -147,7 +153,7 @@ public:
     int m_LdapEntryIndex = 0;
     PhonebookFullEntry m_LdapEntry;
 
-    // What the dialler offers to dial again.
+    // Only through its accessors.
     std::string m_RedialNumber;
     // Of the last call request that succeeded.
     std::string m_LastDialledNumber;
@@ -159,4 +165,7 @@ public:
     bool m_LanguageChangeWhenVisible = true;
     // 0 until the mode was asked.
     int m_SoftwareType = 0;
+
+private:
+    mutable std::mutex m_RedialNumberMutex;
 };

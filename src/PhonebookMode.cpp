@@ -372,7 +372,7 @@ void PhonebookMode::timerEvent(int id)
 void PhonebookMode::updateRedialNumber(const std::string& number)
 {
     PB_TRACE("PhonebookMode::updateRedialNumber()");
-    m_context.m_RedialNumber = number;
+    m_context.setRedialNumber(number);
 }
 
 void PhonebookMode::tab()
@@ -387,13 +387,14 @@ void PhonebookMode::tab()
 // With the state lock held.
 void PhonebookMode::tabhandling(bool leaveTabBar, int direction)
 {
+    PB_TRACE("PhonebookMode::tabhandling()");
     if (m_tabs.isPbxActive()) {
-        changeTab(leaveTabBar, direction);
+        stepToTab(leaveTabBar, direction);
         PB_TRACE("tab() - new tab index: %d", m_tabs.current());
         m_context.m_pDisplay->show();
     } else if (PhonebookStateBase* pState = m_tabs.currentState(); pState && pState->tabValid(&m_context)) {
         leaveDirectory();
-        changeTab(leaveTabBar, direction);
+        stepToTab(leaveTabBar, direction);
         m_context.m_pDisplay->show();
         if (m_tabs.isPbxActive())
             m_pbx.activate(nSTIMULUS_PHONELET);
@@ -404,7 +405,7 @@ void PhonebookMode::tabhandling(bool leaveTabBar, int direction)
     } else {
         PB_TRACE("tab() - tab not allowed");
     }
-    m_tabs.remember();
+    m_tabs.updatePhoneletState();
 }
 
 void PhonebookMode::leaveDirectory()
@@ -426,10 +427,10 @@ void PhonebookMode::arriveAtDirectory()
         pCurrent->setCallContextProvider(&m_context);
 }
 
-void PhonebookMode::changeTab(bool leaveTabBar, int direction)
+void PhonebookMode::stepToTab(bool leaveTabBar, int direction)
 {
     m_tabs.showScreen();
-    m_tabs.change(direction);
+    m_tabs.changeTab(direction);
     if (leaveTabBar)
         m_context.m_pTabScreen->leaveTabBar();
 }
@@ -453,7 +454,7 @@ void PhonebookMode::show()
     }
     PB_TRACE("show() - calling setCallContextProvider()");
     pState->setCallContextProvider(&m_context);
-    m_tabs.selectRemembered();
+    m_tabs.selectDirectoryTypeToShow();
     showLdapSearchPopup(!m_searchPopupOpen);
 }
 

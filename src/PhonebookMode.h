@@ -132,22 +132,22 @@ private:
     void tabhandling(bool leaveTabBar, int direction);
     void leaveDirectory();
     void arriveAtDirectory();
-    void changeTab(bool leaveTabBar, int direction);
+    void stepToTab(bool leaveTabBar, int direction);
     void applyConfiguration(const ManageableData& data);
     void initSoftwareType();
 
     EventContext m_context;
-    // Taken in this order where both are needed.
     Semaphore m_stateLock{1};
-    Semaphore m_dbUpdateLock{1};
     Semaphore m_diallingLock{1};
+    // For m_dbUpdatePending alone; taken inside the state lock, never around it.
+    Semaphore m_dbUpdateLock{1};
     PhonebookTabs m_tabs{m_context};
-    bool m_searchPopupOpen = false;
-    bool m_diallingSeen = false;
+    // Atomic, as the ones below: read and written under different locks, or under none.
+    std::atomic<bool> m_searchPopupOpen{false};
+    std::atomic<bool> m_diallingSeen{false};
     StimulusDisplay m_stimulusDisplay;
     PbxPhonebook m_pbx{m_context, m_tabs, m_stimulusDisplay, *this};
     DirectoryRebuild m_rebuild{m_context, m_tabs};
-    // Read and written under different locks, or under none.
     std::atomic<int> m_softwareType{UNKNOWN};
     std::atomic<int> m_mobilityMode{0};
     std::atomic<bool> m_disableAccessPhonebook{false};

@@ -379,11 +379,12 @@ void PhonebookStateBaseDialer::createDialCommand(EventContext* pContext)
 void PhonebookStateBaseDialer::createRedialCommand(EventContext* pContext)
 {
     PB_TRACE("PhonebookStateBaseDialer::createRedialCommand()");
-    if (pContext->m_RedialNumber.empty())
+    const std::string number = pContext->getRedialNumber();
+    if (number.empty())
         return;
     pContext->m_DialerCommands[DIALER_DIAL] = std::make_unique<DisplayAPI::MenuCommand>(
-        DisplayAPI::TranslationInfo("dialler.redial", pContext->m_pTranslator, pContext->m_RedialNumber));
-    m_numberToDial = pContext->m_RedialNumber;
+        DisplayAPI::TranslationInfo("dialler.redial", pContext->m_pTranslator, number));
+    m_numberToDial = number;
 }
 
 void PhonebookStateBaseDialer::removeDialCommand(EventContext* pContext)

@@ -110,8 +110,9 @@ void PhonebookTabs::showScreen()
     m_context.m_pDisplay->setCurrent(m_context.m_pTabScreen.get());
 }
 
-void PhonebookTabs::change(int direction)
+void PhonebookTabs::changeTab(int direction)
 {
+    PB_TRACE("PhonebookMode::changeTab()");
     if (direction > 0)
         m_context.m_pTabScreen->nextTab();
     else if (direction < 0)
@@ -125,7 +126,7 @@ bool PhonebookTabs::stepTo(int tab)
     return current() == tab;
 }
 
-void PhonebookTabs::remember()
+void PhonebookTabs::updatePhoneletState()
 {
     PB_TRACE("PhonebookMode::updatePhoneletState()");
     if (isLdapActive())
@@ -134,7 +135,7 @@ void PhonebookTabs::remember()
         m_context.m_pPhoneletContext->setPhoneletState(PhonebookPhonelet::nSTATE_NAME, LOCAL_DIRECTORY);
 }
 
-void PhonebookTabs::selectRemembered()
+void PhonebookTabs::selectDirectoryTypeToShow()
 {
     PB_TRACE("PhonebookMode::selectDirectoryTypeToShow()");
     const int directory = m_context.m_pPhoneletContext->getPhoneletState(PhonebookPhonelet::nSTATE_NAME);

@@ -31,12 +31,12 @@ public:
     // Makes the tab screen what the display shows.
     void showScreen();
     // To the next tab for a direction above 0, to the previous one below 0.
-    void change(int direction);
+    void changeTab(int direction);
     // Steps to the next tab until `tab` is current, once round at most. False: it does not exist.
     bool stepTo(int tab);
     // Keeps which directory is current, beyond the telephone's restart, and selects it again.
-    void remember();
-    void selectRemembered();
+    void updatePhoneletState();
+    void selectDirectoryTypeToShow();
 
     // The machine of the current tab, or its state; null on the PBX tab.
     PhonebookStateBase** currentMachine();

@@ -11,7 +11,7 @@ namespace {
 // Log readers look for these lines under the mode, whose operations they name.
 constexpr char nSOURCE[] = "./src/PhonebookMode";
 
-// No display has more rows; a larger number is an error of the PBX and would fill the log.
+// No display has more rows: a larger number would only fill the log, a line for each row.
 constexpr int nLAST_ROW = 99;
 
 } // namespace

@@ -1,7 +1,7 @@
 // The PBX's display, mirrored into the telephone's system window.
 //
 // Its number of lines follows what the PBX says; of the lines themselves 0 to 5 are kept, the
-// others read as empty.
+// others read as empty. A row below 0 or above 99 is an error of the PBX: it changes nothing.
 
 #pragma once
 
