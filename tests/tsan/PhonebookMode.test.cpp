@@ -191,6 +191,13 @@ TEST_F(DrivenFromSeveralThreads, KeepsItsStatesAndItsTabsWhole)
         phonelet.childGainedFocus("CorvanStimulus");
         phonelet.childLostFocus("CorvanStimulus");
     });
+    // The journal's news come beside all of it.
+    const std::string longNumber = "0301234567890123456789";
+    drive([&](int round) { mode().updateRedialNumber(longNumber + std::to_string(round)); });
+    drive([&](int) {
+        const std::string number = context().getRedialNumber();
+        EXPECT_TRUE(number.empty() || number.starts_with(longNumber)) << number;
+    });
     runToTheEnd();
 
     // Nothing was left locked, and nothing pending.

@@ -172,7 +172,8 @@ TEST_F(PbxTab, LogsWhatThePbxSaysOfAFeature)
     startNoting();
     systemStatus("", {"name", "act", "deact", "ON", "maybe", "7"});
 
-    EXPECT_TRUE(log.has("handleCSTASystemStatusEvent()", 4));
+    EXPECT_TRUE(log.has("PhonebookPhonelet::deliverEvent()", 5));
+    EXPECT_EQ(modeLines(4), Texts({"handleCSTASystemStatusEvent()"}));
     EXPECT_TRUE(log.has("handleCSTASystemStatusEvent() - EVENT\n"
                         "          ********** FeatureData **********\n"
                         "          featureName  = name\n"

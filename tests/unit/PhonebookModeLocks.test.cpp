@@ -11,29 +11,44 @@ using DisplayAPI::Command;
 using BusyMode = ModeScreens;
 
 // The limit is real time: all that it ends are waited for together.
-TEST_F(BusyMode, DropsWhatWaitsTenSecondsForTheState)
+TEST_F(BusyMode, DropsWhatWaitsTenSecondsForTheStateButForKeysAndConfiguration)
 {
     offerPbxPhonebook();
     startNoting();
     makeLocalStateBusy();
+    std::thread key([this] {
+        mode().buttonPressedEvent(PhysDefs::keyFunctionType::Digit, 1, PhysDefs::actionType::Pressed, "1");
+    });
+    await("buttonPressedEvent()");
+    std::thread item([this] { change("mobility-mode", "2"); });
+    await("manageableDataChanged() - mobility mode = 2");
+    selectTab(PBX_TAB); // where showing waits, too
     const auto began = std::chrono::steady_clock::now();
     std::vector<std::thread> events;
     for (const std::function<void()>& event : std::vector<std::function<void()>>{
              [&] { command(Command::OK); }, [&] { mode().itemStateChanged(nullptr); },
              [&] { mode().handlePopupDiallerItemStateChanged(nullptr); }, [&] { mode().timerEvent(1); },
-             [&] { mode().tab(); }, [&] { mode().phonebookDatabaseUpdated(); },
+             [&] { mode().tab(); }, [&] { mode().show(); }, [&] { mode().phonebookDatabaseUpdated(); },
              [&] { mode().RestartLocalPhonebook(); }, [&] { phonelet().localeChanged("de"); }})
         events.emplace_back(event);
     for (auto& event : events)
         event.join();
     EXPECT_GE(std::chrono::steady_clock::now() - began, 10s);
-    letLocalStateGo();
+    selectTab(OFFICE_TAB);
 
     EXPECT_TRUE(told.empty());
+    EXPECT_TRUE(handle.pushes.empty());
     EXPECT_EQ(context().m_pCurrentState, &local);
     EXPECT_TRUE(log.texts(2).empty() && log.texts(3).empty()); // dropped without a message
     EXPECT_FALSE(log.has("tab()"));
     EXPECT_FALSE(log.has("phonebookAlphabeticOrderChanged()"));
+    EXPECT_FALSE(log.has("PhonebookStateViewingList::mobilityPhonebookRefreshActive"));
+
+    letLocalStateGo();
+    key.join();
+    item.join();
+    EXPECT_EQ(told, Texts({"local button 1 1 1 1"}));
+    EXPECT_TRUE(log.has("PhonebookStateViewingList::mobilityPhonebookRefreshActive"));
 
     // The language is not taken for the one in force.
     phonelet().localeChanged("de");
@@ -43,25 +58,6 @@ TEST_F(BusyMode, DropsWhatWaitsTenSecondsForTheState)
     note();
     mode().phonebookDatabaseUpdated();
     EXPECT_TRUE(told.empty());
-}
-
-TEST_F(BusyMode, LetsKeysAndConfigurationWaitTheirTurn)
-{
-    startNoting();
-    makeLocalStateBusy();
-    std::thread key([this] {
-        mode().buttonPressedEvent(PhysDefs::keyFunctionType::Digit, 1, PhysDefs::actionType::Pressed, "1");
-    });
-    await("buttonPressedEvent()");
-    std::thread item([this] { change("mobility-mode", "2"); });
-    await("manageableDataChanged() - mobility mode = 2");
-    EXPECT_TRUE(told.empty());
-    EXPECT_FALSE(log.has("PhonebookStateViewingList::mobilityPhonebookRefreshActive"));
-    letLocalStateGo();
-    key.join();
-    item.join();
-
-    EXPECT_EQ(told, Texts({"local button 1 1 1 1"}));
 }
 
 TEST_F(BusyMode, ReportsDiallingBesideAnotherEvent)

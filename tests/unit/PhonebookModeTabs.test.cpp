@@ -71,6 +71,52 @@ TEST_F(ModeTabs, EntersTheLdapStateBeforeTheLocalOne)
               log.position("PhonebookStateViewingList::enterStateEvent"));
 }
 
+TEST_F(ModeTabs, IsBuiltInAFixedOrder)
+{
+    offerPbxPhonebook();
+    load();
+
+    EXPECT_TRUE(wroteInOrder(
+        {"PhonebookMode::PhonebookMode()", "PhonebookMode() - Create LDAP Tab for non-TDM variants",
+         "PhonebookMode() - Set LDAP State for non-TDM variants\n", "LDAPStateViewingList::enterStateEvent()",
+         "PhonebookStateViewingList::enterStateEvent", "PhonebookMode::processRequestSystemStatusRequest()",
+         "addPBXPhonebookTab() - Setting PBX Tab to pos 2 for non-TDM variants"}));
+}
+
+TEST_F(ModeTabs, IsBuiltInAFixedOrderOnTdmVariants)
+{
+    HardwareVersion::setHWVariant(11);
+    offerPbxPhonebook();
+    load();
+
+    EXPECT_TRUE(wroteInOrder(
+        {"PhonebookMode::PhonebookMode()", "PhonebookMode() - Don't create LDAP Tab for TDM variants",
+         "PhonebookMode() - Don't set LDAP State for TDM variants\n",
+         "PhonebookStateViewingList::enterStateEvent", "TDM ZD_HI - set no scroll on Popup dialler",
+         "PhonebookMode::processRequestSystemStatusRequest()",
+         "addPBXPhonebookTab() - Setting PBX Tab to pos 1 for non-TDM variants"}));
+}
+
+TEST_F(ModeTabs, ReachesTheTabBarAboveItsListsAndEndsBelowThem)
+{
+    contact("Adams", "Amy");
+    contact("Baker", "Bob");
+    start();
+    for (const int tab : {OFFICE_TAB, LDAP_TAB}) {
+        selectTab(tab);
+        fillLdapList(2);
+        host.settle();
+        auto& searchList = tab == OFFICE_TAB ? *context().m_pDisplayList : *context().m_pLdapDisplayList;
+        for (int times = 0; times < 3; ++times)
+            press(DOWN);
+        EXPECT_EQ(searchList.getSelectedIndex(), 1) << tab;
+        for (int times = 0; times < 2; ++times)
+            press(UP);
+        EXPECT_TRUE(tabs().isTabBarFocused()) << tab;
+        tabs().leaveTabBar();
+    }
+}
+
 TEST_F(ModeTabs, HasNoLdapTabOnTdmVariants)
 {
     for (const int variant : {10, 11}) {
@@ -310,8 +356,11 @@ TEST_F(ModeTabs, HandsOverOnTheWayToThePbxTab)
 TEST_F(ModeTabs, TakesTheHighlightOffWhileTheTabBarHasTheFocus)
 {
     startOnQra();
+    context().m_pPlaceholderList = std::make_unique<DisplayAPI::SearchList>();
+    EXPECT_TRUE(highlighted(*context().m_pPlaceholderList));
     enterTabBar();
 
+    EXPECT_FALSE(highlighted(*context().m_pPlaceholderList));
     EXPECT_FALSE(highlighted(*context().m_pDisplayList));
     EXPECT_FALSE(highlighted(*context().m_pLdapDisplayList));
     EXPECT_TRUE(told.empty());

@@ -283,6 +283,17 @@ TEST_F(RunningPhonelet, HandsOnWhoIsDialled)
     EXPECT_EQ(digits.parties[0].mode, 0);
 }
 
+TEST_F(RunningPhonelet, KnowsWhoIsDialledWithoutDigitAnalysis)
+{
+    telephone.services["DigitAnalysisServiceIfc"] = nullptr;
+    startNoting();
+    CallPartyIdentifier party;
+
+    EXPECT_TRUE(phonelet().getDialPartyDetails(party));
+    EXPECT_EQ(party.getNumber(), "4711");
+    EXPECT_TRUE(digits.parties.empty());
+}
+
 TEST_F(RunningPhonelet, SaysThatNobodyIsKnownOnThePbxTab)
 {
     offerPbxPhonebook();
@@ -325,6 +336,7 @@ TEST_F(RunningPhonelet, OffersTheLatestDialledCallForRedial)
     auto item = dialled({{"Ann Miller", "0301234", "2024-01-02"}, {"Bob", "0309999", "2024-01-01"}});
     phonelet().dialledCallsUpdate(&item, 3, JournalAction::Added);
     EXPECT_EQ(context().m_RedialNumber, "0301234");
+    EXPECT_TRUE(log.has("PhonebookPhonelet::dialledCallsUpdate()", 5));
 
     auto none = dialled({});
     phonelet().dialledCallsUpdate(&none, 3, JournalAction::Added);

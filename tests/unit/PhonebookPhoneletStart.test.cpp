@@ -64,32 +64,35 @@ TEST_F(StartedPhonelet, IsMadeByTheFactory)
 TEST_F(StartedPhonelet, StartsInAFixedOrder)
 {
     csta.systemStatusResult = 1;
+    configuration.items["mobility-mode"] = "2";
+    configuration.items["disable-access-phonebook"] = "true";
     load();
 
-    const std::vector<std::string> steps{
-        "PhonebookPhonelet::startPhonelet()",
-        "PhonebookControl::getDirectoryService()",
-        "PhonebookControl::getCSTAService()",
-        "PhonebookControl::getDigitAnalysisService()",
-        "PhonebookControl::getDASService()",
-        "PhonebookControl::getTeamService()",
-        "PhonebookControl::getLocalManagementService()",
-        "PhonebookControl::getOBEXService()",
-        "PhonebookControl::getPhysicalInterfaceService()",
-        "Contact Group created",
-        "Phonebook should be populated, number of entries = 0",
-        "PhonebookMode::PhonebookMode()",
-        "PhonebookMode::setNoScrollForQRAHI()",
-        "PhonebookPhonelet::subscribeForCSTAEvents - begin",
-        "PhonebookPhonelet::subscribeForCSTAEvents - end",
-        "PhonebookPhonelet::startPhonelet - failed to subscribe to CSTA Service",
-        "PhonebookControl::getJournalService()",
-        "PhonebookPhonelet::startPhonelet - subscribe to Physical Interface Service done"};
-    std::vector<int> positions;
-    for (const auto& step : steps)
-        positions.push_back(log.position(step));
-    EXPECT_GE(positions.front(), 0);
-    EXPECT_TRUE(std::is_sorted(positions.begin(), positions.end())) << testing::PrintToString(positions);
+    EXPECT_TRUE(
+        wroteInOrder({"PhonebookPhonelet::startPhonelet()",
+                      "PhonebookControl::getDirectoryService()",
+                      "PhonebookControl::getCSTAService()",
+                      "PhonebookControl::getDigitAnalysisService()",
+                      "PhonebookControl::getDASService()",
+                      "PhonebookControl::getTeamService()",
+                      "PhonebookControl::getLocalManagementService()",
+                      "PhonebookControl::getOBEXService()",
+                      "PhonebookControl::getPhysicalInterfaceService()",
+                      "Contact Group created",
+                      "Phonebook should be populated, number of entries = 0",
+                      "PhonebookMode::PhonebookMode()",
+                      "PhonebookMode::setNoScrollForQRAHI()",
+                      "PhonebookPhonelet::subscribeForCSTAEvents - begin",
+                      "PhonebookPhonelet::subscribeForCSTAEvents - end",
+                      "PhonebookPhonelet::startPhonelet - failed to subscribe to CSTA Service",
+                      "PhonebookControl::getJournalService()",
+                      "manageableDataChanged() - mobility mode = 2",
+                      "PhonebookPhonelet::startPhonelet() - CALL observeManageableData for tag "
+                      "<mobility-mode>",
+                      "manageableDataChanged() - disable access phonebook = true",
+                      "PhonebookPhonelet::startPhonelet() - CALL observeManageableData for tag "
+                      "<disable-access-phonebook>",
+                      "PhonebookPhonelet::startPhonelet - subscribe to Physical Interface Service done"}));
 }
 
 TEST_F(StartedPhonelet, SortsInTheConfiguredLanguage)
@@ -416,10 +419,16 @@ TEST_F(StartedPhonelet, GivesEverythingBackAtStop)
     EXPECT_EQ(phonelet().getPhonebookControl(), nullptr);
     EXPECT_EQ(log.texts(5).at(0), "PhonebookPhonelet::stopPhonelet()");
     EXPECT_EQ(log.texts(5).at(1), "PhonebookPhonelet::shutdown()");
-    const auto unsubscribed = log.position("PhonebookPhonelet::unsubscribeCSTAEvents - end");
-    const auto mode = log.position("PhonebookMode::~PhonebookMode()");
-    EXPECT_LT(unsubscribed, mode);
-    EXPECT_LT(mode, log.position("PhonebookControl::~PhonebookControl()"));
+    EXPECT_TRUE(wroteInOrder({"PhonebookPhonelet::unsubscribeCSTAEvents - end",
+                              "PhonebookMode::~PhonebookMode()", "PhonebookList::~PhonebookList()",
+                              "EventContext::~EventContext()", "PhonebookControl::~PhonebookControl()"}));
+    // The first list was the LDAP directory's; the local one outlives the mode, but not the control.
+    const Texts traced = log.texts(5);
+    const auto localList = std::find(traced.rbegin(), traced.rend(), "PhonebookList::~PhonebookList()");
+    const auto control = std::find(traced.rbegin(), traced.rend(), "PhonebookControl::~PhonebookControl()");
+    const auto context = std::find(traced.rbegin(), traced.rend(), "EventContext::~EventContext()");
+    EXPECT_LT(control, localList);
+    EXPECT_LT(localList, context);
 }
 
 TEST_F(StartedPhonelet, IsStoppedTwiceWithoutHarm)

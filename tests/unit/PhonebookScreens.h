@@ -190,6 +190,19 @@ protected:
         }
         return texts;
     }
+    // Whether all of these lines were written, each for the first time after the one before it.
+    testing::AssertionResult wroteInOrder(const Texts& lines) const
+    {
+        int before = -1;
+        for (const auto& line : lines) {
+            const int position = log.position(line);
+            if (position <= before)
+                return testing::AssertionFailure()
+                       << line << " stands at " << position << ", not after " << before;
+            before = position;
+        }
+        return testing::AssertionSuccess();
+    }
     // What was sent since the phonebook started.
     Texts calls() const
     {
