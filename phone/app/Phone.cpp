@@ -107,8 +107,8 @@ void Phone::advance(milliseconds by)
 
 void Phone::makeHosts()
 {
-    for (const auto& spec : m_options.phonelets)
-        m_hosts.push_back(std::make_unique<PhoneletHost>(spec.name, surroundings()));
+    for (const auto& named : m_options.phonelets)
+        m_hosts.push_back(std::make_unique<PhoneletHost>(named.name, surroundings()));
     if (!m_hosts.empty())
         m_router->setPhonebook(m_hosts.front().get());
 }
@@ -142,9 +142,9 @@ PhoneletHost* Phone::hostOf(const std::string& name)
     return host == m_hosts.end() ? nullptr : host->get();
 }
 
-Result<std::unique_ptr<Phonelet>> Phone::makePhonelet(const PhoneletSpec& spec)
+Result<std::unique_ptr<Phonelet>> Phone::makePhonelet(const PhoneletLibrary& named)
 {
-    auto plugin = Plugin::load(spec.library);
+    auto plugin = Plugin::load(named.library);
     if (!plugin)
         return plugin.error();
     m_plugins.push_back(std::move(plugin).value());
@@ -160,13 +160,13 @@ void Phone::startPhonelets()
     if (m_options.setLogLevel)
         m_options.setLogLevel(m_configuration.number("log-level"));
     for (std::size_t i = 0; i < m_hosts.size(); ++i) {
-        const auto& spec = m_options.phonelets[i];
-        const auto started = m_hosts[i]->start([&] { return makePhonelet(spec); });
+        const auto& named = m_options.phonelets[i];
+        const auto started = m_hosts[i]->start([&] { return makePhonelet(named); });
         if (started)
             continue;
         PHONE_ERROR("%s", started.error().sentence.c_str());
         const bool missing = started.error().code == ErrorCode::NotFound;
-        m_idle.addNotice(missing ? "phone.plugin.missing" : "phone.plugin.failed", {spec.name});
+        m_idle.addNotice(missing ? "phone.plugin.missing" : "phone.plugin.failed", {named.name});
     }
     m_bookWasEmpty = true;
     becomeIdle();

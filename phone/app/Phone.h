@@ -30,7 +30,7 @@
 #include "system/Translator.h"
 
 // A phonelet and the library that it comes from.
-struct PhoneletSpec {
+struct PhoneletLibrary {
     std::string name;
     std::filesystem::path library;
 };
@@ -39,7 +39,7 @@ struct PhoneOptions {
     Profile profile;
     std::filesystem::path catalogues; // holds <language>/LC_MESSAGES/deskbook.mo
     // The first one is what the phonebook key opens.
-    std::vector<PhoneletSpec> phonelets;
+    std::vector<PhoneletLibrary> phonelets;
 
     // Null: the system's, and a thread. Not owned.
     ManualClock* clock = nullptr;
@@ -104,7 +104,7 @@ private:
     bool dialsItself(const std::string& number, const std::string& device);
     bool placeCall(const std::string& number, const std::string& device);
     void becomeIdle();
-    Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletSpec& spec);
+    Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletLibrary& spec);
 
     void startPhonelets();
     void stopPhonelets();

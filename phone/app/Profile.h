@@ -14,7 +14,7 @@ struct Profile {
 
     // Everything in one folder.
     static Profile in(const std::filesystem::path& folder);
-    // Where desktop programs keep their files (XDG Base Directory Specification 0.8).
+    // Where desktop programs keep their files (XDG Base Directory 0.8).
     static Profile ofUser();
     // The demo's own folder, beside the user's data.
     static Profile demo();
