@@ -41,7 +41,7 @@ public:
     // A local row from a line of the directory service's list. A line that does not have its four
     // fields gives an empty row.
     explicit PhonebookListEntry(const std::string& item);
-    // A corporate directory row. It keeps the pointer: the attributes outlive the row.
+    // A corporate directory row. It keeps the pointer, which is not null: the attributes outlive the row.
     explicit PhonebookListEntry(AttributeList* attributes);
     virtual ~PhonebookListEntry() = default;
 

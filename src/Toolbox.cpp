@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <locale>
 #include <sstream>
 
 #include <framework/services/LocalMgmtIfc.h>
@@ -65,6 +66,7 @@ std::string Toolbox::itos(int number)
 {
     PB_TRACE("Toolbox::itos()");
     std::ostringstream text;
+    text.imbue(std::locale::classic()); // another locale may group the digits
     text << number;
     return text.str();
 }

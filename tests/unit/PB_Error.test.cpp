@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TraceLines.h"
+
 TEST(PB_Error, NamesATextForEveryCode)
 {
     EXPECT_EQ(PB_Error::getErrorTxt(PB_Error::NAME), "PBerror.name");
@@ -32,4 +34,9 @@ TEST(PB_Error, HasNoTextForSuccessAndForCodesThatDoNotExist)
     EXPECT_EQ(PB_Error::getErrorTxt(PB_Error::SUCCESS), "");
     for (const int code : {-1, 2, 99, 104, 201, 302})
         EXPECT_EQ(PB_Error::getErrorTxt(static_cast<PB_Error::ErrorCode>(code)), "") << code;
+}
+
+TEST(PB_Error, LogsItsOperationByItsName)
+{
+    expectTraces("PB_Error", {{"getErrorTxt", [] { PB_Error::getErrorTxt(PB_Error::NAME); }}});
 }

@@ -7,6 +7,8 @@
 
 #include <framework/services/Utils.h>
 
+#include "TraceLines.h"
+
 namespace {
 
 using Getter = const std::string& (PhonebookFullEntry::*)() const;
@@ -214,6 +216,31 @@ TEST(PhonebookFullEntry, IsBlankWhereAttributesAreMissingAndTakesTheLastOfARepea
     EXPECT_EQ(fieldsOf(entry), expected);
 }
 
+TEST(PhonebookFullEntry, TakesTheLastOfARepeatedNumberAlsoWhenItIsEmpty)
+{
+    const AttributeList attributes = {{Utils::MOBILE, "3"}, {Utils::OFFICE, "1"}, {Utils::OFFICE, ""}};
+    PhonebookFullEntry entry;
+    entry.setAll(&attributes);
+    EXPECT_EQ(entry.getOffice(), "");
+    EXPECT_EQ(entry.getDefaultNumber(), "Office") << "as the row that is made from them";
+}
+
+TEST(PhonebookFullEntry, CutsTheAttributesToTheLimitsUnlessItIsMarked)
+{
+    const AttributeList attributes = {{Utils::SURNAME, std::string(31, 's')},
+                                      {Utils::COMPANY, std::string(41, 'c')}};
+    PhonebookFullEntry entry;
+    entry.setAll(&attributes);
+    EXPECT_EQ(entry.getSurname(), std::string(30, 's'));
+    EXPECT_EQ(entry.getCompany(), std::string(40, 'c'));
+
+    entry.setLDAPPhonebookListEntry(true);
+    entry.setLDAPPhonebookFullEntry(true);
+    entry.setAll(&attributes);
+    EXPECT_EQ(entry.getSurname(), std::string(31, 's'));
+    EXPECT_EQ(entry.getCompany(), std::string(41, 'c'));
+}
+
 TEST(PhonebookFullEntry, DialsTheFirstNumberOfTheAttributesThatIsNotEmpty)
 {
     AttributeList attributes = {
@@ -282,4 +309,47 @@ TEST(PhonebookFullEntry, EqualsARecordThatDiffersInExternalIdOrMarksOnly)
     other.setLDAPPhonebookListEntry(true);
     EXPECT_TRUE(entry == other);
     EXPECT_FALSE(entry != other);
+}
+
+TEST(PhonebookFullEntry, LogsEachOperationByItsName)
+{
+    PhonebookFullEntry entry;
+    const AttributeList attributes;
+    expectTraces("PhonebookFullEntry",
+                 {
+                     {"getOffice", [&] { entry.getOffice(); }},
+                     {"getMobile", [&] { entry.getMobile(); }},
+                     {"getPrivate", [&] { entry.getPrivate(); }},
+                     {"getEmail", [&] { entry.getEmail(); }},
+                     {"getGroup", [&] { entry.getGroup(); }},
+                     {"getCompany", [&] { entry.getCompany(); }},
+                     {"getOffice2", [&] { entry.getOffice2(); }},
+                     {"getAddress", [&] { entry.getAddress(); }},
+                     {"getAddress2", [&] { entry.getAddress2(); }},
+                     {"getJobFunction", [&] { entry.getJobFunction(); }},
+                     {"getPicture", [&] { entry.getPicture(); }},
+                     {"getExternalId", [&] { entry.getExternalId(); }},
+                     {"getGroupIndex", [&] { entry.getGroupIndex(); }},
+                     {"getDefaultPhonebookNo", [&] { entry.getDefaultPhonebookNo(); }},
+                     {"getDefaultIcon", [&] { entry.getDefaultIcon(); }},
+                     {"validateEntry", [&] { entry.validateEntry(); }},
+                     {"setBlank", [&] { entry.setBlank(); }},
+                     {"setOffice", [&] { entry.setOffice("a"); }},
+                     {"setMobile", [&] { entry.setMobile("a"); }},
+                     {"setPrivate", [&] { entry.setPrivate("a"); }},
+                     {"setEmail", [&] { entry.setEmail("a"); }},
+                     {"setCompany", [&] { entry.setCompany("a"); }},
+                     {"setOffice2", [&] { entry.setOffice2("a"); }},
+                     {"setAddress", [&] { entry.setAddress("a"); }},
+                     {"setAddress2", [&] { entry.setAddress2("a"); }},
+                     {"setJobFunction", [&] { entry.setJobFunction("a"); }},
+                     {"setPicture", [&] { entry.setPicture("a"); }},
+                     {"setGroup", [&] { entry.setGroup("a"); }},
+                     {"setExternalId", [&] { entry.setExternalId("a"); }},
+                     {"setGroupIndex", [&] { entry.setGroupIndex(1); }},
+                     {"setLDAPPhonebookFullEntry", [&] { entry.setLDAPPhonebookFullEntry(true); }},
+                     {"setAll", [&] { entry.setAll(fifteen); }},
+                     {"setAll", [&] { entry.setAll(&attributes); }},
+                     {"operator==", [&] { static_cast<void>(entry == entry); }},
+                 });
 }

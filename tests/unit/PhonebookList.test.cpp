@@ -1,6 +1,7 @@
 #include "PhonebookList.h"
 
 #include <algorithm>
+#include <memory>
 #include <random>
 #include <stdexcept>
 
@@ -11,6 +12,8 @@
 #include <testing/FakeDigitAnalysis.h>
 #include <testing/FakeDirectoryService.h>
 #include <testing/LogCapture.h>
+
+#include "TraceLines.h"
 
 namespace {
 
@@ -55,6 +58,30 @@ protected:
 
     FakeDirectoryService directory;
     PhonebookList list{&directory};
+};
+
+// Answers for itself what other operations of the list ask.
+class AnsweringList final : public PhonebookList {
+public:
+    using PhonebookList::PhonebookList;
+
+    std::vector<int> updatedRows;
+    PhonebookListEntry row;
+
+    int updateEntry(PhonebookFullEntry*, int& newIndex, int rowIndex) override
+    {
+        updatedRows.push_back(rowIndex);
+        newIndex = 5;
+        return 7;
+    }
+    PhonebookListEntry elementAt(unsigned int) override { return row; }
+};
+
+// As it stands, but for the group that it says it shows.
+class GroupThreeList final : public PhonebookList {
+public:
+    using PhonebookList::PhonebookList;
+    int getGroupIndication() override { return 3; }
 };
 
 class LdapResults : public LocalList {
@@ -311,6 +338,17 @@ TEST_F(LocalList, DeletesAllOrTheShownGroup)
     EXPECT_EQ(directory.requests.back().find("<Entry>"), std::string::npos);
 }
 
+TEST_F(LocalList, DeletesOnlyThoseWithoutAGroupWhenTheyAreShown)
+{
+    directory.add("Miller", "Jane", "", "", "3");
+    directory.add("Adams", "Zoe");
+    list.populate(0);
+    EXPECT_EQ(list.deleteAll(), 0);
+    EXPECT_EQ(list.size(), 0u);
+    EXPECT_EQ(directory.records.size(), 1u);
+    EXPECT_NE(directory.requests.back().find("<Entry><Group>0</Group></Entry>"), std::string::npos);
+}
+
 TEST_F(LocalList, KeepsTheRowsWhenTheyCannotBeDeleted)
 {
     directory.add("Miller", "Jane");
@@ -525,6 +563,99 @@ TEST_F(LocalList, LetsTheRowsGrowByTheirOwnRuleWhenTheRoomIsUsedUp)
     EXPECT_EQ(log.count("PhonebookList::bumpPhonebookCapacity()"), 0);
 }
 
+TEST_F(LocalList, MakesRoomAgainOnceTheRowsHaveGrownByThemselves)
+{
+    const LogCapture log;
+    const int bumps[] = {0, 0, 0, 0, 0, 1, 2}; // a vector doubles its room: 1, 2, 4, 8
+    for (const int expected : bumps) {
+        auto entry = record("Miller");
+        int index = -7;
+        ASSERT_EQ(list.addEntry(&entry, index), 0);
+        EXPECT_EQ(log.count("PhonebookList::bumpPhonebookCapacity()"), expected) << list.size();
+    }
+}
+
+TEST_F(LocalList, MakesRoomOnceBeforeItIsFilled)
+{
+    directory.add("Miller", "Jane");
+    directory.add("Adams", "Zoe");
+    const LogCapture log;
+    list.populate(-1);
+    EXPECT_EQ(log.count("PhonebookList::bumpPhonebookCapacity()"), 1);
+}
+
+TEST_F(LocalList, AddsThroughTheUpdateOfADerivedList)
+{
+    AnsweringList derived(&directory);
+    auto entry = record("Miller");
+    int index = -7;
+    EXPECT_EQ(derived.addEntry(&entry, index), 7);
+    EXPECT_EQ(index, 5);
+    EXPECT_EQ(derived.updatedRows, std::vector<int>{-1});
+}
+
+TEST_F(LocalList, AsksADerivedListForTheRowThatItReadsOrDeletes)
+{
+    directory.add("Miller", "Jane");
+    AnsweringList derived(&directory);
+    derived.populate(-1);
+    derived.row.setUniqueId("elsewhere");
+    PhonebookFullEntry entry;
+    EXPECT_EQ(derived.getFullEntry(0, entry), 0);
+    EXPECT_EQ(derived.deleteEntry(0), 101);
+    ASSERT_EQ(directory.requests.size(), 2u);
+    for (const auto& request : directory.requests)
+        EXPECT_NE(request.find("<UniqueID>elsewhere</UniqueID>"), std::string::npos) << request;
+}
+
+TEST_F(LocalList, AsksADerivedListForTheGroupThatItShows)
+{
+    GroupThreeList derived(&directory);
+    auto other = record("Miller", "", "4");
+    auto member = record("Miller", "", "3");
+    int index = -7;
+    EXPECT_EQ(derived.addEntry(&other, index), 0);
+    EXPECT_EQ(index, -1);
+    EXPECT_EQ(derived.size(), 0u);
+    EXPECT_EQ(derived.addEntry(&member, index), 0);
+    EXPECT_EQ(index, 0);
+}
+
+TEST_F(LocalList, LogsEachOperationByItsName)
+{
+    directory.add("Miller", "Jane");
+    list.populate(-1);
+    auto entry = record("Adams");
+    int index = 0;
+    auto gone = std::make_unique<PhonebookList>(&directory);
+    const auto mode = displayMode::SurnameFirstname;
+    expectTraces("PhonebookList",
+                 {
+                     {"PhonebookList", [&] { PhonebookList made(&directory); }},
+                     {"PhonebookList", [&] { PhonebookList made(&directory, nullptr); }},
+                     {"~PhonebookList", [&] { gone.reset(); }},
+                     {"addEntry", [&] { list.addEntry(&entry, index); }},
+                     {"updateEntry", [&] { list.updateEntry(&entry, index, -1); }},
+                     {"elementAt", [&] { list.elementAt(0); }},
+                     {"getFullEntry", [&] { list.getFullEntry(0, entry); }},
+                     {"deleteEntry", [&] { list.deleteEntry(0); }},
+                     {"setDisplayMode", [&] { list.setDisplayMode(mode); }},
+                     {"setDisplayQualifier", [&] { list.setDisplayQualifier(displayQualifier::None); }},
+                     {"setLDAPPhonebookList", [&] { list.setLDAPPhonebookList(false); }},
+                     {"bumpPhonebookCapacity", [&] { list.bumpPhonebookCapacity(1); }},
+                     {"size", [&] { list.size(); }},
+                     {"deleteAll", [&] { list.deleteAll(); }},
+                     {"getDisplayMode", [&] { list.getDisplayMode(); }},
+                     {"getDisplayQualifier", [&] { list.getDisplayQualifier(); }},
+                     {"getGroupIndication", [&] { list.getGroupIndication(); }},
+                     {"convertToCanonical", [&] { list.convertToCanonical(); }},
+                     {"getNickNameResultIndicator", [&] { list.getNickNameResultIndicator(); }},
+                     {"isNicknameAttributeActive", [&] { list.isNicknameAttributeActive(); }},
+                     {"sortListBySortMode", [&] { list.sortListBySortMode(); }},
+                     {"getDisplayQualifierFromDatabase", [&] { list.getDisplayQualifierFromDatabase(); }},
+                 });
+}
+
 TEST_F(LocalList, NeedsNoDirectoryService)
 {
     PhonebookList alone(nullptr);
@@ -625,8 +756,18 @@ TEST_F(LdapResults, MarksItsRowsInEitherCase)
     for (const bool marked : {false, true}) {
         ldap.setLDAPPhonebookList(marked);
         find({longName, trailer});
-        EXPECT_EQ(ldap.elementAt(0).getSurname(), std::string(40, 's'));
+        auto row = ldap.elementAt(0);
+        EXPECT_EQ(row.getSurname(), std::string(40, 's'));
+        row.setFirstname(std::string(40, 'f'));
+        EXPECT_EQ(row.getFirstname(), std::string(40, 'f'));
     }
+}
+
+TEST_F(LdapResults, MakesRoomOnceBeforeItIsFilled)
+{
+    const LogCapture log;
+    find({miller, adams, trailer});
+    EXPECT_EQ(log.count("PhonebookList::bumpPhonebookCapacity()"), 1);
 }
 
 TEST_F(LdapResults, SortsByTheQualifierToo)

@@ -5,7 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <framework/services/Utils.h>
-#include <testing/LogCapture.h>
+
+#include "TraceLines.h"
 
 namespace {
 
@@ -207,15 +208,44 @@ TEST(PhonebookListEntry, MovesItsTexts)
     EXPECT_EQ(moved.getSurname().data(), text);
 }
 
+TEST(PhonebookListEntry, ShowsAQualifierAloneWhereThereIsNoName)
+{
+    AttributeList attributes = {{Utils::SURNAME, "Miller"}, {Utils::COMPANY, "Acme"}};
+    EXPECT_EQ(PhonebookListEntry(&attributes)
+                  .getDisplayName(static_cast<displayMode>(4), displayQualifier::Company),
+              " (Acme)");
+    AttributeList nameless = {{Utils::COMPANY, "Acme"}};
+    EXPECT_EQ(PhonebookListEntry(&nameless).getDisplayName(displayMode::FirstnameSurname,
+                                                           displayQualifier::Company),
+              " (Acme)");
+}
+
+TEST(PhonebookListEntry, DialsANumberThatIsRepeatedEmpty)
+{
+    AttributeList attributes = {{Utils::OFFICE, "1"}, {Utils::OFFICE, ""}, {Utils::MOBILE, "3"}};
+    EXPECT_EQ(PhonebookListEntry(&attributes).getDefaultNumber(), "Office");
+}
+
 TEST(PhonebookListEntry, LogsEachOperationByItsName)
 {
     PhonebookListEntry row;
-    const LogCapture log;
-    row.setUniqueId("id7");
-    row.getUniqueId();
-    row.getDisplayName(displayMode::SurnameFirstname, displayQualifier::None);
-    EXPECT_EQ(log.texts(5), (std::vector<std::string>{"PhonebookListEntry::setUniqueId()",
-                                                      "PhonebookListEntry::getUniqueId()",
-                                                      "PhonebookListEntry::getDisplayName()"}));
-    EXPECT_EQ(log.lines()[0].file, "./src/PhonebookListEntry");
+    AttributeList attributes;
+    const auto none = displayQualifier::None;
+    expectTraces("PhonebookListEntry",
+                 {
+                     {"PhonebookListEntry", [] { PhonebookListEntry(); }},
+                     {"PhonebookListEntry", [] { PhonebookListEntry(std::string("a")); }},
+                     {"PhonebookListEntry", [&] { PhonebookListEntry made(&attributes); }},
+                     {"getUniqueId", [&] { row.getUniqueId(); }},
+                     {"getFirstname", [&] { row.getFirstname(); }},
+                     {"getSurname", [&] { row.getSurname(); }},
+                     {"getDefaultNumber", [&] { row.getDefaultNumber(); }},
+                     {"getFullRecordPointer", [&] { row.getFullRecordPointer(); }},
+                     {"setUniqueId", [&] { row.setUniqueId("a"); }},
+                     {"setDefaultNumber", [&] { row.setDefaultNumber("a"); }},
+                     {"setFirstname", [&] { row.setFirstname("a"); }},
+                     {"setSurname", [&] { row.setSurname("a"); }},
+                     {"setLDAPPhonebookListEntry", [&] { row.setLDAPPhonebookListEntry(true); }},
+                     {"getDisplayName", [&] { row.getDisplayName(displayMode::SurnameFirstname, none); }},
+                 });
 }

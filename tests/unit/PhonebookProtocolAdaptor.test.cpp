@@ -4,6 +4,8 @@
 
 #include <testing/FakeDirectoryService.h>
 
+#include "TraceLines.h"
+
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -169,12 +171,12 @@ TEST(PhonebookProtocolAdaptor, LeavesTheFieldsAloneWhenARecordCannotBeRead)
 TEST(PhonebookProtocolAdaptor, DeletesOneRecordById)
 {
     FakeDirectoryService directory;
-    const std::string id = "id7";
+    const std::string id = "id&7";
     directory.answer = answer("delete_response");
     EXPECT_EQ(PhonebookProtocolAdaptor::deleteEntry(&directory, &id), 1);
     EXPECT_EQ(directory.requests,
               (Strings{prologue + "<ReasonForMessage>delete_request</ReasonForMessage><Entry>"
-                                  "<UniqueID>id7</UniqueID></Entry></Schema>"}));
+                                  "<UniqueID>id&7</UniqueID></Entry></Schema>"}));
     directory.answer = answer("read_response");
     EXPECT_EQ(PhonebookProtocolAdaptor::deleteEntry(&directory, &id), 0);
     directory.answer = answer("failure");
@@ -233,6 +235,11 @@ TEST(PhonebookProtocolAdaptor, DropsTheEmptyPieceAfterALastNewline)
     Strings items;
     EXPECT_EQ(PhonebookProtocolAdaptor::getListData(&directory, -1, items), 1);
     EXPECT_EQ(items, (Strings{"a", "", "b"}));
+
+    directory.list = "a\n\n";
+    Strings more;
+    EXPECT_EQ(PhonebookProtocolAdaptor::getListData(&directory, -1, more), 1);
+    EXPECT_EQ(more, (Strings{"a", ""}));
 }
 
 TEST(PhonebookProtocolAdaptor, HasNoItemsForAnEmptyList)
@@ -289,4 +296,21 @@ TEST(PhonebookProtocolAdaptor, NamesTheDefaultNumberOfACode)
     EXPECT_EQ(PhonebookProtocolAdaptor::dataBaseEnum2IconName("4"), "Private");
     for (const char* code : {"0", "5", "", "01", "1 "})
         EXPECT_EQ(PhonebookProtocolAdaptor::dataBaseEnum2IconName(code), "None") << code;
+}
+
+TEST(PhonebookProtocolAdaptor, LogsEachOperationByItsName)
+{
+    std::string text = "id7";
+    Strings strings;
+    expectTraces("PhonebookProtocolAdaptor",
+                 {
+                     {"addFullEntry", [&] { write(nullptr, {}, text); }},
+                     {"getFullEntryData",
+                      [&] { PhonebookProtocolAdaptor::getFullEntryData(nullptr, &text, strings); }},
+                     {"deleteEntry", [&] { PhonebookProtocolAdaptor::deleteEntry(nullptr, &text); }},
+                     {"deleteAll", [] { PhonebookProtocolAdaptor::deleteAll(nullptr, -1); }},
+                     {"getListData", [&] { PhonebookProtocolAdaptor::getListData(nullptr, -1, strings); }},
+                     {"getEntryData", [&] { PhonebookProtocolAdaptor::getEntryData(&text, strings); }},
+                     {"dataBaseEnum2IconName", [] { PhonebookProtocolAdaptor::dataBaseEnum2IconName("1"); }},
+                 });
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TraceLines.h"
+
 namespace {
 
 PhonebookXmlParser parsed(std::string text)
@@ -156,6 +158,20 @@ TEST(PhonebookXmlParser, StoresNoTextBeforeTheFirstElementThatItKnows)
     EXPECT_EQ(parser.responseType(), 0);
 }
 
+TEST(PhonebookXmlParser, KeepsTheElementButNotItsTextWhenASchemaBegins)
+{
+    const auto parser =
+        parsed("<Entry><Surname>Miller</Surname><Schema name=\"PhoneBook\">Smith</Schema></Entry>");
+    EXPECT_EQ(parser.getSurname(), "Smith");
+    EXPECT_TRUE(parser.queryStatus());
+}
+
+TEST(PhonebookXmlParser, TakesTheNameOfTheLastSchema)
+{
+    EXPECT_FALSE(parsed("<Schema name=\"PhoneBook\"><Schema name=\"Other\"/></Schema>").queryStatus());
+    EXPECT_TRUE(parsed("<Schema name=\"PhoneBook\"><Schema/></Schema>").queryStatus());
+}
+
 TEST(PhonebookXmlParser, SetsNothingFromADocumentThatIsNotWellFormed)
 {
     for (const char* text : {"<Schema name=\"PhoneBook\"><Surname>Miller</Surname>", "text", " ", "<a></b>",
@@ -181,4 +197,40 @@ TEST(PhonebookXmlParser, ReadsOnlyTheBytesThatItIsGiven)
     char text[] = "<Surname>Miller</Surname>and more";
     const PhonebookXmlParser parser(text, 25);
     EXPECT_EQ(parser.getSurname(), "Miller");
+}
+
+TEST(PhonebookXmlParser, LogsEachOperationByItsName)
+{
+    PhonebookXmlParser parser;
+    const char* noAttributes[] = {nullptr};
+    char text[] = "<a/>";
+    expectTraces("PhonebookXmlParser",
+                 {
+                     {"PhonebookXmlParser", [] { PhonebookXmlParser(); }},
+                     {"PhonebookXmlParser", [&] { PhonebookXmlParser(text, 4); }},
+                     {"parseXml", [&] { parser.parseXml(text, 4); }},
+                     {"queryStatus", [&] { parser.queryStatus(); }},
+                     {"responseType", [&] { parser.responseType(); }},
+                     {"result", [&] { parser.result(); }},
+                     {"xmlStartElement", [&] { parser.xmlStartElement("a", noAttributes); }},
+                     {"xmlEndElement", [&] { parser.xmlEndElement("a"); }},
+                     {"xmlCharacterDataHandler", [&] { parser.xmlCharacterDataHandler(text, 4); }},
+                     {"getFailureMessage", [&] { parser.getFailureMessage(); }},
+                     {"getSurname", [&] { parser.getSurname(); }},
+                     {"getFirstname", [&] { parser.getFirstname(); }},
+                     {"getOffice", [&] { parser.getOffice(); }},
+                     {"getMobile", [&] { parser.getMobile(); }},
+                     {"getPrivate", [&] { parser.getPrivate(); }},
+                     {"getEmail", [&] { parser.getEmail(); }},
+                     {"getGroup", [&] { parser.getGroup(); }},
+                     {"getDefaultNumber", [&] { parser.getDefaultNumber(); }},
+                     {"getCompany", [&] { parser.getCompany(); }},
+                     {"getOffice2", [&] { parser.getOffice2(); }},
+                     {"getAddress", [&] { parser.getAddress(); }},
+                     {"getAddress2", [&] { parser.getAddress2(); }},
+                     {"getJobFunction", [&] { parser.getJobFunction(); }},
+                     {"getPicture", [&] { parser.getPicture(); }},
+                     {"getUniqueId", [&] { parser.getUniqueId(); }},
+                     {"getExternalId", [&] { parser.getExternalId(); }},
+                 });
 }

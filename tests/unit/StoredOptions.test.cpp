@@ -52,6 +52,14 @@ TEST_F(StoredOptions, EachListReadsItsOwnTags)
     EXPECT_EQ(ldap.getDisplayQualifier(), displayQualifier::Company);
 }
 
+TEST_F(StoredOptions, TheLocalListNeverReadsAQualifier)
+{
+    directory.options = {{"", 5}, {"LdapQualifier", 8}};
+    PhonebookList local(&directory);
+    EXPECT_EQ(local.getDisplayQualifierFromDatabase(), displayQualifier::None);
+    EXPECT_EQ(local.getDisplayQualifier(), displayQualifier::None);
+}
+
 TEST_F(StoredOptions, TheWayAListIsMadeDecidesOnItsTags)
 {
     directory.options = {{"DisplayOptions", 1}, {"LdapDisplayOptions", 2}, {"LdapQualifier", 8}};
@@ -113,6 +121,8 @@ TEST_F(StoredOptions, WithoutADirectoryServiceAllAreZero)
     PhonebookList ldap(nullptr, &digitAnalysis);
     ldap.setDisplayMode(displayMode::InitialSurname);
     ldap.setDisplayQualifier(displayQualifier::Mobile);
+    EXPECT_EQ(ldap.getDisplayMode(), displayMode::InitialSurname);
+    EXPECT_EQ(ldap.getDisplayQualifier(), displayQualifier::Mobile);
     EXPECT_EQ(ldap.savePhonebookOptionsInDatabase("LdapQualifier", 5), 0);
     EXPECT_EQ(ldap.getDisplayOptionFromDatabase(), displayMode::SurnameFirstname);
     EXPECT_EQ(ldap.getDisplayMode(), displayMode::SurnameFirstname);

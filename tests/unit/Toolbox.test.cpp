@@ -1,11 +1,14 @@
 #include "Toolbox.h"
 
 #include <climits>
+#include <locale>
 
 #include <gtest/gtest.h>
 
 #include <testing/FakeLocalMgmt.h>
 #include <testing/LogCapture.h>
+
+#include "TraceLines.h"
 
 TEST(Toolbox, LeavesRowsAsTheyAreWithASoftKeyBar)
 {
@@ -52,6 +55,17 @@ TEST(Toolbox, WritesNumbersAsDecimalText)
     EXPECT_EQ(Toolbox::itos(0), "0");
     EXPECT_EQ(Toolbox::itos(1234567), "1234567");
     EXPECT_EQ(Toolbox::itos(INT_MIN), std::to_string(INT_MIN));
+}
+
+TEST(Toolbox, WritesNumbersWithoutThePointsOfALocale)
+{
+    struct Grouping : std::numpunct<char> {
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    EXPECT_EQ(Toolbox::itos(-1234567), "-1234567");
+    std::locale::global(before);
 }
 
 TEST(Toolbox, KeepsTextThatHasNoMoreBytesThanTheLimit)
@@ -146,13 +160,23 @@ TEST(Toolbox, SaysOnTheStandardOutputWhichFieldHasNoSize)
 namespace {
 
 // Says that it read the item but leaves no value.
-class ForgetfulLocalMgmt final : public LocalMgmtIfc {
+class ForgetfulLocalMgmt : public LocalMgmtIfc {
 public:
     bool read(ManageableData&) override { return true; }
     void observeManageableData(const std::string&, MgmtAgentIfc*) override {}
     std::vector<std::string> getPictureClips() override { return {}; }
     std::string pictureNameFromPath(const std::string&) override { return ""; }
     std::string picturePathFromName(const std::string&) override { return ""; }
+};
+
+// Leaves a value but says that it could not read the item.
+class RefusingLocalMgmt final : public ForgetfulLocalMgmt {
+public:
+    bool read(ManageableData& data) override
+    {
+        data.setValue(data.getRootId(), "de");
+        return false;
+    }
 };
 
 } // namespace
@@ -170,19 +194,29 @@ TEST(Toolbox, GivesQuestionMarksForAnItemThatItCannotRead)
 {
     FakeLocalMgmt localMgmt;
     ForgetfulLocalMgmt forgetful;
+    RefusingLocalMgmt refusing;
     EXPECT_EQ(Toolbox::getValueFromOCMS(nullptr, "language"), "???");
     EXPECT_EQ(Toolbox::getValueFromOCMS(&localMgmt, "language"), "???");
     EXPECT_EQ(Toolbox::getValueFromOCMS(&forgetful, "language"), "???");
+    EXPECT_EQ(Toolbox::getValueFromOCMS(&refusing, "language"), "???");
 }
 
 TEST(Toolbox, LogsEachOperationByItsName)
 {
-    const LogCapture log;
-    Toolbox::itos(1);
-    const auto lines = log.lines();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].component, "PhonebookPhonelet");
-    EXPECT_EQ(lines[0].file, "./src/Toolbox");
-    EXPECT_EQ(lines[0].level, 5);
-    EXPECT_EQ(lines[0].text, "Toolbox::itos()");
+    testing::internal::CaptureStdout();
+    expectTraces("Toolbox",
+                 {
+                     {"displayToPhonebookIndex", [] { Toolbox::displayToPhonebookIndex(1, true); }},
+                     {"phonebookToDisplayIndex", [] { Toolbox::phonebookToDisplayIndex(1, true); }},
+                     {"displayToGroupListIndex", [] { Toolbox::displayToGroupListIndex(1, true); }},
+                     {"stoi", [] { Toolbox::stoi("1"); }},
+                     {"itos", [] { Toolbox::itos(1); }},
+                     {"truncateStringsProperly", [] { Toolbox::truncateStringsProperly("a", 1); }},
+                     {"removeLeadingSpaces", [] { Toolbox::removeLeadingSpaces("a"); }},
+                     {"removeTrailingSpaces", [] { Toolbox::removeTrailingSpaces("a"); }},
+                     {"removeLeadingAndTrailingSpaces", [] { Toolbox::removeLeadingAndTrailingSpaces("a"); }},
+                     {"getFieldSizeFromVector", [] { Toolbox::getFieldSizeFromVector({}, "a"); }},
+                     {"getValueFromOCMS", [] { Toolbox::getValueFromOCMS(nullptr, "a"); }},
+                 });
+    testing::internal::GetCapturedStdout();
 }
