@@ -185,9 +185,14 @@ TEST(PhonebookFullEntry, ThrowsAtTheFirstFieldThatIsMissing)
     EXPECT_EQ(fieldsOf(entry), expected);
     EXPECT_EQ(entry.getUniqueId(), "id7");
 
-    PhonebookFullEntry other;
-    EXPECT_THROW(other.setAll(std::vector<std::string>{"surname"}), std::out_of_range);
-    EXPECT_EQ(other.getSurname(), "surname");
+    for (std::size_t count = 0; count < fifteen.size(); ++count) {
+        const auto end = fifteen.begin() + static_cast<std::ptrdiff_t>(count);
+        std::vector<std::string> there(fifteen.begin(), end);
+        PhonebookFullEntry other;
+        EXPECT_THROW(other.setAll(there), std::out_of_range) << count;
+        there.resize(fifteen.size());
+        EXPECT_EQ(fieldsOf(other), there) << count;
+    }
 }
 
 TEST(PhonebookFullEntry, IsFilledFromTheAttributesOfTheCorporateDirectory)

@@ -109,6 +109,15 @@ TEST_F(QuickSearch, LooksAtTheNameAsItIsShown)
     EXPECT_EQ(search("miller"), (Result{0, 0}));
 }
 
+TEST_F(QuickSearch, LooksAtTheInitialWhereOnlyThatIsShown)
+{
+    directory.add("Miller", "Jane");
+    list.populate(-1);
+    list.setDisplayMode(displayMode::SurnameInitial);
+    EXPECT_EQ(search("miller, j"), (Result{1, 0}));
+    EXPECT_EQ(search("miller, ja"), (Result{0, 0}));
+}
+
 TEST_F(QuickSearch, LooksAtTheQualifierToo)
 {
     PhonebookList ldap(&directory, nullptr);
