@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <framework/display/Icons.h>
-
 #include "EventContext.h"
 #include "PhonebookList.h"
 #include "PhonebookLog.h"
@@ -21,9 +19,9 @@ ListCommands::ListCommands() = default;
 
 ListCommands::~ListCommands() = default;
 
-void ListCommands::construct(EventContext* pContext)
+void ListCommands::constructMenuCommands(EventContext* pContext)
 {
-    PB_TRACE("ListCommands::construct()");
+    PB_TRACE("ListCommands::constructMenuCommands()");
     if (m_commands[NEW_CONTACT])
         return;
     create(pContext, NEW_CONTACT, "new.contact");

@@ -47,9 +47,9 @@ public:
     ~ListCommands();
 
     // Creates them; they are kept for the life of this object.
-    void construct(EventContext* pContext);
+    void constructMenuCommands(EventContext* pContext);
 
-    // Null before construct().
+    // Null before constructMenuCommands().
     DisplayAPI::MenuCommand* command(Choice choice) const;
     // Nothing for a command that is not one of these.
     std::optional<Choice> choiceOf(const DisplayAPI::Command* pCommand) const;

@@ -112,6 +112,23 @@ void ListPopups::showError(EventContext* pContext, int code)
     pContext->m_pDisplay->setCurrent(m_pError.get());
 }
 
+void ListPopups::showFetching(EventContext* pContext)
+{
+    PB_TRACE("ListPopups::showFetching()");
+    if (!m_pFetching) {
+        m_pFetching = makeProgress();
+        m_pFetching->setText(TranslationInfo("Mobility.Fetching.Directory", pContext->m_pTranslator));
+    }
+    pContext->m_pDisplay->setCurrent(m_pFetching.get());
+}
+
+void ListPopups::hideFetching()
+{
+    PB_TRACE("ListPopups::hideFetching()");
+    if (m_pFetching)
+        m_pFetching->dismiss();
+}
+
 bool ListPopups::isAllDeleted(const DisplayAPI::Displayable* pDisplayable) const
 {
     PB_TRACE("ListPopups::isAllDeleted()");

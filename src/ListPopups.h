@@ -1,4 +1,5 @@
-// What the local list shows while it deletes, and afterwards.
+// What the local list shows over itself: while it deletes, afterwards, and while the telephone
+// fetches another user's phonebook.
 
 #pragma once
 
@@ -17,7 +18,7 @@ public:
     ListPopups();
     ~ListPopups();
 
-    // Builds all five anew: those that are on the screen go.
+    // Builds those of deleting anew, all five: what is on the screen of them goes.
     void construct(EventContext* pContext);
 
     // Delete behind a progress message. 0, or a PB_Error code.
@@ -29,6 +30,10 @@ public:
     void showAllDeleted(EventContext* pContext);
     void showEntryDeleted(EventContext* pContext);
     void showError(EventContext* pContext, int code);
+
+    // Made once, and kept.
+    void showFetching(EventContext* pContext);
+    void hideFetching();
 
     bool isAllDeleted(const DisplayAPI::Displayable* pDisplayable) const;
     bool isEntryDeleted(const DisplayAPI::Displayable* pDisplayable) const;
@@ -42,4 +47,5 @@ private:
     std::unique_ptr<DisplayAPI::PopupNotification> m_pAllDeleted;
     std::unique_ptr<DisplayAPI::PopupProgress> m_pDeletingEntry;
     std::unique_ptr<DisplayAPI::PopupNotification> m_pEntryDeleted;
+    std::unique_ptr<DisplayAPI::PopupProgress> m_pFetching;
 };

@@ -5,7 +5,6 @@
 #include <framework/PhoneletIfc.h>
 #include <framework/display/Display.h>
 #include <framework/display/ListItem.h>
-#include <framework/display/PopupProgress.h>
 #include <framework/services/OBEXServiceIfc.h>
 
 #include "ContactCard.h"
@@ -27,8 +26,6 @@ constexpr int nLIST_ROW = 1; // the kind of a row in a search list
 constexpr int nALL_ENTRIES = -1;
 constexpr int nWITHOUT_GROUP = 0;
 constexpr unsigned nROWS_PER_QUERY = 8;
-constexpr int nPROGRESS_KIND = 1;
-constexpr int nPROGRESS_TYPE = 1;
 constexpr int nWARNING = 1; // a question before something is lost
 
 // None for a number that is not the entry's.
@@ -48,8 +45,6 @@ CallPartyIdentifier::PhoneNumberIconType iconOfNumber(const PhonebookFullEntry& 
 
 } // namespace
 
-PhonebookStateViewingList::PhonebookStateViewingList() = default;
-
 PhonebookStateViewingList::~PhonebookStateViewingList() = default;
 
 bool PhonebookStateViewingList::tabValid(EventContext* pContext)
@@ -61,9 +56,9 @@ bool PhonebookStateViewingList::tabValid(EventContext* pContext)
 PhonebookStateBase* PhonebookStateViewingList::tabFrom(EventContext*)
 {
     PB_TRACE("PhonebookStateViewingList::tabFrom");
-    if (mFetchingPopupActive && m_pFetchingPopup) {
+    if (mFetchingPopupActive) {
         PB_TRACE("PhonebookStateViewingList::tabFrom - mFetchingPopupActive = true - dismiss popup");
-        m_pFetchingPopup->dismiss();
+        m_popups.hideFetching();
     }
     return this;
 }
@@ -81,7 +76,7 @@ void PhonebookStateViewingList::enterStateEvent(EventContext* pContext)
     PB_TRACE("PhonebookStateViewingList::enterStateEvent");
     setCallContextProvider(pContext);
     constructDisplayList(pContext);
-    m_commands.construct(pContext);
+    m_commands.constructMenuCommands(pContext);
     m_popups.construct(pContext);
     if (pContext->m_pGroupDisplayList)
         pContext->m_pGroupDisplayList->setWaitAnimation(false);
@@ -100,8 +95,8 @@ void PhonebookStateViewingList::exitStateEvent(EventContext* pContext)
     clearCallContextProvider(pContext);
     dismissDialingPopups(pContext);
     pContext->m_ContextMenu.dismiss();
-    if (mFetchingPopupActive && m_pFetchingPopup)
-        m_pFetchingPopup->dismiss();
+    if (mFetchingPopupActive)
+        m_popups.hideFetching();
 }
 
 PhonebookStateBase* PhonebookStateViewingList::backEvent(EventContext* pContext,
@@ -272,18 +267,11 @@ bool PhonebookStateViewingList::mobilityPhonebookRefreshActive(EventContext* pCo
 {
     PB_TRACE("PhonebookStateViewingList::mobilityPhonebookRefreshActive");
     mFetchingPopupActive = active;
-    if (!active) {
-        if (m_pFetchingPopup)
-            m_pFetchingPopup->dismiss();
-        return false;
-    }
-    if (!m_pFetchingPopup) {
-        m_pFetchingPopup = std::make_unique<DisplayAPI::PopupProgress>(nPROGRESS_KIND);
-        m_pFetchingPopup->setType(nPROGRESS_TYPE);
-        m_pFetchingPopup->setText(TranslationInfo("Mobility.Fetching.Directory", pContext->m_pTranslator));
-    }
-    pContext->m_pDisplay->setCurrent(m_pFetchingPopup.get());
-    return true;
+    if (active)
+        m_popups.showFetching(pContext);
+    else
+        m_popups.hideFetching();
+    return active;
 }
 
 bool PhonebookStateViewingList::mobilityPhonebookRefreshPending()

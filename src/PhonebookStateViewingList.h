@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include <framework/display/TranslationInfo.h>
@@ -13,14 +12,8 @@
 #include "ListPopups.h"
 #include "PhonebookStateBaseDialer.h"
 
-namespace DisplayAPI {
-class PopupProgress;
-} // namespace DisplayAPI
-
 class PhonebookStateViewingList final : public PhonebookStateBaseDialer {
 public:
-    PhonebookStateViewingList();
-
     bool tabValid(EventContext* pContext) override;
     PhonebookStateBase* tabFrom(EventContext* pContext) override;
     PhonebookStateBase* tabTo(EventContext* pContext) override;
@@ -99,7 +92,6 @@ private:
 
     ListCommands m_commands;
     ListPopups m_popups;
-    std::unique_ptr<DisplayAPI::PopupProgress> m_pFetchingPopup;
     bool mFetchingPopupActive = false;
     bool m_redialAllowed = false;
 };

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <functional>
+
 #include "PhonebookScreens.h"
 
 namespace {
@@ -28,6 +31,72 @@ TEST(EventContext, StartsWithTheTwoListsAndNothingSelected)
     EXPECT_NE(context.m_pGroupDisplayList, nullptr);
     EXPECT_EQ(context.m_pPreviousLdapDisplayList, nullptr);
     EXPECT_EQ(context.m_pGroupList, nullptr);
+}
+
+// Screens come first: they are made before, and die after, the widgets that all of them use.
+TEST(EventContext, KeepsEveryPartInItsPlace)
+{
+    const EventContext c;
+    const std::vector<const void*> parts{&c.m_ViewingList,
+                                         &c.m_CreatingEntry,
+                                         &c.m_DisplayOptions,
+                                         &c.m_EditGroup,
+                                         &c.m_FatalError,
+                                         &c.m_ViewingGroups,
+                                         &c.m_Refreshing,
+                                         &c.m_LdapViewingList,
+                                         &c.m_LdapFind,
+                                         &c.m_LdapDisplayOptions,
+                                         &c.m_LdapQualifierOptions,
+                                         &c.m_LdapCreatingEntry,
+                                         &c.m_LdapDisplayingEntry,
+                                         &c.m_LdapSavingEntry,
+                                         &c.m_pCurrentState,
+                                         &c.m_pLdapCurrentState,
+                                         &c.m_ContextMenu,
+                                         &c.m_PopupConfirm,
+                                         &c.m_PopupNotification,
+                                         &c.m_PopupDialer,
+                                         &c.m_PopupLineSelectionNeeded,
+                                         &c.m_PopupNoLineAvailable,
+                                         &c.m_DialerCommands,
+                                         &c.m_pDisplayList,
+                                         &c.m_pPlaceholderList,
+                                         &c.m_pLdapDisplayList,
+                                         &c.m_pPreviousLdapDisplayList,
+                                         &c.m_pGroupDisplayList,
+                                         &c.m_pPhonelet,
+                                         &c.m_pPhoneletHandle,
+                                         &c.m_pTabScreen,
+                                         &c.m_pDisplay,
+                                         &c.m_HasSoftKeyBar,
+                                         &c.m_pDisplayableBeforePopup,
+                                         &c.m_pListener,
+                                         &c.m_pPhoneletContext,
+                                         &c.m_pPhonebookList,
+                                         &c.m_pLdapPhonebookList,
+                                         &c.m_pGroupList,
+                                         &c.m_pTranslator,
+                                         &c.m_pCstaService,
+                                         &c.m_pDirectoryService,
+                                         &c.m_pLocalMgmt,
+                                         &c.m_pDataAccessService,
+                                         &c.m_pDigitAnalysisService,
+                                         &c.m_pTeamService,
+                                         &c.m_pObexService,
+                                         &c.m_SelectedEntryIndex,
+                                         &c.m_SelectedEntry,
+                                         &c.m_SelectedGroupIndex,
+                                         &c.m_LdapEntryIndex,
+                                         &c.m_LdapEntry,
+                                         &c.m_RedialNumber,
+                                         &c.m_LastDialledNumber,
+                                         &c.m_OfficeTabIndex,
+                                         &c.m_LdapTabIndex,
+                                         &c.m_CallRequestInitiated,
+                                         &c.m_LanguageChangeWhenVisible,
+                                         &c.m_SoftwareType};
+    EXPECT_TRUE(std::is_sorted(parts.begin(), parts.end(), std::less<>()));
 }
 
 TEST(EventContext, GoesWhileItsListsStandInTabs)
@@ -116,6 +185,20 @@ TEST_F(SharedContext, MakesListsThatSearchAndReachTheTabBar)
     press(DOWN);
     EXPECT_EQ(context().m_pDisplayList->getSelectedIndex(), 1); // no wrap-around
     press(UP);
+    press(UP);
+    EXPECT_TRUE(context().m_pTabScreen->isTabBarFocused());
+}
+
+TEST_F(SharedContext, MakesDirectoryListsThatReportWhatIsTyped)
+{
+    start();
+    context().reallocateLdapDisplayList(true);
+    phonelet().tab();
+    context().m_LdapViewingList.enterStateEvent(&context());
+    host.settle();
+    log.clear();
+    type("m");
+    EXPECT_TRUE(log.has("itemStateChanged()"));
     press(UP);
     EXPECT_TRUE(context().m_pTabScreen->isTabBarFocused());
 }

@@ -123,6 +123,21 @@ TEST_F(StateBase, GoesToRefreshWhenTheDirectoryChanges)
     EXPECT_EQ(list().getDisplayMode(), displayMode::FirstnameSurname);
 }
 
+TEST_F(StateBase, ReadsTheOptionsOfBothDirectoriesInTheirOrder)
+{
+    start();
+    log.clear();
+    state.phonebookDatabaseUpdated(&context());
+    Texts reads;
+    for (const auto& text : traces("./src/PhonebookList")) {
+        if (text.find("FromDatabase") != std::string::npos)
+            reads.push_back(text);
+    }
+    EXPECT_EQ(reads, (Texts{"getDisplayOptionFromDatabase Function Entered",
+                            "PhonebookList::getDisplayQualifierFromDatabase()",
+                            "getDisplayOptionFromDatabase Function Entered"}));
+}
+
 TEST_F(StateBase, LeavesTheCorporateDirectoryAloneWhileItIsEmpty)
 {
     start();

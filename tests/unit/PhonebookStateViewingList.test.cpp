@@ -180,7 +180,7 @@ TEST_F(ViewingList, EntersInItsOrder)
     int last = -1;
     for (const char* step :
          {"PhonebookStateViewingList::enterStateEvent", "PhonebookStateBaseDialer::setCallContextProvider()",
-          "PhonebookStateViewingList::constructDisplayList", "ListCommands::construct()",
+          "PhonebookStateViewingList::constructDisplayList", "ListCommands::constructMenuCommands()",
           "ListPopups::construct()", "PhonebookStateViewingList::setDisplayListCurrent"}) {
         const int position = log.position(step);
         EXPECT_GT(position, last) << step;
@@ -207,7 +207,9 @@ TEST_F(ViewingList, ForgetsAPopupThatItBuildsAnew)
     choose("delete");
     ASSERT_EQ(screen(), "! delete.entry.confirm(Adams, Amy)\n");
     context().m_pDisplayableBeforePopup = display().getCurrent();
+    const auto oldPopup = display().getCurrent()->watch();
     enter();
+    EXPECT_TRUE(oldPopup.expired());
     EXPECT_EQ(context().m_pDisplayableBeforePopup, nullptr);
 
     context().m_pDisplayableBeforePopup = context().m_pTabScreen.get();
@@ -257,11 +259,16 @@ TEST_F(ViewingList, SaysThatADirectoryIsFetched)
     EXPECT_EQ(screen(), "~ Mobility.Fetching.Directory\n");
     EXPECT_EQ(top().type, 1);
     EXPECT_TRUE(state().mobilityPhonebookRefreshPending());
+    const auto id = top().id;
 
     EXPECT_FALSE(state().mobilityPhonebookRefreshActive(&context(), false));
     host.settle();
     EXPECT_EQ(popups(), 0u);
     EXPECT_FALSE(state().mobilityPhonebookRefreshPending());
+
+    state().mobilityPhonebookRefreshActive(&context(), true);
+    host.settle();
+    EXPECT_EQ(top().id, id); // the same one again
 }
 
 TEST_F(ViewingList, HasNothingFetchedAtFirst)
@@ -445,6 +452,13 @@ TEST_F(ViewingList, DoesNothingWithOkWithoutContacts)
     EXPECT_EQ(calls(), Texts{});
 }
 
+TEST_F(ViewingList, OpensTheOptionsWithOkWithoutContactsAndSoftKeys)
+{
+    start(Bar::None);
+    press(OK);
+    EXPECT_EQ(rows(), (Texts{"new.contact", "groups.menu"}));
+}
+
 TEST_F(ViewingList, TakesKeysOfItsListOnlyButClearsTheDirectorysMarksForAll)
 {
     threeContacts();
@@ -456,7 +470,9 @@ TEST_F(ViewingList, TakesKeysOfItsListOnlyButClearsTheDirectorysMarksForAll)
          {&PhonebookStateViewingList::okEvent, &PhonebookStateViewingList::rightEvent}) {
         context().m_SelectedEntry.setLDAPPhonebookListEntry(true);
         context().m_SelectedEntry.setLDAPPhonebookFullEntry(true);
+        log.clear();
         EXPECT_EQ((state().*handler)(&context(), nullptr, &context().m_ContextMenu), &state());
+        EXPECT_TRUE(log.has("PhonebookList::setLDAPPhonebookList()", 5));
         context().m_SelectedEntry.setSurname(longText);
         context().m_SelectedEntry.setOffice(longText);
         EXPECT_EQ(context().m_SelectedEntry.getSurname().size(), 30u);

@@ -93,6 +93,28 @@ TEST_F(Deleting, DeletesTheEntryBehindAProgressMessage)
     EXPECT_EQ(selectedRow(), 1);
 }
 
+TEST_F(Deleting, DeletesAnEntryInItsOrder)
+{
+    threeContacts();
+    start();
+    askToDelete("b");
+    log.clear();
+    directory.whileBusy = [this] {
+        EXPECT_FALSE(display().shows(context().m_PopupConfirm));
+        EXPECT_EQ(digits.provider, nullptr);
+        EXPECT_EQ(widget().size(), 3);
+    };
+    choose("delete");
+    int last = -1;
+    for (const char* step : {" - DELETE", "Toolbox::phonebookToDisplayIndex()", "clearCallContextProvider()",
+                             "PhonebookList::deleteEntry()", "entry deleted"}) {
+        const int position = log.position(step);
+        EXPECT_GT(position, last) << step;
+        last = position;
+    }
+    EXPECT_EQ(context().m_SelectedEntryIndex, 1);
+}
+
 TEST_F(Deleting, DeletesTheRowBelowTheOptions)
 {
     threeContacts();
@@ -155,9 +177,12 @@ TEST_F(Deleting, ShowsWhyAnEntryCouldNotBeDeleted)
     EXPECT_EQ(screen(), "! PBerror.dbDelete\n");
     EXPECT_EQ(top().type, 2);
     EXPECT_EQ(widget().size(), 3);
+    EXPECT_FALSE(log.has("entry deleted"));
     EXPECT_EQ(selectedRow(), 1);
 
-    wait(3000ms);
+    wait(2999ms);
+    EXPECT_EQ(screen(), "! PBerror.dbDelete\n");
+    wait(1ms);
     EXPECT_TRUE(log.has("- hidden event off popup error notification", 5));
     EXPECT_EQ(popups(), 1u);
     EXPECT_EQ(top().role, DisplayAPI::FrameRole::Menu);
@@ -213,7 +238,9 @@ TEST_F(Deleting, DeletesAllBehindAProgressMessage)
     EXPECT_TRUE(log.has("- dirList deleted", 5));
     EXPECT_EQ(widget().size(), 0);
 
-    wait(3000ms);
+    wait(2999ms);
+    EXPECT_EQ(screen(), "! delete.all.entries.confirm\n");
+    wait(1ms);
     EXPECT_EQ(popups(), 0u);
     EXPECT_EQ(rows(), Texts{"no.contacts"});
 }

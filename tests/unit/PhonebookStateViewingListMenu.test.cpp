@@ -34,10 +34,10 @@ protected:
         const auto texts = rows();
         return std::find(texts.begin(), texts.end(), label) != texts.end();
     }
-    // The selected command's event, as if it were on a menu.
-    PhonebookStateBase* chosen(Choice choice)
+    // The command's event, as if it were on the popup.
+    PhonebookStateBase* chosen(Choice choice, DisplayAPI::Displayable* pPopup)
     {
-        return state().screenEvent(&context(), state().commands().command(choice), &context().m_ContextMenu);
+        return state().screenEvent(&context(), state().commands().command(choice), pPopup);
     }
 };
 
@@ -255,7 +255,7 @@ TEST_F(ListMenu, DoesNothingWithFindBackupAndRestore)
     const auto before = host.screen();
     for (const auto choice :
          {ListCommands::FIND, ListCommands::BACKUP, ListCommands::RESTORE, ListCommands::SECOND_FIND})
-        EXPECT_EQ(chosen(choice), &state());
+        EXPECT_EQ(chosen(choice, &context().m_ContextMenu), &state());
     host.settle();
     EXPECT_EQ(host.screen(), before);
 }
@@ -268,6 +268,60 @@ TEST_F(ListMenu, IgnoresCommandsThatAreNotItsOwn)
     EXPECT_EQ(state().screenEvent(&context(), nullptr, nullptr), &state());
     host.settle();
     EXPECT_EQ(popups(), 0u);
+}
+
+// --- What comes first when a command and what it was chosen on both mean something ---
+
+TEST_F(ListMenu, TakesTheEndOfAllDeletedBeforeAnyCommand)
+{
+    allNumbers();
+    start();
+    openEntryMenu();
+    choose("delete.all");
+    choose("delete.all.entries");
+    ASSERT_EQ(screen(), "! delete.all.entries.confirm\n");
+    EXPECT_EQ(chosen(ListCommands::GROUPS, display().getCurrent()), &state());
+    host.settle();
+    EXPECT_EQ(rows(), Texts{"no.contacts"});
+}
+
+TEST_F(ListMenu, TakesTheEndOfAnErrorBeforeAnyCommand)
+{
+    allNumbers();
+    start();
+    openEntryMenu();
+    choose("delete");
+    directory.failure = "damaged";
+    choose("delete");
+    ASSERT_EQ(screen(), "! PBerror.dbDelete\n");
+    EXPECT_EQ(chosen(ListCommands::GROUPS, display().getCurrent()), &state());
+    EXPECT_EQ(display().getCurrent(), &context().m_ContextMenu);
+}
+
+TEST_F(ListMenu, TakesCommandsOfTheListBeforePopupsAndThoseBeforeCommandsOfTheEntry)
+{
+    allNumbers();
+    start();
+    openEntryMenu();
+    choose("delete");
+    choose("delete");
+    ASSERT_EQ(screen(), "! delete.entry.confirm(Adams, Amy)\n");
+    auto* const pDeleted = display().getCurrent();
+    for (DisplayAPI::Displayable* pPopup :
+         {static_cast<DisplayAPI::Displayable*>(&context().m_PopupDialer),
+          static_cast<DisplayAPI::Displayable*>(&context().m_PopupLineSelectionNeeded),
+          static_cast<DisplayAPI::Displayable*>(&context().m_PopupNoLineAvailable), pDeleted}) {
+        EXPECT_EQ(chosen(ListCommands::GROUPS, pPopup), &context().m_ViewingGroups);
+        EXPECT_EQ(chosen(ListCommands::DISPLAY_OPTIONS, pPopup), &context().m_DisplayOptions);
+        EXPECT_EQ(chosen(ListCommands::NEW_CONTACT, pPopup), &context().m_CreatingEntry);
+        EXPECT_EQ(chosen(ListCommands::DETAILS, pPopup), &state());
+        EXPECT_EQ(chosen(ListCommands::DIAL_DEFAULT, pPopup), &state());
+        EXPECT_EQ(chosen(ListCommands::DIRECTED_PICKUP, pPopup), &state());
+    }
+    host.settle();
+    EXPECT_EQ(calls(), Texts{});
+    EXPECT_EQ(screen(), "! delete.entry.confirm(Adams, Amy)\n");
+    EXPECT_FALSE(display().shows(context().m_ContextMenu));
 }
 
 // --- Dialling ---
@@ -368,8 +422,12 @@ TEST_F(ListMenu, KnowsTheCallPartysIconOfEveryDialCommand)
         EXPECT_EQ(number, expectedNumber);
         EXPECT_EQ(icon, expectedIcon);
     }
-    std::string number = "before";
-    auto icon = CallPartyIdentifier::MOBILE;
+    DisplayAPI::MenuCommand foreign(DisplayAPI::TranslationInfo::plain("dial"));
+    std::string number;
+    auto icon = CallPartyIdentifier::NONE;
+    state().transformCommandToPhoneNumberAndIcon(&context(), &foreign, number, icon);
+    EXPECT_EQ(number, "102");
+    EXPECT_EQ(icon, CallPartyIdentifier::MOBILE);
     state().transformCommandToPhoneNumberAndIcon(&context(), nullptr, number, icon);
     EXPECT_EQ(number, "");
     EXPECT_EQ(icon, CallPartyIdentifier::NONE);
