@@ -69,4 +69,4 @@ private:
 };
 
 // What a plug-in exports. The caller owns the phonelet and deletes it before it unloads the library.
-extern "C" using CreatePhonelet = Phonelet*();
+extern "C" using CreatePhonelet = Phonelet * ();

@@ -63,9 +63,9 @@ public:
     int compareRaw(const std::string& left, const std::string& right) const
     {
         UErrorCode status = U_ZERO_ERROR;
-        const UCollationResult result = m_order->compareUTF8(
-            icu::StringPiece(left.data(), static_cast<int32_t>(left.size())),
-            icu::StringPiece(right.data(), static_cast<int32_t>(right.size())), status);
+        const UCollationResult result =
+            m_order->compareUTF8(icu::StringPiece(left.data(), static_cast<int32_t>(left.size())),
+                                 icu::StringPiece(right.data(), static_cast<int32_t>(right.size())), status);
         return result != UCOL_EQUAL ? static_cast<int>(result) : left.compare(right);
     }
 

@@ -16,5 +16,6 @@ public:
     // Tells `observer` of the keys in `groups`, besides what they do on the screen. Not owned. False
     // for no group, or one that the telephone does not know.
     // [phonelet-thread]
-    virtual bool subscribe(physicalEventObserver* observer, const std::vector<PhysDefs::SubscriptionGrp>& groups) = 0;
+    virtual bool subscribe(physicalEventObserver* observer,
+                           const std::vector<PhysDefs::SubscriptionGrp>& groups) = 0;
 };

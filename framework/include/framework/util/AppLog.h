@@ -11,7 +11,8 @@ class FRAMEWORK_API AppLogSink {
 public:
     virtual ~AppLogSink();
     virtual bool isEnabled(const char* component, int level) const = 0;
-    virtual void write(const char* component, const char* file, int level, int line, const std::string& text) = 0;
+    virtual void write(const char* component, const char* file, int level, int line,
+                       const std::string& text) = 0;
 };
 
 class FRAMEWORK_API AppLog {

@@ -25,7 +25,7 @@ public:
     std::string crossRefId = "monitor-1";
     std::string systemStatus;
     FeatureData feature{communicationsServiceTexts::content_feature_name_pbxphonebook, "", "", "",
-                        communicationsServiceTexts::content_feature_unavailable, ""};
+                        communicationsServiceTexts::content_feature_unavailable,       ""};
     // When set, answers in place of the above.
     std::function<void(CSTARequest&)> answer;
     CSTAMonitorFilter filter;
@@ -73,7 +73,8 @@ private:
         else if (dynamic_cast<CSTASystemStatusRequest*>(&request))
             request.setResponse(systemStatusResult, std::make_unique<CSTASystemStatusResponse>());
         else if (dynamic_cast<CSTARequestSystemStatusRequest*>(&request))
-            request.setResponse(featureResult, std::make_unique<CSTARequestSystemStatusResponse>(systemStatus, feature));
+            request.setResponse(featureResult,
+                                std::make_unique<CSTARequestSystemStatusResponse>(systemStatus, feature));
         else if (dynamic_cast<CSTAMakeCallRequest*>(&request) && makeCallResult != 0)
             request.setResponse(makeCallResult, std::make_unique<CSTAErrorCode>(makeCallCause));
         else if (dynamic_cast<CSTAMakeCallRequest*>(&request))

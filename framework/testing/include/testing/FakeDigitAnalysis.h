@@ -18,7 +18,9 @@ public:
     bool clears = true;
     std::vector<std::pair<std::string, int>> dialStrings;
     std::vector<std::string> converted; // what was passed to convertToCanonical(), before
-    std::function<std::string(const std::string&)> canonical = [](const std::string& number) { return number; };
+    std::function<std::string(const std::string&)> canonical = [](const std::string& number) {
+        return number;
+    };
     struct Party {
         CallPartyIdentifier party;
         bool result;

@@ -64,8 +64,12 @@ public:
                     const std::string& code = "", const std::string& group = "0")
     {
         const std::string id = nextId();
-        records[id] = {{"Surname", surname}, {"Firstname", firstname}, {"Office", office},
-                       {"DefaultNumber", !code.empty() ? code : office.empty() ? "0" : "1"},
+        records[id] = {{"Surname", surname},
+                       {"Firstname", firstname},
+                       {"Office", office},
+                       {"DefaultNumber", !code.empty()    ? code
+                                         : office.empty() ? "0"
+                                                          : "1"},
                        {"Group", group}};
         return id;
     }
@@ -77,8 +81,8 @@ public:
         if (answer)
             return *answer;
         if (!failure.empty())
-            return document("failure", "<FailureMessage>" + ClientUtils::escapeXMLString(failure) +
-                                           "</FailureMessage>");
+            return document("failure",
+                            "<FailureMessage>" + ClientUtils::escapeXMLString(failure) + "</FailureMessage>");
         const std::string reason = element(xml, "ReasonForMessage");
         if (reason == "read_request")
             return read(element(xml, "UniqueID"));
@@ -99,7 +103,8 @@ public:
     {
         listCalls.push_back(groupTag);
         busy();
-        return list ? *list : listOf([&](const Record& record) { return value(record, "Group") == groupTag; });
+        return list ? *list
+                    : listOf([&](const Record& record) { return value(record, "Group") == groupTag; });
     }
 
     DirectoryStatus search(PhonebookSearchCriteria& criteria, PhonebookSearchResults& results,
@@ -189,8 +194,8 @@ private:
     }
     static std::string document(const std::string& reason, const std::string& rest)
     {
-        return "<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"PhoneBook\"><ReasonForMessage>" + reason +
-               "</ReasonForMessage>" + rest + "</Schema>";
+        return "<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"PhoneBook\"><ReasonForMessage>" +
+               reason + "</ReasonForMessage>" + rest + "</Schema>";
     }
     std::string nextId() { return "id" + std::to_string(1000 + ++m_ids); }
 
@@ -200,8 +205,8 @@ private:
             return document("failure", "<FailureMessage>No such entry</FailureMessage>");
         std::string fields;
         for (const char* name : nELEMENTS)
-            fields += "<" + std::string(name) + ">" + ClientUtils::escapeXMLString(value(records[id], name)) + "</" +
-                      name + ">";
+            fields += "<" + std::string(name) + ">" + ClientUtils::escapeXMLString(value(records[id], name)) +
+                      "</" + name + ">";
         return document("read_response", "<Entry><UniqueID>" + id + "</UniqueID>" + fields + "</Entry>");
     }
     std::string write(const std::string& xml)
@@ -225,7 +230,8 @@ private:
         }
         const bool ofOneGroup = xml.find("<Group>") != std::string::npos;
         const std::string tag = element(xml, "Group");
-        std::erase_if(records, [&](const auto& entry) { return !ofOneGroup || value(entry.second, "Group") == tag; });
+        std::erase_if(records,
+                      [&](const auto& entry) { return !ofOneGroup || value(entry.second, "Group") == tag; });
         return document("delete_response", "");
     }
     template <typename Wanted> std::string listOf(Wanted wanted)

@@ -26,7 +26,8 @@ public:
     bool accepts = true;
     std::vector<std::pair<physicalEventObserver*, std::vector<PhysDefs::SubscriptionGrp>>> subscriptions;
 
-    bool subscribe(physicalEventObserver* observer, const std::vector<PhysDefs::SubscriptionGrp>& groups) override
+    bool subscribe(physicalEventObserver* observer,
+                   const std::vector<PhysDefs::SubscriptionGrp>& groups) override
     {
         subscriptions.emplace_back(observer, groups);
         return accepts;
