@@ -1,4 +1,5 @@
-// Scrolling: as little as needed to keep the cursor in sight.
+// Scrolling: a step moves as little as needed to keep the cursor in sight; a jump shows what follows
+// the row it went to.
 
 #pragma once
 
@@ -12,8 +13,14 @@ inline int scrolled(int top, int selected, int count, int rows)
 {
     if (rows <= 0)
         return 0;
-    top = std::min(top, selected);
-    top = std::max(top, selected - rows + 1);
+    const bool isStepUp = selected == top - 1;
+    const bool isStepDown = selected == top + rows;
+    if (isStepUp)
+        top = selected;
+    else if (isStepDown)
+        ++top;
+    else if (selected < top || selected > top + rows)
+        top = selected - 1; // the row before it tells that there is more above
     return std::clamp(top, 0, std::max(count - rows, 0));
 }
 

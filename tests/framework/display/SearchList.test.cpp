@@ -50,20 +50,33 @@ TEST_F(SearchListTest, PaintsVisibleRowsOnly)
     EXPECT_EQ(host.frame->base.rowCount, 100'000);
 }
 
-TEST_F(SearchListTest, ScrollsAsLittleAsNeeded)
+TEST_F(SearchListTest, ScrollsByOneRowWhenTheCursorStepsOutOfSight)
 {
     fill(20);
-    list.setSelectedIndex(9);
-    host.settle();
-    EXPECT_EQ(host.frame->base.rows.front().position, 2);
+    const auto firstRowAt = [&](int selected) {
+        list.setSelectedIndex(selected);
+        host.settle();
+        return host.frame->base.rows.front().position;
+    };
+    EXPECT_EQ(firstRowAt(7), 0);
+    EXPECT_EQ(firstRowAt(8), 1);
+    EXPECT_EQ(firstRowAt(4), 1);
+    EXPECT_EQ(firstRowAt(1), 1);
+    EXPECT_EQ(firstRowAt(0), 0);
+}
 
-    list.setSelectedIndex(5);
-    host.settle();
-    EXPECT_EQ(host.frame->base.rows.front().position, 2);
-
-    list.setSelectedIndex(1);
-    host.settle();
-    EXPECT_EQ(host.frame->base.rows.front().position, 1);
+TEST_F(SearchListTest, ShowsWhatFollowsTheRowItJumpedTo)
+{
+    fill(40);
+    const auto firstRowAt = [&](int selected) {
+        list.setSelectedIndex(selected);
+        host.settle();
+        return host.frame->base.rows.front().position;
+    };
+    EXPECT_EQ(firstRowAt(20), 19);
+    EXPECT_EQ(firstRowAt(5), 4);
+    EXPECT_EQ(firstRowAt(39), 32);
+    EXPECT_EQ(firstRowAt(0), 0);
 }
 
 TEST_F(SearchListTest, KeepsARowSmall)
