@@ -39,10 +39,12 @@ public:
     // Only when ok(); otherwise std::bad_variant_access.
     T& value() & { return std::get<0>(m_outcome); }
     const T& value() const& { return std::get<0>(m_outcome); }
-    T&& value() && { return std::get<0>(std::move(m_outcome)); }
+    // By value: what comes out of a temporary outlives it.
+    T value() && { return std::get<0>(std::move(m_outcome)); }
 
     // Only when not ok(); otherwise std::bad_variant_access.
-    const Error& error() const { return std::get<1>(m_outcome); }
+    const Error& error() const& { return std::get<1>(m_outcome); }
+    Error error() && { return std::get<1>(std::move(m_outcome)); }
 
 private:
     std::variant<T, Error> m_outcome;
@@ -61,7 +63,8 @@ public:
     explicit operator bool() const { return ok(); }
 
     // Only when not ok(); otherwise std::bad_optional_access.
-    const Error& error() const { return m_error.value(); }
+    const Error& error() const& { return m_error.value(); }
+    Error error() && { return std::move(m_error).value(); }
 
 private:
     std::optional<Error> m_error;
