@@ -104,7 +104,7 @@ private:
     bool dialsItself(const std::string& number, const std::string& device);
     bool placeCall(const std::string& number, const std::string& device);
     void becomeIdle();
-    Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletLibrary& spec);
+    Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletLibrary& named);
 
     void startPhonelets();
     void stopPhonelets();
