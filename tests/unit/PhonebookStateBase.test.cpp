@@ -201,6 +201,10 @@ TEST_F(StateBase, FillsTheDirectoryListWithTheIconsOfTheDefaultNumbers)
     EXPECT_EQ(ldapRows(), (Texts{"A", "B", "C", "D", "E"}));
     EXPECT_EQ(ldapIcons(), (std::vector<int>{3, 4, 5, 2, 0}));
     EXPECT_EQ(ldapList().getSelectedIndex(), 0);
+
+    ldapList().setSelectedIndex(3);
+    state.constructLdapDisplayList(&context());
+    EXPECT_EQ(ldapList().getSelectedIndex(), 0);
 }
 
 TEST_F(StateBase, ShowsTheQualifierBesideNamesOfTheDirectory)

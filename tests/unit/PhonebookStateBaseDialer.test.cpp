@@ -210,6 +210,22 @@ TEST_F(Dialling, OpensTheDiallerWithANumber)
     EXPECT_EQ(context().m_pDisplayableBeforePopup, context().m_pTabScreen.get());
 }
 
+TEST_F(Dialling, StartsAfreshWhenItIsSetUpWhileItIsUp)
+{
+    startCalling();
+    openDialler("4711");
+    choose("edit.number");
+    type("5");
+    openDialler("0815");
+    EXPECT_EQ(screen(), "Line 1 Jane Miller\n0815\n#\n");
+    EXPECT_FALSE(top().dialler.editMode);
+    choose("dialler.dial");
+    EXPECT_EQ(calls(), Texts{"MakeCall 0815"});
+    openDialler("");
+    EXPECT_EQ(screen(), "Line 1 dialler.Please.Dial\n#\n");
+    EXPECT_EQ(context().m_pDisplayableBeforePopup, context().m_pTabScreen.get());
+}
+
 TEST_F(Dialling, ShowsTheDiallersCommandsAsRowsWithoutSoftKeys)
 {
     startCalling(Bar::None);

@@ -527,6 +527,16 @@ TEST_F(ViewingList, ReturnsFromAGroupToTheWholePhonebook)
     EXPECT_EQ(handle.left, Texts{"PhoneBookPhonelet"});
 }
 
+TEST_F(ViewingList, LetsNoListWaitAfterItReturnedFromAGroup)
+{
+    start();
+    showGroup(0);
+    context().m_pTabScreen->setCurrentTabIndex(1);
+    state().backEvent(&context(), nullptr, &widget());
+    ASSERT_NE(context().m_pPlaceholderList, nullptr); // its tab still holds it
+    EXPECT_EQ(waitAnimations(*context().m_pPlaceholderList), 0);
+}
+
 TEST_F(ViewingList, ReturnsFromTheEntriesWithoutGroupToo)
 {
     threeContacts();
@@ -697,6 +707,19 @@ TEST_F(ViewingList, RedialsTheSelectedContactWhenItIsAllowedOnce)
     context().setCallRequestInitiated(false);
     choose("dialler.redial(0815)");
     EXPECT_EQ(calls(), (Texts{"MakeCall 100", "MakeCall 300", "MakeCall 0815"}));
+}
+
+TEST_F(ViewingList, DialsWhatIsTypedEvenIfRedialIsAllowed)
+{
+    threeContacts();
+    start();
+    mode().updateRedialNumber("0815");
+    type("c");
+    dialingStarts("");
+    state().allowRedial();
+    type("42");
+    choose("dialler.dial");
+    EXPECT_EQ(calls(), Texts{"MakeCall 42"});
 }
 
 TEST_F(ViewingList, RefusesRedialWhileACallIsUnderWay)

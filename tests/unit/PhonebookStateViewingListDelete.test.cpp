@@ -51,6 +51,7 @@ TEST_F(Deleting, AsksBeforeItDeletesAnEntry)
     start();
     askToDelete("b");
     EXPECT_EQ(screen(), "? delete.entry.prompt(Baker, Bob)\n");
+    EXPECT_EQ(top().state, 1); // a warning
     EXPECT_EQ(commands(), (Texts{"delete", "cancel"}));
     EXPECT_EQ(directory.records.size(), 3u);
 }
@@ -211,6 +212,19 @@ TEST_F(Deleting, TakesTheProgressAwayWhenDeletingEndsUnexpectedly)
 
 // --- All entries ---
 
+TEST_F(Deleting, AsksEitherQuestionWithItsOwnAnswers)
+{
+    threeContacts();
+    start();
+    askToDelete("b");
+    choose("cancel");
+    choose("delete.all");
+    EXPECT_EQ(commands(), (Texts{"delete.all.entries", "cancel"}));
+    choose("cancel");
+    choose("delete");
+    EXPECT_EQ(commands(), (Texts{"delete", "cancel"}));
+}
+
 TEST_F(Deleting, AsksBeforeItDeletesAll)
 {
     threeContacts();
@@ -230,6 +244,7 @@ TEST_F(Deleting, DeletesAllBehindAProgressMessage)
     askToDeleteAll();
     watchScreenDuringRequests();
     choose("delete.all.entries");
+    EXPECT_FALSE(display().shows(context().m_PopupConfirm));
     EXPECT_EQ(seen(), "~ deleting.all.entries\n1");
     EXPECT_EQ(directory.records.size(), 0u);
     EXPECT_EQ(screen(), "! delete.all.entries.confirm\n");

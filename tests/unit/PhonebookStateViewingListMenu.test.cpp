@@ -186,9 +186,11 @@ TEST_F(ListMenu, ClosesWithBack)
     allNumbers();
     start();
     openEntryMenu();
+    context().m_pTabScreen->setDisplayable(0, nullptr);
     press(BACK);
     EXPECT_EQ(popups(), 0u);
     EXPECT_EQ(display().getCurrent(), context().m_pTabScreen.get());
+    EXPECT_EQ(rows(), Texts{"Adams, Amy"});
     EXPECT_EQ(handle.left, Texts{});
 }
 
