@@ -505,6 +505,14 @@ TEST_F(PbxTab, CountsLinesThatItDoesNotKeep)
     EXPECT_TRUE(log.has("stim. line 7:<>", 5));
 }
 
+TEST_F(PbxTab, CountsUpToAHundredLines)
+{
+    startDialling();
+    line(99, "far");
+
+    EXPECT_EQ(lines(), 100);
+}
+
 TEST_F(PbxTab, IgnoresRowsThatNoDisplayHas)
 {
     startDialling();

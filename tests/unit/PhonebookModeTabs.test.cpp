@@ -185,6 +185,16 @@ TEST_F(ModeTabs, HearsOfTheListsItemsAndThePhoneletOfTheDiallers)
     EXPECT_TRUE(log.has("PhonebookPhonelet::itemStateChanged() - entering", 5));
 }
 
+TEST_F(ModeTabs, HearsOfTheLdapListsItems)
+{
+    startNoting();
+    selectTab(LDAP_TAB);
+    host.settle();
+    host.type("m");
+    host.advance(2s);
+    EXPECT_EQ(told, Texts({"ldap item"}));
+}
+
 TEST_F(ModeTabs, MakesTheDiallersCommands)
 {
     load();
@@ -472,6 +482,19 @@ TEST_F(ModeTabs, DoesNotOpenTheSearchWhileTheTabBarHasTheFocus)
 
     EXPECT_FALSE(searchOpen());
     EXPECT_FALSE(log.has("Showing the search popup. The number of entries in the LdapDisplayList -> 1"));
+}
+
+TEST_F(ModeTabs, OpensTheSearchOnceTheTabBarWasLeft)
+{
+    startOnQra();
+    context().m_pLdapCurrentState = &context().m_LdapViewingList;
+    selectTab(LDAP_TAB);
+    fillLdapList(2);
+    command(Command::TAB_BAR_ENTERED);
+    command(Command::TAB_BAR_LEFT);
+    mode().show();
+
+    EXPECT_TRUE(searchOpen());
 }
 
 TEST_F(ModeTabs, HandsOverAgainWhenThePbxTabIsShown)

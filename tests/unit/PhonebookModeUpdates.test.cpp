@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <thread>
 
 #include "ModeScreens.h"
@@ -13,6 +14,11 @@ protected:
         for (int row = 0; row < searchList.size(); ++row)
             texts.push_back(searchList.getText(row));
         return texts;
+    }
+    static bool shows(DisplayAPI::SearchList& searchList, const std::string& text)
+    {
+        const Texts texts = rowsOf(searchList);
+        return std::find(texts.begin(), texts.end(), text) != texts.end();
     }
     bool asksToRefresh() { return popups() == 1 && top().text == "directory.in.use"; }
     void hideAndSettle()
@@ -114,10 +120,14 @@ TEST_F(ModeUpdates, ComesBackToTheTabInSight)
     offerPbxPhonebook();
     startNoting();
     int tabThen = -1;
-    local.onEvent = [&] { tabThen = currentTab(); };
+    local.onEvent = [&] {
+        tabThen = currentTab();
+        EXPECT_EQ(display().getCurrent(), &tabs());
+    };
     for (const int tab : {LDAP_TAB, PBX_TAB}) {
         selectTab(tab);
         tabThen = -1;
+        display().setCurrent(&context().m_ContextMenu);
         mode().phonebookDatabaseUpdated();
         EXPECT_EQ(tabThen, OFFICE_TAB);
         EXPECT_EQ(currentTab(), tab);
@@ -195,6 +205,8 @@ TEST_F(ModeUpdates, RestartsBothDirectories)
     directory.groups->addGroup(PhonebookGroup(5, "Friends"));
     context().m_pGroupDisplayList->append(
         new DisplayAPI::ListItem(DisplayAPI::TranslationInfo::plain("old group"), 1));
+    context().m_pLdapDisplayList->append(
+        new DisplayAPI::ListItem(DisplayAPI::TranslationInfo::plain("found before"), 1));
     log.clear();
     mode().RestartLocalPhonebook();
     host.settle();
@@ -204,6 +216,7 @@ TEST_F(ModeUpdates, RestartsBothDirectories)
     EXPECT_EQ(context().m_pLdapCurrentState, &context().m_LdapViewingList);
     EXPECT_EQ(rows(), Texts({"Young, Neil"}));
     EXPECT_EQ(context().m_pGroupList->findGroup("Friends"), 5);
+    EXPECT_FALSE(shows(*context().m_pLdapDisplayList, "found before"));
     EXPECT_EQ(context().m_pGroupDisplayList->size(), 0);
     EXPECT_EQ(currentTab(), OFFICE_TAB);
     const auto ldapEntered = log.position("LDAPStateViewingList::enterStateEvent()");
@@ -277,6 +290,8 @@ TEST_F(ModeUpdates, EntersBothListsAgainInAnotherAlphabet)
     startNoting();
     context().m_pGroupDisplayList->append(
         new DisplayAPI::ListItem(DisplayAPI::TranslationInfo::plain("no.group"), 1));
+    context().m_pLdapDisplayList->append(
+        new DisplayAPI::ListItem(DisplayAPI::TranslationInfo::plain("found before"), 1));
     EXPECT_TRUE(mode().updateAlphaOrder(true));
 
     EXPECT_EQ(told, Texts({"local exit", "ldap exit"}));
@@ -287,6 +302,7 @@ TEST_F(ModeUpdates, EntersBothListsAgainInAnotherAlphabet)
     EXPECT_LT(log.position("LDAPStateViewingList::enterStateEvent()"),
               log.position("PhonebookStateViewingList::enterStateEvent"));
     EXPECT_EQ(modeLines(5).front(), "phonebookAlphabeticOrderChanged()");
+    EXPECT_FALSE(shows(*context().m_pLdapDisplayList, "found before"));
     EXPECT_EQ(context().m_pGroupDisplayList->size(), 0);
     EXPECT_EQ(tabs().getDisplayable(OFFICE_TAB), context().m_pDisplayList.get());
     EXPECT_EQ(tabs().getDisplayable(LDAP_TAB), context().m_pLdapDisplayList.get());
