@@ -15,6 +15,25 @@ using std::chrono::milliseconds;
 
 namespace {
 constexpr char nSOURCE[] = "./phone/app/Phone";
+
+// Null for no problem.
+const char* textOf(ContactStore::Problem problem)
+{
+    switch (problem) {
+    case ContactStore::Problem::None:
+        return nullptr;
+    case ContactStore::Problem::Foreign:
+        return "phone.store.foreign";
+    case ContactStore::Problem::LaterVersion:
+        return "phone.store.later";
+    case ContactStore::Problem::Damaged:
+        return "phone.store.damaged";
+    case ContactStore::Problem::ReadOnly:
+        return "phone.store.readonly";
+    }
+    return nullptr;
+}
+
 } // namespace
 
 Result<std::unique_ptr<Phone>> Phone::create(PhoneOptions options)
@@ -168,7 +187,6 @@ void Phone::startPhonelets()
         const bool missing = started.error().code == ErrorCode::NotFound;
         m_idle.addNotice(missing ? "phone.plugin.missing" : "phone.plugin.failed", {named.name});
     }
-    m_bookWasEmpty = true;
     becomeIdle();
     wakeAtNextMinute();
 }
@@ -259,7 +277,6 @@ void Phone::becomeIdle()
 
 void Phone::showIdle()
 {
-    m_bookWasEmpty = m_bookWasEmpty && m_services->directory().getList() == "empty";
     m_frames.publish(m_idle.paint(), FrameMoment::InsideEvent);
 }
 
@@ -283,13 +300,12 @@ std::string Phone::lineState() const
 
 std::vector<std::string> Phone::advice()
 {
-    std::vector<std::string> texts;
-    const auto& damage = m_services->directory().notice();
-    if (!damage.empty())
-        texts.push_back(damage);
-    else if (m_bookWasEmpty)
-        texts.push_back(m_translator.translate("phone.emptyBook"));
-    return texts;
+    auto& directory = m_services->directory();
+    if (const char* key = textOf(directory.problem()))
+        return {m_translator.translate(key, DirectoryService::fileIn(m_options.profile.data).string())};
+    if (directory.isEmpty())
+        return {m_translator.translate("phone.emptyBook")};
+    return {};
 }
 
 // --- Configuration ---

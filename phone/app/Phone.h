@@ -140,6 +140,5 @@ private:
     std::vector<Plugin> m_plugins;
     std::vector<std::unique_ptr<PhoneletHost>> m_hosts;
     std::unique_ptr<FileWatch> m_watch;
-    bool m_bookWasEmpty = false;
     bool m_stopped = false;
 };

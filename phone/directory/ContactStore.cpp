@@ -122,6 +122,7 @@ struct ContactStore::Connection {
     Statement eraseGroup{handle, "DELETE FROM groups WHERE slot = ?1"};
     Statement reassign{
         handle, "UPDATE contacts SET slot = (SELECT slot FROM groups WHERE slot = ?2) WHERE slot = ?1"};
+    Statement any{handle, "SELECT 1 FROM contacts LIMIT 1"};
     Statement readOption{handle, "SELECT value FROM options WHERE tag = ?1"};
     Statement writeOption{
         handle, "INSERT INTO options VALUES(?1, ?2) ON CONFLICT(tag) DO UPDATE SET value = excluded.value"};
@@ -156,6 +157,7 @@ std::optional<ContactStore::FileIdentity> ContactStore::identify(const std::file
 void ContactStore::open()
 {
     m_pConnection.reset();
+    m_problem = Problem::None;
     m_notice.clear();
     std::error_code ignored;
     std::filesystem::create_directories(m_file.parent_path(), ignored);
@@ -163,23 +165,26 @@ void ContactStore::open()
     const auto header = readSqliteFileHeader(m_file);
     try {
         if (header.exists && (!header.isDatabase || header.applicationId != nAPPLICATION_ID))
-            openUnusable("\"" + name + "\" is not a phonebook of this telephone. It is left as it is.");
+            openUnusable(Problem::Foreign,
+                         "\"" + name + "\" is not a phonebook of this telephone. It is left as it is.");
         else if (header.userVersion > nSCHEMA_VERSION)
-            openUnusable("\"" + name +
-                         "\" was written by a later version of this telephone. It is left as it is.");
+            openUnusable(Problem::LaterVersion,
+                         "\"" + name +
+                             "\" was written by a later version of this telephone. It is left as it is.");
         else
             openFile();
     } catch (const SqliteError& error) {
-        openUnusable("The phonebook \"" + name + "\" cannot be opened (" + error.message +
-                     "). It is left as it is.");
+        openUnusable(Problem::Damaged, "The phonebook \"" + name + "\" cannot be opened (" + error.message +
+                                           "). It is left as it is.");
     }
     m_identity = identify(m_file);
     m_logIdentity = identify(name + "-wal");
 }
 
-void ContactStore::openUnusable(const std::string& notice)
+void ContactStore::openUnusable(Problem problem, const std::string& notice)
 {
     m_state = State::Unusable;
+    m_problem = problem;
     m_notice = notice;
     auto memory = std::make_unique<Database>();
     memory->execute(nSCHEMA);
@@ -262,9 +267,11 @@ void ContactStore::openFile()
         database = openForReading(m_file);
     }
     m_state = sqlite3_db_readonly(database->handle(), "main") != 0 ? State::ReadOnly : State::Ready;
-    if (m_state == State::ReadOnly)
+    if (m_state == State::ReadOnly) {
+        m_problem = Problem::ReadOnly;
         m_notice =
             "The phonebook \"" + m_file.string() + "\" is read-only: it can be looked at, not changed.";
+    }
     m_pConnection = std::make_unique<Connection>(std::move(database));
     adoptLanguage(m_language);
 }
@@ -500,6 +507,14 @@ Result<void> ContactStore::eraseAll(std::optional<int> group)
             return true;
         },
         isDone);
+}
+
+Result<bool> ContactStore::isEmpty()
+{
+    return attempt<bool>([&] {
+        StatementUse any(m_pConnection->any);
+        return !any->step();
+    });
 }
 
 Result<std::string> ContactStore::listText(std::optional<int> group)

@@ -35,6 +35,8 @@ class ContactStore {
 public:
     enum class State { Ready, ReadOnly, Unusable };
     enum class FileState { Same, Replaced, Missing };
+    // What is wrong with the file.
+    enum class Problem { None, Foreign, LaterVersion, Damaged, ReadOnly };
 
     // Opens or creates `file`. Names are handed out in the order of `language`; "" keeps the order
     // that the file has.
@@ -45,7 +47,8 @@ public:
     ContactStore& operator=(const ContactStore&) = delete;
 
     State state() const { return m_state; }
-    // What is wrong with the file, naming it, in a sentence; "" when nothing is.
+    Problem problem() const { return m_problem; }
+    // The same in a sentence that names the file; "" when nothing is wrong.
     const std::string& notice() const { return m_notice; }
     const std::filesystem::path& file() const { return m_file; }
 
@@ -58,6 +61,7 @@ public:
     // Those of one group, 0 being those of none; without `group` all.
     Result<void> eraseAll(std::optional<int> group);
 
+    Result<bool> isEmpty();
     // As DirectoryServiceIfc::getList() gives it.
     Result<std::string> listText(std::optional<int> group);
     // All contacts in the order of their names, until `visit` gives false.
@@ -112,7 +116,7 @@ private:
 
     void open();
     void openFile();
-    void openUnusable(const std::string& notice);
+    void openUnusable(Problem problem, const std::string& notice);
     void adoptLanguage(const std::string& language);
     void rebuildNameKeys();
     void removeStaleLog() const;
@@ -128,6 +132,7 @@ private:
     std::filesystem::path m_file;
     std::string m_language;
     State m_state = State::Unusable;
+    Problem m_problem = Problem::None;
     std::string m_notice;
     std::optional<FileIdentity> m_identity;
     std::optional<FileIdentity> m_logIdentity;

@@ -122,6 +122,12 @@ std::string DirectoryService::erase(const std::string& id, std::optional<int> gr
     return done ? deleteAnswer() : failure("deleting contacts", done.error());
 }
 
+bool DirectoryService::isEmpty()
+{
+    const auto empty = m_pStore->isEmpty();
+    return empty && empty.value();
+}
+
 std::string DirectoryService::getList()
 {
     return listText(std::nullopt);

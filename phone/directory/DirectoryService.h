@@ -45,7 +45,10 @@ public:
     // What is wrong with the contacts' file, naming it, in a sentence; "" when nothing is. Changes
     // when the file is replaced.
     const std::string& notice() const { return m_pStore->notice(); }
+    ContactStore::Problem problem() const { return m_pStore->problem(); }
     ContactStore::State state() const { return m_pStore->state(); }
+    // False also when the contacts cannot be read.
+    bool isEmpty();
 
     // Sorts by another language from now on.
     void setLanguage(const std::string& language);

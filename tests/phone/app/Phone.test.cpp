@@ -16,6 +16,7 @@
 #include "app/Phone.h"
 #include "app/PhoneKey.h"
 #include "app/Resources.h"
+#include "directory/DirectoryService.h"
 
 using namespace std::chrono_literals;
 using Calls = ScriptedPhonelet::Calls;
@@ -103,6 +104,24 @@ TEST_F(PhoneTest, IsIdleAtFirst)
 {
     EXPECT_TRUE(shows("09:00\nMonday, January 2"));
     EXPECT_TRUE(shows("( Phonebook )")) << screen();
+}
+
+TEST(PhoneWithABadContactsFile, NamesTheFileInItsLanguage)
+{
+    const TemporaryFolder folder;
+    const auto file = DirectoryService::fileIn(folder.path());
+    folder.write(file.filename().string(), "this is no database");
+    ManualClock clock;
+    auto options = optionsIn(folder);
+    options.clock = &clock;
+    options.items = {{"language", "de"}};
+    const auto phone = std::move(Phone::create(std::move(options))).value();
+    phone->start();
+    phone->runPending();
+
+    const auto screen = toText(*phone->frames().latest());
+    EXPECT_NE(screen.find(file.string()), std::string::npos) << screen;
+    EXPECT_NE(screen.find("keine Kontaktdatei dieses Telefons"), std::string::npos) << screen;
 }
 
 TEST_F(PhoneTest, TellsTheTimeEachMinute)

@@ -24,12 +24,13 @@ protected:
     }
 
     // The store says what is wrong, is empty, changes nothing, and leaves the file as it is.
-    void expectLeftAlone()
+    void expectLeftAlone(ContactStore::Problem problem)
     {
         const auto before = contentOf(file);
         {
             ContactStore store(file, "en");
             EXPECT_EQ(store.state(), ContactStore::State::Unusable);
+            EXPECT_EQ(store.problem(), problem);
             EXPECT_NE(store.notice().find(file.string()), std::string::npos);
             EXPECT_EQ(store.listText(std::nullopt).value(), "empty");
             const auto written = store.write(Contact());
@@ -44,13 +45,13 @@ protected:
 TEST_F(BadFile, ThatIsNoDatabaseIsLeftAlone)
 {
     writeFile(file, "Dear diary,\n");
-    expectLeftAlone();
+    expectLeftAlone(ContactStore::Problem::Foreign);
 }
 
 TEST_F(BadFile, OfAnotherProgramIsLeftAlone)
 {
     Database(file, Database::Mode::ReadWrite).execute("CREATE TABLE bookmarks(url)");
-    expectLeftAlone();
+    expectLeftAlone(ContactStore::Problem::Foreign);
 }
 
 TEST_F(BadFile, OfALaterVersionIsLeftAlone)
@@ -58,21 +59,21 @@ TEST_F(BadFile, OfALaterVersionIsLeftAlone)
     fill();
     Database(file, Database::Mode::ReadWrite)
         .execute("PRAGMA journal_mode = DELETE; PRAGMA user_version = 99");
-    expectLeftAlone();
+    expectLeftAlone(ContactStore::Problem::LaterVersion);
 }
 
 TEST_F(BadFile, ThatLacksATableIsLeftAlone)
 {
     fill();
     Database(file, Database::Mode::ReadWrite).execute("PRAGMA journal_mode = DELETE; DROP TABLE options");
-    expectLeftAlone();
+    expectLeftAlone(ContactStore::Problem::Damaged);
 }
 
 TEST_F(BadFile, ThatWasCutOffIsLeftAlone)
 {
     fill(100);
     std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
-    expectLeftAlone();
+    expectLeftAlone(ContactStore::Problem::Damaged);
 }
 
 TEST_F(BadFile, WithDamagedPagesIsLeftAlone)
@@ -82,7 +83,7 @@ TEST_F(BadFile, WithDamagedPagesIsLeftAlone)
     for (std::size_t at = 4096; at < bytes.size(); ++at)
         bytes[at] = static_cast<char>(bytes[at] ^ 0x5a);
     writeFile(file, bytes);
-    expectLeftAlone();
+    expectLeftAlone(ContactStore::Problem::Damaged);
 }
 
 TEST_F(BadFile, ThatIsEmptyBecomesAnEmptyPhonebook)
@@ -130,6 +131,7 @@ TEST_F(BadFile, InAFolderThatCannotBeWrittenCanBeRead)
         const AsOrdinaryUser user;
         ContactStore store(file, "en");
         EXPECT_EQ(store.state(), ContactStore::State::ReadOnly);
+        EXPECT_EQ(store.problem(), ContactStore::Problem::ReadOnly);
         EXPECT_NE(store.notice().find(file.string()), std::string::npos);
         EXPECT_NE(store.listText(std::nullopt).value().find("Name1"), std::string::npos);
         EXPECT_FALSE(store.write(Contact()).ok());
