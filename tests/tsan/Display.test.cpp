@@ -1,4 +1,4 @@
-#include "DisplayTest.h"
+// Widgets driven from several threads at once: what a phonelet's locks leave open.
 
 #include <functional>
 #include <thread>
@@ -10,6 +10,8 @@
 #include <framework/display/PopupNotification.h>
 #include <framework/display/TabScreen.h>
 #include <framework/display/TextField.h>
+
+#include "../framework/display/DisplayTest.h"
 
 using namespace DisplayAPI;
 
