@@ -70,7 +70,8 @@ private:
 
 void press(Phone& phone, const char* word)
 {
-    for (const auto& key : *keysFromWord(word))
+    const auto keys = keysFromWord(word);
+    for (const auto& key : *keys)
         phone.keys().press(key);
     phone.runPending();
 }
