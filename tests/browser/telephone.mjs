@@ -6,7 +6,7 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { chromium } from "playwright-core";
 
-const BIN = process.env.BIN_DIR ?? join(import.meta.dirname ?? ".", "../../build/dev/bin");
+const BIN = process.env.BIN_DIR ?? new URL("../../build/dev/bin", import.meta.url).pathname;
 const PROGRAM = join(BIN, "deskphone");
 const ADDRESS = /http:\/\/127\.0\.0\.1:\d+\/#[0-9a-f]{32}/;
 
