@@ -1,7 +1,6 @@
 // What a person at the telephone waits for: from its start to the first frame, from a key to the next
 // one. The whole telephone runs, with its store, its plug-in and its frames; nothing is faked but time.
 
-#include <chrono>
 #include <filesystem>
 #include <stdexcept>
 #include <string>

@@ -9,7 +9,6 @@
 
 #pragma once
 
-#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <map>

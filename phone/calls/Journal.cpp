@@ -35,15 +35,6 @@ std::string nameOf(const CallPartyIdentifier& party)
     return party.getSurname() + (both ? ", " : "") + party.getFirstname();
 }
 
-void createSchema(Database& database)
-{
-    Transaction transaction(database);
-    database.execute("PRAGMA application_id = " + std::to_string(nAPPLICATION_ID));
-    database.execute("PRAGMA user_version = " + std::to_string(nSCHEMA_VERSION));
-    database.execute(nSCHEMA);
-    transaction.commit();
-}
-
 } // namespace
 
 Result<std::unique_ptr<Journal>> Journal::open(const std::filesystem::path& profile, const Clock& clock,
@@ -67,7 +58,7 @@ Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPos
                    "). It is left as it is; calls are remembered until the telephone stops.";
         PHONE_ERROR("%s", m_notice.c_str());
         m_pDatabase = std::make_unique<Database>();
-        createSchema(*m_pDatabase);
+        m_pDatabase->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
     }
 }
 
@@ -85,10 +76,8 @@ void Journal::openFile(const std::filesystem::path& file)
     m_pDatabase = std::make_unique<Database>(file, Database::Mode::ReadWrite);
     m_pDatabase->execute("PRAGMA synchronous = FULL");
     if (!header.exists)
-        createSchema(*m_pDatabase);
-    const auto finding = m_pDatabase->queryText("PRAGMA quick_check(1)");
-    if (finding != "ok")
-        throw SqliteError{SQLITE_CORRUPT, finding};
+        m_pDatabase->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
+    m_pDatabase->check();
     if (sqlite3_db_readonly(m_pDatabase->handle(), "main") != 0)
         throw SqliteError{SQLITE_READONLY, "it is read-only"};
 }
@@ -109,16 +98,6 @@ void Journal::addDialled(const CallPartyIdentifier& party)
         tell(static_cast<int>(id), JournalAction::Added);
     } catch (const SqliteError& error) {
         PHONE_ERROR("a dialled call is not in the journal: %s", error.message.c_str());
-    }
-}
-
-void Journal::clearDialled()
-{
-    try {
-        m_pDatabase->execute("DELETE FROM dialled");
-        tell(0, JournalAction::Cleared);
-    } catch (const SqliteError& error) {
-        PHONE_ERROR("the journal cannot be emptied: %s", error.message.c_str());
     }
 }
 

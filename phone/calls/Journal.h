@@ -33,7 +33,6 @@ public:
     // Forgets the observers of phonelets that were stopped.
     void dropObservers() { m_observers.clear(); }
     void addDialled(const CallPartyIdentifier& party);
-    void clearDialled();
     // The latest first.
     std::vector<JournalRecord> dialled();
 

@@ -201,22 +201,6 @@ bool isMediumReadOnly(const SqliteError& error)
     return code == SQLITE_CANTOPEN || code == SQLITE_READONLY || code == SQLITE_PERM;
 }
 
-void createSchema(Database& database)
-{
-    Transaction transaction(database);
-    database.execute("PRAGMA application_id = " + std::to_string(nAPPLICATION_ID));
-    database.execute("PRAGMA user_version = " + std::to_string(nSCHEMA_VERSION));
-    database.execute(nSCHEMA);
-    transaction.commit();
-}
-
-void check(Database& database)
-{
-    const std::string finding = database.queryText("PRAGMA quick_check(1)");
-    if (finding != "ok")
-        throw SqliteError{SQLITE_CORRUPT, "damaged: " + finding};
-}
-
 // Until a file has proved to be sound, closing it must not move its log into it.
 void keepLogOnClose(Database& database, bool keep)
 {
@@ -230,10 +214,10 @@ std::unique_ptr<Database> openForWriting(const std::filesystem::path& file)
     database->execute("PRAGMA foreign_keys = ON");
     database->execute("PRAGMA synchronous = FULL");
     if (database->queryNumber("PRAGMA user_version") == 0) {
-        createSchema(*database);
+        database->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
         database->queryText("PRAGMA journal_mode = WAL");
     }
-    check(*database);
+    database->check();
     keepLogOnClose(*database, false);
     return database;
 }
@@ -244,7 +228,7 @@ std::unique_ptr<Database> openForReading(const std::filesystem::path& file)
     for (const auto mode : {Database::Mode::ReadOnly, Database::Mode::Immutable}) {
         try {
             auto database = std::make_unique<Database>(file, mode);
-            check(*database);
+            database->check();
             return database;
         } catch (const SqliteError& error) {
             if (mode == Database::Mode::Immutable || !isMediumReadOnly(error))

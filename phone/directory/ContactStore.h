@@ -120,7 +120,6 @@ private:
     void adoptLanguage(const std::string& language);
     void rebuildNameKeys();
     void removeStaleLog() const;
-    Connection& connection();
 
     template <typename T> Result<T> attempt(const std::function<T()>& work);
     Result<void> change(const std::function<bool()>& work, const std::function<bool()>& isDone);

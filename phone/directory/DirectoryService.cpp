@@ -7,7 +7,6 @@
 #include <framework/util/Serializer.h>
 
 #include "ChangeWatch.h"
-#include "DirectoryClientIfc.h"
 #include "RequestXml.h"
 #include "app/PhoneLog.h"
 
@@ -149,15 +148,15 @@ std::string DirectoryService::listText(std::optional<int> group)
     return std::move(list).value();
 }
 
-DirectoryStatus DirectoryService::search(PhonebookSearchCriteria& criteria, PhonebookSearchResults& results,
-                                         bool ignoreNickname)
+DirectoryStatus DirectoryService::search(PhonebookSearchCriteria& /*criteria*/,
+                                         PhonebookSearchResults& /*results*/, bool /*ignoreNickname*/)
 {
-    return m_pClient ? m_pClient->search(criteria, results, ignoreNickname) : DIRECTORY_NOT_CONFIGURED;
+    return DIRECTORY_NOT_CONFIGURED;
 }
 
 bool DirectoryService::isNicknameAttributeActive()
 {
-    return m_pClient && m_pClient->isNicknameAttributeActive();
+    return false;
 }
 
 int DirectoryService::readOption(const std::string& tag)

@@ -1,5 +1,5 @@
-// The telephone's directory service: the contacts of a profile, and the corporate directory where
-// there is one.
+// The telephone's directory service: the contacts of a profile. A corporate directory is never
+// configured.
 //
 // Observers hear only of what others did to the contacts. Several changes at once are one notice.
 
@@ -18,7 +18,6 @@
 #include "app/Result.h"
 
 class ChangeWatch;
-class DirectoryClientIfc;
 
 struct DirectoryOptions {
     std::string language = "en"; // that names are sorted by
@@ -52,8 +51,6 @@ public:
 
     // Sorts by another language from now on.
     void setLanguage(const std::string& language);
-    // Not owned; null for none.
-    void setDirectoryClient(DirectoryClientIfc* client) { m_pClient = client; }
     // Forgets the observers of phonelets that were stopped.
     void dropObservers() { m_observers.clear(); }
     // Tells the observers if others changed the contacts. [event thread]
@@ -89,7 +86,6 @@ private:
     DirectoryOptions m_options;
     EventPoster& m_notices;
     std::unique_ptr<ContactStore> m_pStore;
-    DirectoryClientIfc* m_pClient = nullptr;
     std::vector<DirectoryServiceObserverIfc*> m_observers;
     bool m_noticePosted = false;
     bool m_noticeIsRestart = false;

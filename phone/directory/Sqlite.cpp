@@ -111,12 +111,6 @@ Statement& Statement::bindBlob(int index, std::string_view bytes)
     return *this;
 }
 
-Statement& Statement::bindNull(int index)
-{
-    sqlite3_bind_null(m_pStatement.get(), index);
-    return *this;
-}
-
 bool Statement::step()
 {
     const int code = sqlite3_step(m_pStatement.get());
@@ -162,11 +156,6 @@ std::string_view Statement::blob(int column) const
 std::int64_t Statement::number(int column) const
 {
     return sqlite3_column_int64(m_pStatement.get(), column);
-}
-
-bool Statement::isNull(int column) const
-{
-    return sqlite3_column_type(m_pStatement.get(), column) == SQLITE_NULL;
 }
 
 Database::Database(const std::filesystem::path& file, Mode mode)
@@ -230,6 +219,22 @@ std::string Database::queryText(const std::string& sql)
 {
     Statement statement(handle(), sql);
     return statement.step() ? std::string(statement.text(0)) : std::string();
+}
+
+void Database::createSchema(std::uint32_t applicationId, int version, const std::string& schema)
+{
+    Transaction transaction(*this);
+    execute("PRAGMA application_id = " + std::to_string(applicationId));
+    execute("PRAGMA user_version = " + std::to_string(version));
+    execute(schema);
+    transaction.commit();
+}
+
+void Database::check()
+{
+    const auto finding = queryText("PRAGMA quick_check(1)");
+    if (finding != "ok")
+        throw SqliteError{SQLITE_CORRUPT, "damaged: " + finding};
 }
 
 Transaction::Transaction(Database& database)

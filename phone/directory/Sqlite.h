@@ -32,7 +32,6 @@ public:
     Statement& bind(int index, std::string_view text);
     Statement& bind(int index, std::int64_t number);
     Statement& bindBlob(int index, std::string_view bytes);
-    Statement& bindNull(int index);
 
     // True with a row, false at the end.
     bool step();
@@ -44,7 +43,6 @@ public:
     std::string_view text(int column) const;
     std::string_view blob(int column) const;
     std::int64_t number(int column) const;
-    bool isNull(int column) const;
 
 private:
     struct Finalizer {
@@ -87,6 +85,11 @@ public:
     void execute(const std::string& sql);
     std::int64_t queryNumber(const std::string& sql);
     std::string queryText(const std::string& sql);
+
+    // Makes an empty file one of ours, whole or not at all.
+    void createSchema(std::uint32_t applicationId, int version, const std::string& schema);
+    // Throws when the content is damaged.
+    void check();
 
 private:
     explicit Database(const std::string& name) { open(name, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE); }

@@ -1,7 +1,6 @@
 #include "ReadFields.h"
 
 #include <algorithm>
-#include <array>
 #include <set>
 
 #include <glib.h>

@@ -1,7 +1,6 @@
 #include "WriteFields.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 #include "ReadFields.h"
 #include "Text.h"
