@@ -30,6 +30,8 @@ const char* textOf(ContactStore::Problem problem)
         return "phone.store.damaged";
     case ContactStore::Problem::ReadOnly:
         return "phone.store.readonly";
+    case ContactStore::Problem::DiskFull:
+        return "phone.store.full";
     }
     return nullptr;
 }

@@ -1,6 +1,7 @@
 #include "app/PhoneletStates.h"
 
 #include <fstream>
+#include <sstream>
 
 #include <nlohmann/json.hpp>
 
@@ -16,7 +17,9 @@ PhoneletStates::PhoneletStates(std::filesystem::path file)
     std::ifstream in(m_file);
     if (!in)
         return;
-    const auto json = nlohmann::json::parse(in, nullptr, false);
+    std::ostringstream text;
+    text << in.rdbuf(); // a folder of that name can be opened, but only fails when it is read
+    const auto json = nlohmann::json::parse(text.str(), nullptr, false);
     if (!json.is_object()) {
         PHONE_ERROR("%s is damaged: the phonelets start anew", m_file.c_str());
         return;

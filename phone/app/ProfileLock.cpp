@@ -7,12 +7,24 @@
 #include <cerrno>
 #include <utility>
 
+namespace {
+
+bool isReadOnly(const std::filesystem::path& folder)
+{
+    const auto may = [&folder](int what) {
+        return faccessat(AT_FDCWD, folder.c_str(), what, AT_EACCESS) == 0;
+    };
+    return may(R_OK | X_OK) && !may(W_OK);
+}
+
+} // namespace
+
 Result<ProfileLock> ProfileLock::take(const Profile& profile)
 {
     const auto file = profile.data / "in-use";
     const int fd = open(file.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
     // Where nothing can be written, nothing can be spoilt: a read-only profile needs no lock.
-    if (fd < 0 && errno == EROFS)
+    if (fd < 0 && (errno == EROFS || (errno == EACCES && isReadOnly(profile.data))))
         return ProfileLock(-1);
     ProfileLock lock(fd);
     if (fd < 0)

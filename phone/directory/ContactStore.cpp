@@ -79,6 +79,12 @@ Contact contactOf(const Statement& row)
     return contact;
 }
 
+// The file that connections share their locks in needs space too.
+bool isDiskFull(const SqliteError& error)
+{
+    return error.primaryCode() == SQLITE_FULL || error.code == SQLITE_IOERR_SHMSIZE;
+}
+
 void appendField(std::string& list, std::string_view text)
 {
     if (isCleanText(text))
@@ -174,8 +180,12 @@ void ContactStore::open()
         else
             openFile();
     } catch (const SqliteError& error) {
-        openUnusable(Problem::Damaged, "The phonebook \"" + name + "\" cannot be opened (" + error.message +
-                                           "). It is left as it is.");
+        if (isDiskFull(error))
+            openUnusable(Problem::DiskFull, "The disk is full: the phonebook \"" + name +
+                                                "\" cannot be opened. Delete something and try again.");
+        else
+            openUnusable(Problem::Damaged, "The phonebook \"" + name + "\" cannot be opened (" +
+                                               error.message + "). It is left as it is.");
     }
     m_identity = identify(m_file);
     m_logIdentity = identify(name + "-wal");
@@ -195,10 +205,11 @@ void ContactStore::openUnusable(Problem problem, const std::string& notice)
 
 namespace {
 
-bool isMediumReadOnly(const SqliteError& error)
+// The medium is read-only or full.
+bool mayStillBeRead(const SqliteError& error)
 {
     const int code = error.primaryCode();
-    return code == SQLITE_CANTOPEN || code == SQLITE_READONLY || code == SQLITE_PERM;
+    return code == SQLITE_CANTOPEN || code == SQLITE_READONLY || code == SQLITE_PERM || isDiskFull(error);
 }
 
 // Until a file has proved to be sound, closing it must not move its log into it.
@@ -231,7 +242,7 @@ std::unique_ptr<Database> openForReading(const std::filesystem::path& file)
             database->check();
             return database;
         } catch (const SqliteError& error) {
-            if (mode == Database::Mode::Immutable || !isMediumReadOnly(error))
+            if (mode == Database::Mode::Immutable || !mayStillBeRead(error))
                 throw;
         }
     }
@@ -243,18 +254,22 @@ std::unique_ptr<Database> openForReading(const std::filesystem::path& file)
 void ContactStore::openFile()
 {
     std::unique_ptr<Database> database;
+    bool full = false;
     try {
         database = openForWriting(m_file);
     } catch (const SqliteError& error) {
-        if (!isMediumReadOnly(error) || !std::filesystem::exists(m_file))
+        if (!mayStillBeRead(error) || !readSqliteFileHeader(m_file).exists)
             throw;
+        full = isDiskFull(error);
         database = openForReading(m_file);
     }
     m_state = sqlite3_db_readonly(database->handle(), "main") != 0 ? State::ReadOnly : State::Ready;
     if (m_state == State::ReadOnly) {
-        m_problem = Problem::ReadOnly;
-        m_notice =
-            "The phonebook \"" + m_file.string() + "\" is read-only: it can be looked at, not changed.";
+        m_problem = full ? Problem::DiskFull : Problem::ReadOnly;
+        m_notice = full ? "The disk is full: the phonebook \"" + m_file.string() +
+                              "\" can be looked at, not changed. Delete something and try again."
+                        : "The phonebook \"" + m_file.string() +
+                              "\" is read-only: it can be looked at, not changed.";
     }
     m_pConnection = std::make_unique<Connection>(std::move(database));
     adoptLanguage(m_language);
@@ -352,13 +367,14 @@ std::optional<SqliteError> ContactStore::tryTransaction(const std::function<bool
 // try once more only if the change is not there.
 Result<void> ContactStore::change(const std::function<bool()>& work, const std::function<bool()>& isDone)
 {
-    // Somebody took the file away: what is written now must be found under its name.
-    if (fileState() == FileState::Missing)
+    // Somebody took the file away: what is written now must be found under its name. Or there is space
+    // again on the disk.
+    if (fileState() == FileState::Missing || m_problem == Problem::DiskFull)
         reopen();
     constexpr int attempts = 2;
     for (int attempt = 1;; ++attempt) {
         if (m_state != State::Ready)
-            return Error{ErrorCode::Denied, m_notice};
+            return Error{m_problem == Problem::DiskFull ? ErrorCode::Full : ErrorCode::Denied, m_notice};
         const auto failure = tryTransaction(work);
         if (!failure)
             return {};

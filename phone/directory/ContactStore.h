@@ -1,7 +1,8 @@
 // The contacts, their groups and the options of one phonebook, in one SQLite file.
 //
 // A file that is damaged, foreign or from a later version is never touched: the store is then empty,
-// refuses changes and says why. On a read-only medium it can be read.
+// refuses changes and says why. On a read-only medium it can be read, and on a full disk until there is
+// space again.
 //
 // Every change is one transaction and is on the disk when the call returns with success. Text is made
 // clean on the way in, and again on the way out, where a damaged file could hold anything.
@@ -36,7 +37,7 @@ public:
     enum class State { Ready, ReadOnly, Unusable };
     enum class FileState { Same, Replaced, Missing };
     // What is wrong with the file.
-    enum class Problem { None, Foreign, LaterVersion, Damaged, ReadOnly };
+    enum class Problem { None, Foreign, LaterVersion, Damaged, ReadOnly, DiskFull };
 
     // Opens or creates `file`. Names are handed out in the order of `language`; "" keeps the order
     // that the file has.

@@ -1,8 +1,12 @@
 #include "ExportCommand.h"
 
+#include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <ostream>
+#include <sstream>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "Cards.h"
 #include "DirectoryService.h"
@@ -14,7 +18,9 @@ constexpr int nFAILED = 1;
 std::string contentOf(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return std::move(content).str();
 }
 
 Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std::filesystem::path& pictures)
@@ -57,20 +63,51 @@ Result<std::size_t> exportTo(const std::filesystem::path& part, const ExportOpti
     return writeAll(store, *writer.value(), pictures);
 }
 
+Error cannotBeWritten(const std::filesystem::path& file, const std::error_code& reason)
+{
+    return {ErrorCode::Failed, "\"" + file.string() + "\" cannot be written: " + reason.message() + "."};
+}
+
+// What is no ordinary file, a device say, must not be replaced by one; behind a link lies the file
+// that is meant.
+Result<std::filesystem::path> fileToReplace(const std::filesystem::path& file)
+{
+    std::error_code failed;
+    const auto target = std::filesystem::weakly_canonical(file, failed);
+    const auto status = std::filesystem::status(target, failed);
+    if (std::filesystem::is_directory(status))
+        return cannotBeWritten(file, std::make_error_code(std::errc::is_a_directory));
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        return Error{ErrorCode::Denied, "\"" + file.string() + "\" is no file: name one to write to."};
+    const auto folder = target.parent_path();
+    if (::faccessat(AT_FDCWD, folder.empty() ? "." : folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+        return cannotBeWritten(file, {errno, std::generic_category()});
+    return target;
+}
+
+Result<std::size_t> replaceFile(const ExportOptions& options)
+{
+    const auto target = fileToReplace(options.file);
+    if (!target)
+        return target.error();
+    const std::filesystem::path part = target.value().string() + ".part";
+    auto count = exportTo(part, options);
+    std::error_code failed;
+    if (count)
+        std::filesystem::rename(part, target.value(), failed);
+    if (failed)
+        count = cannotBeWritten(options.file, failed);
+    if (!count)
+        std::filesystem::remove(part, failed);
+    return count;
+}
+
 } // namespace
 
 int runExport(const ExportOptions& options, std::ostream& out, std::ostream& errors)
 {
-    const std::filesystem::path part = options.file.string() + ".part";
-    auto count = exportTo(part, options);
-    std::error_code failed;
-    if (count)
-        std::filesystem::rename(part, options.file, failed);
-    if (failed)
-        count = Error{ErrorCode::Failed,
-                      "\"" + options.file.string() + "\" cannot be written: " + failed.message() + "."};
+    const auto count = replaceFile(options);
     if (!count) {
-        std::filesystem::remove(part, failed);
         errors << count.error().sentence << '\n';
         return nFAILED;
     }

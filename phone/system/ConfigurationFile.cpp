@@ -130,9 +130,10 @@ Result<void> replaceFile(const fs::path& file, const std::string& text)
     std::error_code error;
     if (out)
         fs::rename(beside, file, error);
-    if (!out || error)
-        return Error{ErrorCode::Denied, file.string() + " cannot be written."};
-    return {};
+    if (out && !error)
+        return {};
+    fs::remove(beside, error);
+    return Error{ErrorCode::Denied, file.string() + " cannot be written."};
 }
 
 } // namespace

@@ -45,6 +45,22 @@ bool isToken(const std::string& text)
     return text.size() == 2 * nTOKEN_BYTES && text.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
+// The kept port with another token.
+Result<WebAccess> withNewToken(const std::filesystem::path& profile)
+{
+    WebAccess access;
+    std::string before;
+    unsigned port = 0;
+    if (std::ifstream(fileOf(profile)) >> before >> port && port <= 65535)
+        access.port = static_cast<std::uint16_t>(port);
+
+    auto token = newToken();
+    if (!token)
+        return token.error();
+    access.token = token.value();
+    return access;
+}
+
 } // namespace
 
 Result<WebAccess> loadWebAccess(const std::filesystem::path& profile)
@@ -56,7 +72,10 @@ Result<WebAccess> loadWebAccess(const std::filesystem::path& profile)
         access.port = static_cast<std::uint16_t>(port);
         return access;
     }
-    return renewToken(profile);
+    auto renewed = withNewToken(profile);
+    if (renewed)
+        static_cast<void>(saveWebAccess(profile, renewed.value()));
+    return renewed;
 }
 
 Result<void> saveWebAccess(const std::filesystem::path& profile, const WebAccess& access)
@@ -80,17 +99,10 @@ Result<void> saveWebAccess(const std::filesystem::path& profile, const WebAccess
 
 Result<WebAccess> renewToken(const std::filesystem::path& profile)
 {
-    WebAccess access;
-    std::string before;
-    unsigned port = 0;
-    if (std::ifstream(fileOf(profile)) >> before >> port && port <= 65535)
-        access.port = static_cast<std::uint16_t>(port);
-
-    auto token = newToken();
-    if (!token)
-        return token.error();
-    access.token = token.value();
-    if (const auto saved = saveWebAccess(profile, access); !saved)
+    auto access = withNewToken(profile);
+    if (!access)
+        return access;
+    if (const auto saved = saveWebAccess(profile, access.value()); !saved)
         return saved.error();
     return access;
 }

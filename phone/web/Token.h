@@ -14,8 +14,9 @@ struct WebAccess {
     std::uint16_t port = 0;
 };
 
-// What the profile keeps, made anew where it is missing or unreadable. The file is readable by its
-// owner only (mode 0600). `port` 0 takes the kept port, or any free one.
+// What the profile keeps, made anew where it is missing or unreadable. Where it cannot be kept, on a
+// read-only medium or a full disk, it lasts as long as the caller. The file is readable by its owner
+// only (mode 0600). `port` 0 takes the kept port, or any free one.
 Result<WebAccess> loadWebAccess(const std::filesystem::path& profile);
 Result<void> saveWebAccess(const std::filesystem::path& profile, const WebAccess& access);
 

@@ -1,3 +1,5 @@
+#include <sys/fsuid.h>
+
 #include <gtest/gtest.h>
 
 #include "TemporaryFolder.h"
@@ -81,6 +83,27 @@ TEST(Profile, BelongsToOneTelephoneAtATime)
                   "A telephone already runs with the profile " + folder.path().string() + ".");
     }
     EXPECT_TRUE(ProfileLock::take(profile));
+}
+
+TEST(Profile, ThatItsUserMayOnlyReadNeedsNoLock)
+{
+    using fs::perms;
+    TemporaryFolder folder;
+    const auto profile = Profile::in(folder.path());
+    fs::permissions(folder.path(), perms::owner_read | perms::owner_exec | perms::group_read |
+                                       perms::group_exec | perms::others_read | perms::others_exec);
+    constexpr uid_t nobody = 65534;
+    const int before = ::setfsuid(nobody); // root may write everywhere
+    const auto lock = ProfileLock::take(profile);
+    ::setfsuid(static_cast<uid_t>(before));
+    EXPECT_TRUE(lock);
+}
+
+TEST(PhoneletStates, StartAnewWhereAFolderHasTheirName)
+{
+    TemporaryFolder folder;
+    fs::create_directory(folder / "states.json");
+    EXPECT_EQ(PhoneletStates(folder / "states.json").get("PhoneBookPhonelet"), 0);
 }
 
 TEST(PhoneletStates, SurviveARestart)

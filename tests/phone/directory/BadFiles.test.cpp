@@ -1,5 +1,8 @@
 // Files that are not what they should be.
 
+#include <cerrno>
+#include <optional>
+
 #include <gtest/gtest.h>
 
 #include "StoreTesting.h"
@@ -138,6 +141,34 @@ TEST_F(BadFile, InAFolderThatCannotBeWrittenCanBeRead)
         EXPECT_FALSE(store.eraseAll(std::nullopt).ok());
     }
     EXPECT_EQ(contentOf(file), before);
+}
+
+TEST_F(BadFile, OnAFullDiskCanBeReadAndIsWrittenOnceThereIsSpace)
+{
+    fill();
+    std::optional<FailingDisk> full;
+    full.emplace(FailingDisk::What::Write, 1, ENOSPC);
+    ContactStore store(file, "en");
+    EXPECT_TRUE(full->hasFailed());
+    EXPECT_EQ(store.problem(), ContactStore::Problem::DiskFull);
+    EXPECT_NE(store.listText(std::nullopt).value().find("Name1"), std::string::npos);
+    const auto written = store.write(Contact());
+    ASSERT_FALSE(written.ok());
+    EXPECT_EQ(written.error().code, ErrorCode::Full);
+
+    full.reset();
+    EXPECT_TRUE(store.write(Contact()).ok());
+    EXPECT_EQ(store.problem(), ContactStore::Problem::None);
+    EXPECT_NE(store.listText(std::nullopt).value().find("Name1"), std::string::npos);
+}
+
+TEST_F(BadFile, ThatFindsNoSpaceAtFirstIsNotCalledDamaged)
+{
+    const FailingDisk full(FailingDisk::What::Write, 1, ENOSPC);
+    ContactStore store(file, "en");
+    EXPECT_EQ(store.state(), ContactStore::State::Unusable);
+    EXPECT_EQ(store.problem(), ContactStore::Problem::DiskFull);
+    EXPECT_EQ(store.write(Contact()).error().code, ErrorCode::Full);
 }
 
 TEST_F(BadFile, InAFolderThatCannotBeMadeIsSaid)

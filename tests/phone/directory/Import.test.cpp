@@ -2,6 +2,8 @@
 #include <cerrno>
 #include <sstream>
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
 #include <framework/services/DirectoryServiceObserverIfc.h>
@@ -356,6 +358,47 @@ TEST_F(Import, LeavesADamagedPhonebookAlone)
     options.profile = folder.path();
     EXPECT_EQ(runExport(options, out, errors), 1);
     EXPECT_FALSE(std::filesystem::exists(options.file));
+}
+
+TEST_F(Import, ExportsIntoOrdinaryFilesOnly)
+{
+    ASSERT_EQ(import(nANN), 0);
+    ExportOptions options;
+    options.profile = folder.path();
+    options.file = folder / "pipe";
+    ASSERT_EQ(::mkfifo(options.file.c_str(), 0600), 0);
+    EXPECT_EQ(runExport(options, out, errors), 1);
+    EXPECT_TRUE(std::filesystem::is_fifo(options.file));
+    EXPECT_NE(errors.str().find("\"" + options.file.string() + "\" is no file"), std::string::npos);
+}
+
+TEST_F(Import, ExportsIntoTheFileBehindALink)
+{
+    ASSERT_EQ(import(nANN), 0);
+    writeFile(folder / "real.vcf", "old");
+    std::filesystem::create_symlink("real.vcf", folder / "out.vcf");
+    const auto text = exported();
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "out.vcf"));
+    EXPECT_EQ(contentOf(folder / "real.vcf"), text);
+}
+
+TEST_F(Import, NamesTheFileThatAnExportCannotWrite)
+{
+    ASSERT_EQ(import(nANN), 0);
+    ExportOptions options;
+    options.profile = folder.path();
+    options.file = folder / "missing" / "out.vcf";
+    EXPECT_EQ(runExport(options, out, errors), 1);
+    EXPECT_EQ(errors.str(),
+              "\"" + options.file.string() + "\" cannot be written: No such file or directory.\n");
+}
+
+TEST_F(Import, ExportsAContactWhosePictureIsAFolder)
+{
+    ASSERT_EQ(import(nANN), 0);
+    std::filesystem::create_directories(folder.path() / "pictures" / "ann.png");
+    edit([](Contact& contact) { contact.picture = "ann.png"; });
+    EXPECT_NE(exported().find("Miller"), std::string::npos);
 }
 
 // Every file of the converter's own tests, hostile ones included.

@@ -68,11 +68,16 @@ TEST_F(PageToken, IsMadeAnewWhenItsFileIsDamaged)
     EXPECT_EQ(access.value().token.size(), 32u);
 }
 
-TEST_F(PageToken, SaysWhatIsWrongWhenItCannotBeKept)
+TEST_F(PageToken, LastsUntilTheTelephoneStopsWhereItCannotBeKept)
 {
     const auto access = loadWebAccess(m_profile / "gone");
-    ASSERT_FALSE(access);
-    EXPECT_NE(access.error().sentence.find("page-access"), std::string::npos);
+    ASSERT_TRUE(access);
+    EXPECT_EQ(access.value().token.size(), 32u);
+
+    const auto saved = saveWebAccess(m_profile / "gone", access.value());
+    ASSERT_FALSE(saved);
+    EXPECT_NE(saved.error().sentence.find("page-access"), std::string::npos);
+    EXPECT_FALSE(renewToken(m_profile / "gone"));
 }
 
 } // namespace
