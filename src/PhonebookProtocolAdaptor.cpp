@@ -1,7 +1,6 @@
 #include "PhonebookProtocolAdaptor.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <framework/services/DirectoryServiceIfc.h>
 #include <framework/services/PhonebookGroup.h>

@@ -63,12 +63,6 @@ void Form::setItemStateListener(ItemStateListener* listener)
     m_pItemStateListener = listener;
 }
 
-ItemStateListener* Form::getItemStateListener() const
-{
-    const UiLock lock;
-    return m_pItemStateListener;
-}
-
 FrameRole Form::role() const
 {
     return FrameRole::Form;

@@ -1,6 +1,5 @@
 #include <framework/display/PopupDialer.h>
 
-#include <string_view>
 #include <utility>
 
 #include <framework/display/Frame.h>

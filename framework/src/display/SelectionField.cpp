@@ -73,12 +73,6 @@ void SelectionField::setNotifyOnOk(bool notify)
     m_notifyOnOk = notify;
 }
 
-bool SelectionField::notifiesOnOk() const
-{
-    const UiLock lock;
-    return m_notifyOnOk;
-}
-
 void SelectionField::paint(FrameField& field) const
 {
     const UiLock lock;

@@ -11,7 +11,7 @@ namespace DisplayAPI {
 
 class FRAMEWORK_API ContextMenu final : public Displayable {
 public:
-    // `kind` is kept for the telephone's look; 1.
+    // `kind` is 1; it makes no difference.
     explicit ContextMenu(int kind);
     ~ContextMenu() override;
 

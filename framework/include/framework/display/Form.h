@@ -21,6 +21,7 @@ enum class FieldReaction;
 
 class FRAMEWORK_API Form final : public Displayable {
 public:
+    // `kind` makes no difference.
     explicit Form(int kind);
     ~Form() override;
 
@@ -35,7 +36,6 @@ public:
     void setSelectedItem(Item* item);
 
     void setItemStateListener(ItemStateListener* listener);
-    ItemStateListener* getItemStateListener() const;
 
     FrameRole role() const override;
     void paint(FrameScreen& screen, int rows) const override;

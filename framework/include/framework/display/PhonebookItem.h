@@ -8,7 +8,7 @@ namespace DisplayAPI {
 
 class FRAMEWORK_API PhonebookItem final : public ListItem {
 public:
-    // `icon` is a DisplayIcon; `secondIcon` is 0; `kind` is 1.
+    // `icon` is a DisplayIcon; `secondIcon` is 0, and never shown; `kind` is 1.
     PhonebookItem(int icon, int secondIcon, const std::string& name, int kind);
     ~PhonebookItem() override;
 };

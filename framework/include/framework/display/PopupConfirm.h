@@ -13,7 +13,7 @@ namespace DisplayAPI {
 
 class FRAMEWORK_API PopupConfirm final : public Displayable {
 public:
-    // `kind` is kept for the telephone's look; 1.
+    // `kind` is 1; it makes no difference.
     explicit PopupConfirm(int kind);
     ~PopupConfirm() override;
 

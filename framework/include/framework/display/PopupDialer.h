@@ -19,7 +19,7 @@ class ItemStateListener;
 
 class FRAMEWORK_API PopupDialer final : public Displayable, public Item {
 public:
-    // Kept for the telephone's look; 1 and 3.
+    // 1 and 3; they make no difference.
     PopupDialer(int kind, int lines);
     ~PopupDialer() override;
 

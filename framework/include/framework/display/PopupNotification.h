@@ -23,6 +23,7 @@ public:
     ~PopupNotification() override;
 
     void setText(TranslationInfo text);
+    // A Type.
     void setType(int type);
     // In milliseconds; 0 (the default): it goes by a key only.
     void setTimeout(unsigned ms);

@@ -10,11 +10,12 @@ namespace DisplayAPI {
 
 class FRAMEWORK_API PopupProgress final : public Displayable {
 public:
-    // `kind` is kept for the telephone's look; 0 or 1.
+    // `kind` is 0 or 1; it makes no difference.
     explicit PopupProgress(int kind);
     ~PopupProgress() override;
 
     void setText(TranslationInfo text);
+    // Passed on to whoever draws the screen, as FrameScreen::type.
     void setType(int type);
     void dismiss();
 

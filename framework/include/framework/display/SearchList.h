@@ -23,7 +23,6 @@
 #include <chrono>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <framework/display/Displayable.h>
 #include <framework/display/Item.h>
@@ -43,7 +42,7 @@ public:
     void append(ListItem* row);
     void insert(int index, ListItem* row);
     void remove(int index);
-    // Relabels a row in place.
+    // Relabels a row in place. `icon` is a DisplayIcon; `secondIcon` and `kind` change nothing.
     void set(int index, int icon, int secondIcon, const std::string& text, int kind);
     void clear();
     int size() const;

@@ -31,7 +31,6 @@ public:
     void setSelectedIndex(int index);
 
     void setNotifyOnOk(bool notify);
-    bool notifiesOnOk() const;
 
     void paint(FrameField& field) const override;
     FieldReaction keyPressed(const Key& key) override;

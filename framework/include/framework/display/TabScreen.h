@@ -16,7 +16,7 @@ namespace DisplayAPI {
 
 class FRAMEWORK_API TabScreen final : public Displayable {
 public:
-    // Both arguments are kept as the telephone's layout hints: rows of the tab bar, and border.
+    // Rows of the tab bar, and its border: 2 and 1; they make no difference.
     TabScreen(int barRows, int border);
     ~TabScreen() override;
 

@@ -41,6 +41,7 @@ public:
     static bool deliverOne(const Around& around);
 
     // Whether the item event of `item` is being delivered now on this thread, or is queued.
+    // [any-thread]
     static bool isDelivering(const Item* item);
     static bool isQueued(const Item* item);
 

@@ -20,6 +20,7 @@ public:
     virtual void handleInterDigitTimeout(InterDigitTimeOutEvent* event) = 0;
     // Nothing was dialled after going off-hook.
     virtual void handleInitialDigitTimeout(InterDigitTimeOutEvent* event) = 0;
+    // Asked before each handleDialingStarted(); false keeps it away.
     virtual bool isDiallingOk() = 0;
     // Dialling began: with the first digit, or with none on going off-hook.
     virtual void handleDialingStarted(const std::string& digits) = 0;

@@ -20,7 +20,7 @@ public:
     virtual bool clearCallContextProvider(DigitAnalysisServiceEventIfc* provider) = 0;
 
     // Digits of the dialler popup: `complete` 0 while the user types, 1 when they are to be dialled.
-    // What follows from them is queued, never reported before this returns.
+    // False for no digits. What follows from them is queued, never reported before this returns.
     // [phonelet-thread]
     virtual bool setDialString(const std::string& digits, int complete) = 0;
 
@@ -29,7 +29,8 @@ public:
     // [any-thread]
     virtual void convertToCanonical(std::string& number) = 0;
 
-    // Who is dialled, for the call that is being set up; `result` says whether the party is known.
+    // Who is dialled, for the call that is being set up; `result` says whether the party is known;
+    // `mode` is 0.
     // [phonelet-thread]
     virtual void setDialPartyDetails(CallPartyIdentifier& party, bool result, int mode) = 0;
 };

@@ -31,7 +31,8 @@ class FRAMEWORK_API JournalServiceObserverIfc {
 public:
     virtual ~JournalServiceObserverIfc();
 
-    // Items are valid during the call only.
+    // `item` is the whole list, valid during the call only; `id` the record that was added, 0 when
+    // the change is not of one record.
     // [phonelet-thread]
     virtual void missedCallsCountUpdate(int count) = 0;
     virtual void missedCallsUpdate(JournalItem* item, int id, JournalAction action) = 0;
