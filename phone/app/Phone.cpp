@@ -329,8 +329,11 @@ void Phone::tellRefusals()
 {
     for (const auto& refusal : m_configuration.refused()) {
         PHONE_ERROR("%s", refusal.sentence.c_str());
-        m_idle.addNotice("phone.config.refused", {m_configuration.file().filename().string(),
-                                                  std::to_string(refusal.line), refusal.reason});
+        const auto file = m_configuration.file().filename().string();
+        if (refusal.line > 0)
+            m_idle.addNotice("phone.config.refused", {file, std::to_string(refusal.line), refusal.reason});
+        else
+            m_idle.addNotice("phone.config.unreadable", {file, refusal.reason});
     }
 }
 

@@ -72,6 +72,16 @@ std::string differences(const Contact& before, const Contact& after)
     return names.empty() ? "only what the telephone does not show" : names;
 }
 
+// A group that there was no room for was not taken off the contact: an export must leave it on the card.
+std::string whatBecameOf(const PlannedCard& card, const std::string& planned)
+{
+    if (card.contact.group != 0 || card.groups.empty())
+        return planned;
+    auto imported = ImportedCard::fromText(planned);
+    imported.group.clear();
+    return imported.toText();
+}
+
 std::string hexadecimal(std::int64_t number)
 {
     char text[17];
@@ -403,7 +413,8 @@ void Importer::storeOne(const PlannedCard& card, std::size_t index)
     StatementUse row(*m_pStage->get);
     row->bind(1, static_cast<std::int64_t>(index));
     row->step();
-    m_store.putCard(card.contact.id, {card.uid, std::string(row->text(0)), std::string(row->text(1))});
+    m_store.putCard(card.contact.id,
+                    {card.uid, std::string(row->text(0)), whatBecameOf(card, std::string(row->text(1)))});
     if (const auto picture = row->blob(2); !picture.empty())
         writePicture(card.contact.picture, picture);
 }

@@ -27,7 +27,10 @@ int exitCode(vcard::Outcome outcome)
 {
     switch (outcome) {
     case vcard::Outcome::Done:
-        return std::cout.flush() ? 0 : 1;
+        if (std::cout.flush())
+            return 0;
+        std::cerr << "The cards cannot be written. Is the disk full?\n";
+        return 1;
     case vcard::Outcome::Failed:
         return 1;
     case vcard::Outcome::NotACardFile:

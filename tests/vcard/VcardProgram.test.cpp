@@ -41,6 +41,19 @@ TEST(VcardProgram, EndsWith1ForAFileItCannotRead)
     EXPECT_EQ(exitCodeOf("parse '" TEST_DATA_DIR "'"), 1);
 }
 
+TEST(VcardProgram, SaysSoWhenTheDiskIsFull)
+{
+    const char* command =
+        "echo '{\"surname\":\"Miller\"}' | '" BIN_DIR "/deskphone-vcard' write 2>&1 >/dev/full";
+    FILE* program = ::popen(command, "r");
+    ASSERT_NE(program, nullptr);
+    char said[200] = "";
+    EXPECT_NE(std::fgets(said, sizeof said, program), nullptr);
+    EXPECT_STREQ(said, "The cards cannot be written. Is the disk full?\n");
+    const int status = ::pclose(program);
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+}
+
 TEST(VcardProgram, EndsWith64WhenCalledWrongly)
 {
     EXPECT_EQ(exitCodeOf(""), 64);

@@ -337,6 +337,12 @@ TEST_F(PhoneTest, SaysOnTheIdleScreenWhichSettingIsRefused)
         shows("Setting refused: config.toml, line 3: \"visible-rows\" must be a number from 3 to 40."));
 }
 
+TEST_F(PhoneTest, NamesNoLineOfAConfigurationThatCannotBeReadAtAll)
+{
+    administratorWrites(std::string(2 * 1024 * 1024, '#'));
+    EXPECT_TRUE(shows("No setting of config.toml can be read: this is not a configuration file."));
+}
+
 TEST_F(PhoneTest, WritesAnAdministratorsOptionIntoTheOptionStoreToo)
 {
     administratorWrites("ldap-qualifier = 4\n");

@@ -208,6 +208,17 @@ TEST_F(Import, MakesGroupsUntilAllAreTaken)
     EXPECT_EQ(store.groupNames(1).value(), std::vector<std::string>{"Work"});
 }
 
+TEST_F(Import, ExportsAGroupThatThereWasNoRoomFor)
+{
+    groupSlots = 1;
+    const auto choir = card("N:B;;;;\r\nTEL:2\r\nCATEGORIES:Choir,Club\r\n");
+    import(card("N:A;;;;\r\nTEL:1\r\nCATEGORIES:Work\r\n") + choir);
+    EXPECT_NE(exported().find("CATEGORIES:Choir,Club\r\n"), std::string::npos);
+
+    edit([](Contact& contact) { contact.group = 1; }, 1);
+    EXPECT_NE(exported().find("CATEGORIES:Work,Choir,Club\r\n"), std::string::npos);
+}
+
 TEST_F(Import, KeepsPicturesOnce)
 {
     const auto photo = "PHOTO;ENCODING=b;TYPE=PNG:" + nPIXEL + "\r\n";
