@@ -21,6 +21,11 @@ fs::path folderOf(const char* variable, const char* otherwise)
     return home() / otherwise;
 }
 
+bool isReadOnly(const std::error_code& error)
+{
+    return error == std::errc::read_only_file_system || error == std::errc::permission_denied;
+}
+
 } // namespace
 
 Profile Profile::in(const fs::path& folder)
@@ -42,11 +47,12 @@ Profile Profile::demo()
 
 Result<void> Profile::create() const
 {
+    // Contacts that can only be read need no folder for pictures to come.
     for (const auto& folder : {config, data, log, pictures()}) {
         std::error_code error;
         if (fs::create_directories(folder, error))
             fs::permissions(folder, fs::perms::owner_all, error);
-        if (error)
+        if (error && !(folder == pictures() && isReadOnly(error)))
             return Error{ErrorCode::Denied,
                          "The folder " + folder.string() + " cannot be used: " + error.message() + "."};
     }

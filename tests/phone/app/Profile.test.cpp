@@ -85,7 +85,7 @@ TEST(Profile, BelongsToOneTelephoneAtATime)
     EXPECT_TRUE(ProfileLock::take(profile));
 }
 
-TEST(Profile, ThatItsUserMayOnlyReadNeedsNoLock)
+TEST(Profile, ThatItsUserMayOnlyReadNeedsNeitherLockNorPictures)
 {
     using fs::perms;
     TemporaryFolder folder;
@@ -94,8 +94,10 @@ TEST(Profile, ThatItsUserMayOnlyReadNeedsNoLock)
                                        perms::group_exec | perms::others_read | perms::others_exec);
     constexpr uid_t nobody = 65534;
     const int before = ::setfsuid(nobody); // root may write everywhere
+    const auto made = profile.create();
     const auto lock = ProfileLock::take(profile);
     ::setfsuid(static_cast<uid_t>(before));
+    EXPECT_TRUE(made);
     EXPECT_TRUE(lock);
 }
 
