@@ -100,6 +100,8 @@ document.addEventListener("click", (event) => {
 
 document.addEventListener("keydown", (event) => {
   const onButton = document.activeElement instanceof HTMLButtonElement;
+  if (onButton && event.key === "Enter" && event.repeat)
+    event.preventDefault(); // held down, the browser would press the button again and again
   const key = keyOf(event, onButton);
   if (key === "")
     return;

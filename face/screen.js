@@ -40,8 +40,7 @@ export class ScreenView {
     this.base.inert = frame.popup !== null;
     this.window.hidden = frame.systemWindow.length === 0;
     update(this.window, frame.systemWindow, (line) => element("div", {}, line));
-    update(this.soft, frame.softKeys.map((label, i) => ({ label, i })), ({ label, i }) =>
-      element("button", { type: "button", "data-key": `soft${i + 1}` }, label));
+    this.showSoftKeys(frame.softKeys);
     if (focusWasHere)
       this.focus();
   }
@@ -50,6 +49,20 @@ export class ScreenView {
     const target = (this.popup.hidden ? this.base : this.popup).querySelector("[tabindex]");
     if (target instanceof HTMLElement && target !== document.activeElement)
       target.focus({ preventScroll: true });
+  }
+
+  /** A soft key that has the focus gives it to the one that takes its place. @param {string[]} labels */
+  showSoftKeys(labels) {
+    const focused = [...this.soft.children].findIndex((key) => key === document.activeElement);
+    update(this.soft, labels.map((label, i) => ({ label, i })), ({ label, i }) =>
+      element("button", { type: "button", "data-key": `soft${i + 1}` }, label));
+    if (focused < 0)
+      return;
+    const successor = this.soft.children[focused];
+    if (successor instanceof HTMLElement)
+      successor.focus({ preventScroll: true });
+    else
+      this.focus();
   }
 
   /** @param {Frame} frame */
@@ -87,6 +100,7 @@ export class ScreenView {
     field.replaceChildren(base.search);
     if (base.pending !== "")
       field.append(element("u", {}, base.pending));
+    field.scrollLeft = field.scrollWidth; // of a long text the end is to be seen
     set(search, { "aria-label": this.text("phone.search") });
   }
 
@@ -130,6 +144,8 @@ export class ScreenView {
       "aria-posinset": row.position + 1,
       "data-key": `row${row.position + 1}`,
     }, ...this.rowContent(row)));
+    if (list.scrollHeight > list.clientHeight)
+      list.querySelector("[aria-selected=true]")?.scrollIntoView({ block: "nearest" });
     this.showBar(/** @type {HTMLElement} */ (content.lastElementChild), screen);
   }
 
@@ -208,13 +224,13 @@ export class ScreenView {
 
   /** @param {Screen} screen */
   menu(screen) {
-    return element("ul", { class: "rows", role: "menu", tabindex: 0, "aria-label": screen.title || this.text("phone.menu"), ...this.activeRow(screen) },
+    return element("ul", { class: "rows", role: "menu", tabindex: 0, "aria-label": screen.title || screen.text || this.text("phone.menu"), ...this.activeRow(screen) },
       ...screen.rows.map((row) => element("li", this.choice(row, screen, "menuitem"), ...this.rowContent(row))));
   }
 
   /** @param {Screen} screen */
   question(screen) {
-    return element("div", { class: "message", role: "alertdialog", "aria-modal": "true", "aria-label": screen.text, tabindex: 0 },
+    return element("div", { class: "message", role: "alertdialog", "aria-modal": "true", "aria-label": screen.text, tabindex: this.isPlain(screen) ? 0 : null },
       icon("notice"), element("p", {}, screen.text), this.answers(screen));
   }
 
@@ -229,17 +245,22 @@ export class ScreenView {
     const lines = screen.dialler;
     if (!lines)
       return element("div");
-    return element("div", { class: "message dialler", role: "dialog", "aria-modal": "true", "aria-label": lines.line1, tabindex: 0 },
+    // A number that is being edited may be empty: the one it replaces is not shown in its place.
+    const number = lines.edit || (lines.editMode ? "" : lines.line2);
+    return element("div", { class: "message dialler", role: "dialog", "aria-modal": "true", "aria-label": lines.line1, "aria-describedby": "number", tabindex: this.isPlain(screen) ? 0 : null },
       element("p", { class: "line1" }, lines.prefix ? `${lines.prefix} ${lines.line1}` : lines.line1),
-      element("p", { class: "line2" }, lines.edit || lines.line2, ...(lines.edit || lines.editMode ? [element("i", { class: "cursor" })] : [])),
+      element("p", { class: "line2", id: "number" }, number, ...(lines.edit || lines.editMode ? [element("i", { class: "cursor" })] : [])),
       this.answers(screen));
+  }
+
+  /** Whether a popup has its commands on the soft keys. @param {Screen} screen */
+  isPlain(screen) {
+    return screen.rows.length === 0;
   }
 
   /** The commands of a popup as rows, where there are no soft keys for them. @param {Screen} screen */
   answers(screen) {
-    const list = element("ul", { class: "rows", role: "menu", hidden: this.soft.childElementCount > 0, "aria-label": screen.text || this.text("phone.menu") },
-      ...screen.rows.map((row) => element("li", this.choice(row, screen, "menuitem"), ...this.rowContent(row))));
-    return screen.rows.length > 0 ? list : element("div");
+    return this.isPlain(screen) ? element("div") : this.menu(screen);
   }
 
   /** @param {Screen} screen */

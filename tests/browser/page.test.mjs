@@ -33,9 +33,12 @@ async function openPhonebook() {
   await page.getByRole("listbox").waitFor();
 }
 
-/** Waits for the condition that assertions on text alone would race with. */
+/**
+ * Waits for what an assertion would race with. Always by a locator: a condition that the page itself
+ * evaluates again and again is refused by the page's policy.
+ */
 async function expectText(locator, text) {
-  await page.waitForFunction(([element, wanted]) => element?.textContent.includes(wanted), [await locator.elementHandle(), text]);
+  await locator.filter({ hasText: text }).waitFor();
 }
 
 async function expectNoViolations(what) {
@@ -74,7 +77,7 @@ describe("the page", () => {
     await openPhonebook();
     for (let i = 0; i < 20; ++i)
       await page.keyboard.press("ArrowDown");
-    await page.waitForFunction(() => document.querySelector("[role=option][aria-selected=true]")?.getAttribute("aria-posinset") === "21");
+    await page.locator("[role=option][aria-selected=true][aria-posinset='21']").waitFor();
     assert.ok(await page.getByRole("option").count() < 15);
   });
 
@@ -137,14 +140,15 @@ describe("the page", () => {
     await page.locator("#soft button").first().click();
     await popup("alert").waitFor();
     await page.keyboard.press("Enter");
-    await page.waitForFunction(() => !document.body.textContent.includes("Baker, Bob"));
+    await popup("alert").waitFor({ state: "detached" });
+    await row("Baker, Bob").waitFor({ state: "detached" });
   });
 
   test("changes the tab with F6, and the browser's Tab key moves the focus", async () => {
     await openPhonebook();
     await page.keyboard.press("F6");
     await page.locator("[role=tab][aria-selected=true]", { hasNotText: /^$/ }).nth(0).waitFor();
-    await page.waitForFunction(() => [...document.querySelectorAll("[role=tab]")].findIndex((tab) => tab.getAttribute("aria-selected") === "true") === 1);
+    await page.locator("[role=tab]:nth-child(2)[aria-selected=true]").waitFor();
     const before = await page.evaluate(() => document.activeElement?.outerHTML);
     await page.keyboard.press("Tab");
     assert.notEqual(await page.evaluate(() => document.activeElement?.outerHTML), before);
@@ -198,6 +202,81 @@ describe("the page", () => {
     await page.addStyleTag({ content: "html { font-size: 200% }" }).catch(() => page.evaluate(() => { document.documentElement.style.fontSize = "200%"; }));
     page.problems.length = 0; // the policy rightly refuses a style of ours
     assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth));
+  });
+
+  test("keeps the names of its keys whole in a narrow window", async () => {
+    await openPhonebook();
+    await page.setViewportSize({ width: 320, height: 900 });
+    telephone.run("config", "set", "language", "fr");
+    await page.locator("html[lang=fr]").waitFor();
+    await page.locator("[data-key=hook]").click();
+    await popup("dialog").waitFor();
+    const broken = await page.evaluate(() => {
+      const range = document.createRange();
+      const linesOf = (text, word) => {
+        range.setStart(text, word.index);
+        range.setEnd(text, word.index + word[0].length);
+        return new Set([...range.getClientRects()].map(({ top }) => top)).size;
+      };
+      return [...document.querySelectorAll("#soft button, .controls button span")]
+        .flatMap(({ firstChild: text }) => [...text.data.matchAll(/[^\s-]+/g)]
+          .filter((word) => linesOf(text, word) > 1).map((word) => word[0]));
+    });
+    assert.deepEqual(broken, []);
+  });
+
+  test("shows the end of a long search text in one line", async () => {
+    await openPhonebook();
+    const field = page.locator(".search span");
+    await page.keyboard.type("a");
+    await expectText(field, "a");
+    const { height } = await field.boundingBox();
+    await page.keyboard.type(" name that is far too long for the search field of this screen");
+    await expectText(field, "this screen");
+    assert.equal((await field.boundingBox()).height, height);
+    assert.ok(await field.evaluate((span) => span.scrollLeft > 0 && span.scrollLeft + span.clientWidth >= span.scrollWidth - 1));
+  });
+
+  test("leaves the focus on a soft key whose name changes", async () => {
+    await openPhonebook();
+    await page.locator("#soft button").nth(1).focus();
+    await page.keyboard.press("Enter");
+    await popup("menu").waitFor();
+    assert.equal(await page.evaluate(() => document.activeElement?.getAttribute("data-key")), "soft2");
+  });
+
+  test("presses a key once however long Enter is held down on it", async () => {
+    await openPhonebook();
+    await page.locator("#soft button").nth(1).focus();
+    await page.keyboard.down("Enter");
+    await popup("menu").waitFor();
+    await page.keyboard.down("Enter"); // repeats: it would be Back now
+    await page.keyboard.up("Enter");
+    await page.keyboard.press("ArrowDown");
+    await page.locator("#popup #choice-1.selected").waitFor();
+  });
+
+  test("shows an emptied number as empty while it is edited", async () => {
+    await openPhonebook();
+    await page.keyboard.type("ba");
+    await row("Baker, Bob").and(selected()).waitFor();
+    await page.getByRole("button", { name: "Speaker" }).click();
+    await popup("dialog").waitFor();
+    const number = page.locator("#popup .line2");
+    await page.getByRole("button", { name: "Edit number" }).click();
+    await expectText(number, "002");
+    await page.locator("#popup .cursor").waitFor();
+    await page.keyboard.press("Delete");
+    await page.locator("#popup .line2:not(:has-text('0'))").waitFor({ state: "attached" });
+    assert.equal(await number.textContent(), "");
+  });
+
+  test("frames popups where the system chooses the colours", async () => {
+    await page.emulateMedia({ forcedColors: "active" });
+    await openPhonebook();
+    await page.keyboard.press("ArrowRight");
+    await popup("menu").waitFor();
+    assert.notEqual(await popup("menu").evaluate((menu) => getComputedStyle(menu).borderTopStyle), "none");
   });
 
   test("says when the telephone is gone, and comes back with it", async () => {
@@ -262,9 +341,31 @@ describe("the page of a telephone without soft keys", () => {
     await page.keyboard.press("ArrowRight");
     await page.getByRole("menuitem", { name: "Delete", exact: true }).click();
     await popup("alertdialog").waitFor();
+    const focused = page.locator("#popup :focus");
+    assert.equal(await focused.getAttribute("aria-activedescendant"), "choice-0");
+    await page.keyboard.press("ArrowDown");
+    await page.locator("#popup :focus[aria-activedescendant=choice-1]").waitFor();
+    await expectNoViolations("question without soft keys");
     await page.getByRole("menuitem", { name: "Cancel" }).click();
     await popup("alertdialog").waitFor({ state: "detached" });
     await expectNoViolations("menu without soft keys");
+  });
+});
+
+describe("the page of a telephone with more rows than fit", () => {
+  test("keeps the selected row in sight", async () => {
+    telephone = await new Telephone({ contacts: PEOPLE, config: "visible-rows = 20\n" }).start();
+    page = await openPage(browser, telephone);
+    await openPhonebook();
+    for (let i = 1; i < 20; ++i)
+      await page.keyboard.press("ArrowDown");
+    await page.locator("[role=option][aria-selected=true][aria-posinset='20']").waitFor();
+    const list = await page.getByRole("listbox").boundingBox();
+    const last = await selected().boundingBox();
+    assert.ok(last.height > 20);
+    assert.ok(last.y >= list.y && last.y + last.height <= list.y + list.height);
+    await page.context().close();
+    await telephone.end();
   });
 });
 
