@@ -21,6 +21,7 @@ public:
     ~TemporaryFolder()
     {
         std::error_code ignored;
+        std::filesystem::permissions(m_path, std::filesystem::perms::owner_all, ignored);
         std::filesystem::remove_all(m_path, ignored);
     }
 

@@ -1,8 +1,7 @@
-// What tests of the stores share: folders that go away, a disk that fails, a user without rights.
+// What tests of the stores share: files, a disk that fails, a user without rights.
 
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,33 +10,8 @@
 #include <sys/fsuid.h>
 #include <unistd.h>
 
+#include "../TemporaryFolder.h"
 #include "directory/Sqlite.h"
-
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        // In memory where that is possible: the stores wait for the disk after every change.
-        const std::filesystem::path memory = "/dev/shm";
-        const auto base = std::filesystem::exists(memory) ? memory : std::filesystem::temp_directory_path();
-        std::string name = (base / "deskbook-test-XXXXXX").string();
-        m_path = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::permissions(m_path, std::filesystem::perms::owner_all, ignored);
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& path() const { return m_path; }
-    std::filesystem::path operator/(const char* name) const { return m_path / name; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 inline std::string contentOf(const std::filesystem::path& file)
 {

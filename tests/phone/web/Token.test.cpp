@@ -6,20 +6,16 @@
 
 #include <gtest/gtest.h>
 
+#include "../TemporaryFolder.h"
+
 namespace {
 
 class PageToken : public testing::Test {
 protected:
-    PageToken()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "page-token-XXXXXX").string();
-        m_profile = mkdtemp(pattern.data());
-    }
-    ~PageToken() override { std::filesystem::remove_all(m_profile); }
+    std::filesystem::path file() const { return m_folder / "page-access"; }
 
-    std::filesystem::path file() const { return m_profile / "page-access"; }
-
-    std::filesystem::path m_profile;
+    const TemporaryFolder m_folder;
+    const std::filesystem::path m_profile = m_folder.path();
 };
 
 TEST_F(PageToken, IsMadeOnceAndSurvivesARestart)
