@@ -244,7 +244,10 @@ void DirectoryService::removeObserver(DirectoryServiceObserverIfc* observer)
 
 void DirectoryService::followReplacedFile()
 {
-    if (m_pStore->fileState() == ContactStore::FileState::Replaced)
+    const auto file = m_pStore->fileState();
+    const bool badFileIsGone =
+        file == ContactStore::FileState::Missing && state() == ContactStore::State::Unusable;
+    if (file == ContactStore::FileState::Replaced || badFileIsGone)
         m_pStore->reopen();
     if (!m_pStore->takeReplaced())
         return;

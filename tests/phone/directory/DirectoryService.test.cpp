@@ -352,7 +352,7 @@ TEST_F(Directory, TellsOfARestartWhenTheFileWasReplaced)
     EXPECT_EQ(observer.heard, "restart ");
 }
 
-TEST_F(Directory, NamesADamagedFileAndStaysEmptyUntilItIsReplaced)
+TEST_F(Directory, NamesADamagedFileAndStaysEmptyUntilItIsGone)
 {
     directory.reset();
     const auto file = DirectoryService::fileIn(folder.path());
@@ -367,10 +367,12 @@ TEST_F(Directory, NamesADamagedFileAndStaysEmptyUntilItIsReplaced)
     directory->addObserver(&observer);
     std::filesystem::rename(file, folder / "kept");
     look();
+    EXPECT_EQ(observer.heard, "restart ");
+    EXPECT_EQ(directory->notice(), "");
     add("New");
     look();
     EXPECT_EQ(observer.heard, "restart ");
-    EXPECT_EQ(directory->notice(), "");
+    EXPECT_EQ(contentOf(folder / "kept"), "rubbish");
 }
 
 TEST_F(Directory, PassedOnFailsAtTheRequestThatWasChosen)
