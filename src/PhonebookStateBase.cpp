@@ -1,5 +1,6 @@
 #include "PhonebookStateBase.h"
 
+#include <framework/display/Display.h>
 #include <framework/display/Icons.h>
 #include <framework/display/ListItem.h>
 #include <framework/display/PhonebookItem.h>
@@ -14,19 +15,6 @@ namespace {
 
 constexpr char nSOURCE[] = "./src/PhonebookStateBase";
 constexpr int nLIST_ROW = 1; // the kind of a row in a search list
-
-DisplayIcon iconOf(const std::string& defaultNumber)
-{
-    if (defaultNumber == "Office")
-        return DisplayIcon::Office;
-    if (defaultNumber == "Office2")
-        return DisplayIcon::Office2;
-    if (defaultNumber == "Mobile")
-        return DisplayIcon::Mobile;
-    if (defaultNumber == "Private")
-        return DisplayIcon::Private;
-    return DisplayIcon::None;
-}
 
 } // namespace
 
@@ -242,6 +230,41 @@ void PhonebookStateBase::constructLdapDisplayList(EventContext* pContext)
 void PhonebookStateBase::appendRow(DisplayAPI::SearchList& list, const PhonebookListEntry& entry,
                                    displayMode mode, displayQualifier qualifier)
 {
-    const int icon = static_cast<int>(iconOf(entry.getDefaultNumber()));
-    list.append(new DisplayAPI::PhonebookItem(icon, 0, entry.getDisplayName(mode, qualifier), nLIST_ROW));
+    list.append(new DisplayAPI::PhonebookItem(rowIcon(entry.getDefaultNumber()), 0,
+                                              entry.getDisplayName(mode, qualifier), nLIST_ROW));
+}
+
+int PhonebookStateBase::rowIcon(const std::string& defaultNumber)
+{
+    auto icon = DisplayIcon::None;
+    if (defaultNumber == PhonebookListEntry::nOFFICE)
+        icon = DisplayIcon::Office;
+    else if (defaultNumber == PhonebookListEntry::nOFFICE2)
+        icon = DisplayIcon::Office2;
+    else if (defaultNumber == PhonebookListEntry::nMOBILE)
+        icon = DisplayIcon::Mobile;
+    else if (defaultNumber == PhonebookListEntry::nPRIVATE)
+        icon = DisplayIcon::Private;
+    return static_cast<int>(icon);
+}
+
+DisplayAPI::TranslationInfo PhonebookStateBase::groupText(EventContext* pContext, const PhonebookGroup& group)
+{
+    PB_TRACE("PhonebookStateBase::groupText()");
+    using DisplayAPI::TranslationInfo;
+    if (group.getName() == "group.copied.contacts")
+        return {group.getName(), pContext->m_pTranslator};
+    return TranslationInfo::plain(group.getName());
+}
+
+void PhonebookStateBase::showInTab(EventContext* pContext, DisplayAPI::Displayable& screen)
+{
+    PB_TRACE("PhonebookStateBase::showInTab()");
+    auto& tabs = *pContext->m_pTabScreen;
+    if (tabs.numberOfTabs() == 0) {
+        pContext->m_pDisplay->setCurrent(&screen);
+        return;
+    }
+    tabs.setCurrentDisplayable(&screen);
+    pContext->m_pDisplay->setCurrent(&tabs);
 }

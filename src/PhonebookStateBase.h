@@ -19,11 +19,13 @@ class Command;
 class Displayable;
 class Item;
 class SearchList;
+class TranslationInfo;
 } // namespace DisplayAPI
 class CallPartyIdentifier;
 class CSTAServiceInitiatedEvent;
 class EventContext;
 class InterDigitTimeOutEvent;
+class PhonebookGroup;
 
 class PhonebookStateBase {
 public:
@@ -91,6 +93,12 @@ protected:
     // have any number of them.
     static void appendRow(DisplayAPI::SearchList& list, const PhonebookListEntry& entry, displayMode mode,
                           displayQualifier qualifier);
+    // A row's DisplayIcon, from the name of the entry's default number. Not traced either.
+    static int rowIcon(const std::string& defaultNumber);
+    // A group's name as it is shown: the telephone's own group is kept under its key.
+    static DisplayAPI::TranslationInfo groupText(EventContext* pContext, const PhonebookGroup& group);
+    // Shows a list as what its tab shows, or by itself where there are no tabs.
+    static void showInTab(EventContext* pContext, DisplayAPI::Displayable& screen);
 
     // Not virtual: nobody owns a state through this class.
     ~PhonebookStateBase() = default;

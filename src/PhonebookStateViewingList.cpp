@@ -339,28 +339,16 @@ void PhonebookStateViewingList::setGroupTitle(EventContext* pContext)
     if (index == nWITHOUT_GROUP)
         list.setTitle(TranslationInfo("no.group", pContext->m_pTranslator));
     PhonebookGroup group;
-    if (index <= nWITHOUT_GROUP || !pContext->m_pGroupList || !pContext->m_pGroupList->getGroup(index, group))
-        return;
-    // The telephone's own group is kept under its key.
-    if (group.getName() == "group.copied.contacts")
-        list.setTitle(TranslationInfo(group.getName(), pContext->m_pTranslator));
-    else
-        list.setTitle(TranslationInfo::plain(group.getName()));
+    if (index > nWITHOUT_GROUP && pContext->m_pGroupList && pContext->m_pGroupList->getGroup(index, group))
+        list.setTitle(groupText(pContext, group));
 }
 
 void PhonebookStateViewingList::setDisplayListCurrent(EventContext* pContext)
 {
     PB_TRACE("PhonebookStateViewingList::setDisplayListCurrent");
-    auto& tabs = *pContext->m_pTabScreen;
-    auto* pList = pContext->m_pDisplayList.get();
-    if (tabs.numberOfTabs() == 0) {
-        pContext->m_pDisplay->setCurrent(pList);
-    } else {
-        if (!isOfficeTabCurrent(pContext))
-            return; // the tab still shows the placeholder
-        tabs.setCurrentDisplayable(pList);
-        pContext->m_pDisplay->setCurrent(&tabs);
-    }
+    if (pContext->m_pTabScreen->numberOfTabs() > 0 && !isOfficeTabCurrent(pContext))
+        return; // the tab still shows the placeholder
+    showInTab(pContext, *pContext->m_pDisplayList);
     pContext->m_pPlaceholderList.reset();
 }
 
