@@ -10,53 +10,15 @@
 #include "PB_Error.h"
 #include "PhonebookList.h"
 #include "PhonebookLog.h"
-#include "PhonebookMode.h"
+#include "PopupMaker.h"
+#include "ShownProgress.h"
 
 using DisplayAPI::PopupNotification;
-using DisplayAPI::PopupProgress;
 using DisplayAPI::TranslationInfo;
 
 namespace {
-
 constexpr char nSOURCE[] = "./src/ListPopups";
-
 constexpr int nPROGRESS_KIND = 1;
-constexpr int nPROGRESS_TYPE = 1;
-constexpr unsigned nTIMEOUT_MS = 3000;
-
-std::unique_ptr<PopupProgress> makeProgress()
-{
-    auto popup = std::make_unique<PopupProgress>(nPROGRESS_KIND);
-    popup->setType(nPROGRESS_TYPE);
-    return popup;
-}
-
-std::unique_ptr<PopupNotification> makeNotification(EventContext* pContext, int type)
-{
-    auto popup = std::make_unique<PopupNotification>();
-    popup->setType(type);
-    popup->setTimeout(nTIMEOUT_MS);
-    popup->setCommandListener(pContext->m_pListener);
-    return popup;
-}
-
-// A progress message that goes whatever becomes of the work behind it.
-class ShownProgress {
-public:
-    ShownProgress(EventContext* pContext, PopupProgress& popup)
-        : m_popup(popup)
-    {
-        pContext->m_pDisplay->setCurrent(&m_popup);
-    }
-    ~ShownProgress() { m_popup.dismiss(); }
-
-    ShownProgress(const ShownProgress&) = delete;
-    ShownProgress& operator=(const ShownProgress&) = delete;
-
-private:
-    PopupProgress& m_popup;
-};
-
 } // namespace
 
 ListPopups::ListPopups() = default;
@@ -67,13 +29,13 @@ void ListPopups::construct(EventContext* pContext)
 {
     PB_TRACE("ListPopups::construct()");
     forgetOld(pContext);
-    m_pError = makeNotification(pContext, PopupNotification::ERROR);
-    m_pDeletingAll = makeProgress();
+    m_pError = PopupMaker::notification(pContext, PopupNotification::ERROR);
+    m_pDeletingAll = PopupMaker::progress(nPROGRESS_KIND);
     m_pDeletingAll->setText(TranslationInfo("deleting.all.entries", pContext->m_pTranslator));
-    m_pAllDeleted = makeNotification(pContext, PopupNotification::SUCCESS);
+    m_pAllDeleted = PopupMaker::notification(pContext, PopupNotification::SUCCESS);
     m_pAllDeleted->setText(TranslationInfo("delete.all.entries.confirm", pContext->m_pTranslator));
-    m_pDeletingEntry = makeProgress();
-    m_pEntryDeleted = makeNotification(pContext, PopupNotification::SUCCESS);
+    m_pDeletingEntry = PopupMaker::progress(nPROGRESS_KIND);
+    m_pEntryDeleted = PopupMaker::notification(pContext, PopupNotification::SUCCESS);
 }
 
 int ListPopups::deleteAll(EventContext* pContext)
@@ -116,7 +78,7 @@ void ListPopups::showFetching(EventContext* pContext)
 {
     PB_TRACE("ListPopups::showFetching()");
     if (!m_pFetching) {
-        m_pFetching = makeProgress();
+        m_pFetching = PopupMaker::progress(nPROGRESS_KIND);
         m_pFetching->setText(TranslationInfo("Mobility.Fetching.Directory", pContext->m_pTranslator));
     }
     pContext->m_pDisplay->setCurrent(m_pFetching.get());
