@@ -227,6 +227,70 @@ void sortAgain(benchmark::State& state)
         });
 }
 
+// One contact of 100,000 changes its name; the disk is waited for on both sides.
+void saveContact(benchmark::State& state)
+{
+    Database& table = book().table();
+    PhonebookList list(&book().service());
+    list.setDisplayMode(displayMode::SurnameFirstname);
+    list.populate(-1);
+    std::vector<std::string> names = shownNames(list);
+    std::mt19937 random(3);
+    compare(
+        state,
+        [&] {
+            const auto row = random() % nCONTACTS;
+            PhonebookFullEntry entry;
+            if (!list.getFullEntry(static_cast<unsigned int>(row), entry))
+                state.SkipWithError("a contact is missing");
+            entry.setSurname(madeUpName(random, 3));
+            int newIndex = -1;
+            return secondsFor([&] { list.updateEntry(&entry, newIndex, static_cast<int>(row)); });
+        },
+        [&] {
+            const auto surname = madeUpName(random, 3);
+            names[random() % nCONTACTS] = surname + ", " + madeUpName(random, 2);
+            return secondsFor([&] {
+                Transaction transaction(table);
+                Statement update(table.handle(), "UPDATE plain SET surname = ?1 WHERE rowid = ?2");
+                update.bind(1, surname).bind(2, static_cast<std::int64_t>(random() % nCONTACTS + 1)).run();
+                transaction.commit();
+                plainSort(names);
+            });
+        });
+}
+
+// Another name format, until every row of the screen's list has its new label.
+void switchNameFormat(benchmark::State& state)
+{
+    PhonebookList list(&book().service());
+    list.setDisplayMode(displayMode::FirstnameSurname);
+    list.populate(-1);
+    DisplayAPI::SearchList widget;
+    for (const auto& name : shownNames(list))
+        widget.append(new DisplayAPI::PhonebookItem(3, 0, name, 1));
+    compare(
+        state,
+        [&] {
+            return secondsFor([&] {
+                list.setDisplayMode(displayMode::FirstnameSurname);
+                for (int row = 0; row < widget.size(); ++row) {
+                    const auto entry = list.elementAt(static_cast<unsigned int>(row));
+                    widget.set(row, 3, 0,
+                               entry.getDisplayName(list.getDisplayMode(), list.getDisplayQualifier()), 1);
+                }
+            });
+        },
+        [&] {
+            list.setDisplayMode(displayMode::SurnameFirstname);
+            std::vector<std::string> names;
+            for (unsigned int row = 0; row < list.size(); ++row)
+                names.push_back(list.elementAt(row).getDisplayName(displayMode::FirstnameSurname,
+                                                                   displayQualifier::None));
+            return secondsFor([&] { plainSort(names); });
+        });
+}
+
 void quickSearch(benchmark::State& state)
 {
     PhonebookList list(&book().service());
@@ -279,6 +343,8 @@ void bytesARow(benchmark::State& state)
 
 BENCHMARK(populateAndSort)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(sortAgain)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(saveContact)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(switchNameFormat)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(quickSearch)->Unit(benchmark::kMicrosecond);
 BENCHMARK(bytesARow)->Iterations(1)->Unit(benchmark::kMillisecond);
 

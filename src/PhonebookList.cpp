@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 #include <framework/services/DigitAnalysisServiceIfc.h>
@@ -410,15 +411,23 @@ void PhonebookList::sortListBySortMode()
 void PhonebookList::sortRowsByKey()
 {
     PB_TRACE("PhonebookList::sortRowsByKey()");
-    // A row is large: while keys are compared, only they move about, and each row moves once.
+    // A row is large: while keys are compared, only views of them move about, and each row moves
+    // once. The keys lie side by side, as a comparison mostly waits for memory.
     struct KeyOfRow {
-        std::string key;
+        std::string_view key;
         std::size_t row;
     };
+    std::size_t length = 0;
+    for (const auto& row : m_entries)
+        length += row.m_sortKey.size();
+    std::string keys;
+    keys.reserve(length);
     std::vector<KeyOfRow> order;
     order.reserve(m_entries.size());
-    for (auto& row : m_entries)
-        order.push_back({std::move(row.m_sortKey), order.size()});
+    for (const auto& row : m_entries) {
+        order.push_back({{keys.data() + keys.size(), row.m_sortKey.size()}, order.size()});
+        keys += row.m_sortKey;
+    }
 
     const auto sortPredicate = [](const KeyOfRow& left, const KeyOfRow& right) {
         return Utf8Utils::compare(left.key, right.key);

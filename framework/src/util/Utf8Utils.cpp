@@ -42,8 +42,13 @@ bool isEncoded(std::string_view text)
     return true;
 }
 
-// Asked twice a comparison, and nearly always of raw text.
-inline bool isNormal(std::string_view text)
+// Asked twice a comparison: raw text is nearly always known by its first byte.
+inline bool mayBeNormal(std::string_view text)
+{
+    return !text.empty() && text[0] == nENCODED_MARK[0];
+}
+
+bool isNormal(std::string_view text)
 {
     return text.starts_with(nENCODED_MARK) && isEncoded(text);
 }
@@ -60,7 +65,7 @@ public:
     }
 
     // Below, equal or above 0.
-    int compareRaw(const std::string& left, const std::string& right) const
+    int compareRaw(std::string_view left, std::string_view right) const
     {
         UErrorCode status = U_ZERO_ERROR;
         const UCollationResult result =
@@ -69,7 +74,7 @@ public:
         return result != UCOL_EQUAL ? static_cast<int>(result) : left.compare(right);
     }
 
-    std::string normalForm(const std::string& text) const
+    std::string normalForm(std::string_view text) const
     {
         const auto characters =
             icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
@@ -122,15 +127,31 @@ std::atomic<const Collation*> s_current{nullptr};
 // Read at every comparison; initial-exec spares the call that finds a thread's variable.
 thread_local const Collation* t_steady [[gnu::tls_model("initial-exec")]] = nullptr;
 
-const Collation& current()
+const Collation& currentOfAll()
 {
-    if (t_steady)
-        return *t_steady;
     const Collation* collation = s_current.load(std::memory_order_acquire);
     if (collation)
         return *collation;
     const Collation* root = &collationOf("root");
     return s_current.compare_exchange_strong(collation, root) ? *root : *collation;
+}
+
+inline const Collation& current()
+{
+    return t_steady ? *t_steady : currentOfAll();
+}
+
+bool compareNormal(std::string_view left, std::string_view right)
+{
+    const bool leftIsNormal = isNormal(left);
+    const bool rightIsNormal = isNormal(right);
+    const Collation& collation = current();
+    if (leftIsNormal == rightIsNormal)
+        return leftIsNormal ? left < right : collation.compareRaw(left, right) < 0;
+
+    // A normal form stands before the raw texts that have it.
+    const std::string other = collation.normalForm(leftIsNormal ? right : left);
+    return leftIsNormal ? left <= other : other < right;
 }
 
 } // namespace
@@ -161,17 +182,11 @@ Utf8Utils::SteadyOrder::~SteadyOrder()
     t_steady = static_cast<const Collation*>(m_pBefore);
 }
 
-bool Utf8Utils::compare(const std::string& left, const std::string& right)
+bool Utf8Utils::compare(std::string_view left, std::string_view right)
 {
-    const bool leftIsNormal = isNormal(left);
-    const bool rightIsNormal = isNormal(right);
-    const Collation& collation = current();
-    if (leftIsNormal == rightIsNormal)
-        return leftIsNormal ? left < right : collation.compareRaw(left, right) < 0;
-
-    // A normal form stands before the raw texts that have it.
-    const std::string other = collation.normalForm(leftIsNormal ? right : left);
-    return leftIsNormal ? left <= other : other < right;
+    if (mayBeNormal(left) || mayBeNormal(right)) [[unlikely]]
+        return compareNormal(left, right);
+    return current().compareRaw(left, right) < 0;
 }
 
 void Utf8Utils::normalize(std::string& text)

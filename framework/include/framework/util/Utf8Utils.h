@@ -12,6 +12,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <framework/Export.h>
 
@@ -42,7 +43,7 @@ public:
     // Whether `left` sorts before `right`: a strict total order over raw texts and normal forms. A
     // normal form sorts before the raw texts that have it.
     // [any-thread]
-    static bool compare(const std::string& left, const std::string& right);
+    static bool compare(std::string_view left, std::string_view right);
 
     // Replaces the text by its normal form; a normal form stays as it is. Text without letters or
     // signs that count gives "".
