@@ -1,23 +1,141 @@
 #!/usr/bin/env python3
-"""Fails when a catalogue misses a key that is used, or differs from the others.
+"""Fails when the catalogues and the sources do not fit together, or a text breaks docs/texts.md.
 
-All catalogues hold the same keys, none without a text, each with the same parameters;
-msgfmt accepts them; and every key that the sources name is among them.
+Every key that the sources name stands in every catalogue, and every key of the catalogues is
+named somewhere; all catalogues hold the same keys under the same headings in the same order, each
+with the same parameters and the same kind of ending; msgfmt accepts them; texts fit their place.
 """
 import pathlib
 import re
 import subprocess
 import sys
+import unicodedata
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-SOURCES = ("src", "phone")
+SOURCES = ("src", "phone", "framework/include", "framework/src", "face")
+SUFFIXES = (".h", ".cpp", ".js", ".html")
 
 # A key is named where it becomes a text, or looks like one: its first word is the first
 # word of a key ("delete.group.prompt"), and it is no file name.
 TRANSLATED = re.compile(r'\b(?:TranslationInfo|translate)\s*[({]\s*"([^"\\]+)"')
 DOTTED = re.compile(r'"([A-Za-z][A-Za-z0-9]*(?:\.[A-Za-z0-9]+)+)"')
+QUOTED = re.compile(r'"([^"\\\n]+)"')
 FILE_NAME = re.compile(r"\.(?:toml|po|mo|vcf|png|jpg|svg|html|css|js|json|sqlite|db|log|so|txt|wav)$")
 COMMENT = re.compile(r"^\s*//.*$", re.M)
+
+# The corporate directory's own screens show these. A key that is shown leaves the list.
+OF_DIRECTORY_SCREENS = frozenset("""
+    advanced.find configuration.error connection.failure exit find.options ldap.entry.duplicate
+    ldap.entry.saved ldap.entry.unable.to.add ldap.find.unexpected.error ldap.save.entry.prompt
+    no.find.criteria no.matches.found no.qualifier qualifier qualifier.options retrieving.entries
+    too.many.matches""".split())
+
+# How many characters a text may have where it is shown, parameters not counted.
+SOFT_KEY, TAB, PAGE_KEY, ANSWER, ROW, NOTICE = 12, 18, 16, 18, 28, 84
+LIMITS = {
+    "phone.ok phone.menu phone.back phone.save phone.select phone.phonebook": SOFT_KEY,
+    "office ldap PBX.Phonebook": TAB,
+    "phone.home phone.clear phone.dialpad phone.hook phone.hangup": PAGE_KEY,
+    "cancel delete delete.all delete.all.entries dialler.dial dialler.redial do.not.save edit.number"
+    " refresh.directory save": ANSWER,
+}
+LIMIT_OF_KEY = {key: limit for keys, limit in LIMITS.items() for key in keys.split()}
+LIMIT_OF_HEADING = {
+    "Tabs, lists and titles": ROW,
+    "Commands in menus, forms and popups": ROW,
+    "Fields and their choices": ROW,
+    "Questions": NOTICE,
+    "Work in progress": NOTICE,
+    "Done": NOTICE,
+    "Notices and errors": NOTICE,
+}
+
+# Commands that stand side by side: whoever reads their first word only must not take one for the other.
+ALTERNATIVES = (("save", "do.not.save"), ("save.exit", "exit.no.save"), ("delete", "cancel"),
+                ("delete.all.entries", "cancel"), ("delete.all", "cancel"))
+
+NO_TYPOGRAPHY = {
+    r"['\"`]": "a straight quotation mark or apostrophe",
+    r"\.\.": "dots in place of an ellipsis",
+    r"!": "an exclamation mark",
+    r"^\s|\s$|\s\s": "a blank too many",
+}
+FRENCH_BLANK = re.compile(r"(?<!\u00A0)[:;?!]")
+QUESTION_MARKS = {"el": ";"}
+
+
+class Catalogue:
+    """One .po file: its texts by key, its headings and keys in their order, and what is wrong with it."""
+
+    STRING = r'(?:"(?:[^"\\]|\\.)*"\s*)+'
+    ENTRY = re.compile(rf"^# (?P<heading>.+)$|^msgid (?P<key>{STRING})^msgstr (?P<text>{STRING})", re.M)
+
+    def __init__(self, path):
+        self.path = path
+        self.language = path.stem
+        self.texts, self.headings, self.order, self.bad = {}, {}, [], []
+        source = path.read_text(encoding="utf-8")
+        heading = ""
+        for entry in self.ENTRY.finditer(source):
+            if entry["heading"]:
+                heading = entry["heading"]
+                self.order.append(heading)
+            elif key := unquote(entry["key"]):
+                self.add(key, unquote(entry["text"]), heading)
+        if re.search(r"^#[,~|]", source, re.M):
+            self.bad.append(f"{path.name}: has a fuzzy or obsolete entry")
+        checked = subprocess.run(["msgfmt", "--check", "-o", "/dev/null", str(path)],
+                                 capture_output=True, text=True)
+        if checked.returncode or checked.stderr:
+            self.bad.append(checked.stderr.strip())
+
+    def add(self, key, text, heading):
+        if key in self.texts:
+            self.complain(key, "stands there twice")
+        self.texts[key] = text
+        self.headings[key] = heading
+        self.order.append(key)
+
+    def complain(self, key, what):
+        self.bad.append(f"{self.path.name}: {key}: {what}")
+
+    def compare(self, english):
+        for key in english.texts.keys() - self.texts.keys():
+            self.complain(key, "missing")
+        for key in self.texts.keys() - english.texts.keys():
+            self.complain(key, "not in en.po")
+        differing = [mine for mine, theirs in zip(self.order, english.order) if mine != theirs]
+        if differing and not self.bad:
+            self.complain(differing[0], "its heading or place is another than in en.po")
+        for key in self.texts.keys() & english.texts.keys():
+            self.compare_text(key, english)
+
+    def compare_text(self, key, english):
+        text, original = self.texts[key], english.texts[key]
+        if parameters(text) != parameters(original):
+            self.complain(key, "parameters differ from en.po")
+        # On keys, abbreviations may end in a full stop.
+        if text.strip() and key not in LIMIT_OF_KEY and ending(text, self.language) != ending(original, "en"):
+            self.complain(key, "ends in another punctuation mark than in en.po")
+
+    def check_texts(self):
+        for key, text in self.texts.items():
+            if not text.strip():
+                self.complain(key, "empty")
+            for pattern, what in NO_TYPOGRAPHY.items():
+                if re.search(pattern, text):
+                    self.complain(key, f"has {what}")
+            if self.language == "fr" and FRENCH_BLANK.search(text):
+                self.complain(key, "has no no-break blank before a punctuation mark")
+            if text != unicodedata.normalize("NFC", text):
+                self.complain(key, "is not composed (NFC)")
+            limit = LIMIT_OF_KEY.get(key) or LIMIT_OF_HEADING.get(self.headings[key])
+            length = len(re.sub(r"\{\d+\}", "", text).strip())
+            if limit and length > limit:
+                self.complain(key, f"has {length} characters, {limit} fit")
+        for first, second in ALTERNATIVES:
+            if first_word(self.texts.get(first)) == first_word(self.texts.get(second)):
+                self.complain(second, f"begins as {first} does")
 
 
 def unquote(text):
@@ -25,60 +143,60 @@ def unquote(text):
     return re.sub(r"\\(.)", lambda m: {"n": "\n", "t": "\t"}.get(m[1], m[1]), joined)
 
 
-def read_catalogue(path):
-    """Key -> text, and the keys that stand in it twice."""
-    texts, twice = {}, []
-    entry = re.compile(r'^msgid ((?:"(?:[^"\\]|\\.)*"\s*)+)^msgstr ((?:"(?:[^"\\]|\\.)*"\s*)+)', re.M)
-    for match in entry.finditer(path.read_text(encoding="utf-8")):
-        key = unquote(match[1])
-        if key in texts:
-            twice.append(key)
-        if key:
-            texts[key] = unquote(match[2])
-    return texts, twice
-
-
 def parameters(text):
     return sorted(re.findall(r"\{(\d+)[^}]*\}", text))
 
 
-def used_keys(known):
-    first_words = {key.split(".")[0] for key in known if "." in key}
+def first_word(text):
+    return (text or "").split(" ")[0].casefold()
+
+
+def ending(text, language):
+    last = text[-1]
+    if last == QUESTION_MARKS.get(language, "?"):
+        return "?"
+    return last if last in ".…:;?" else ""
+
+
+def sources():
+    """Each source file with its text, comments left out."""
     for folder in SOURCES:
         for path in sorted((ROOT / folder).rglob("*")):
-            if path.suffix not in (".h", ".cpp"):
-                continue
-            source = COMMENT.sub("", path.read_text(encoding="utf-8"))
-            for key in TRANSLATED.findall(source):
-                yield path, key
-            for key in DOTTED.findall(source):
-                if key.split(".")[0] in first_words and not FILE_NAME.search(key):
-                    yield path, key
+            if path.suffix in SUFFIXES:
+                yield path.relative_to(ROOT), COMMENT.sub("", path.read_text(encoding="utf-8"))
+
+
+def keys_without_text(known):
+    first_words = {key.split(".")[0] for key in known if "." in key}
+    for path, source in sources():
+        named = set(TRANSLATED.findall(source))
+        named |= {key for key in DOTTED.findall(source)
+                  if key.split(".")[0] in first_words and not FILE_NAME.search(key)}
+        yield from (f"{path}: {key}: in no catalogue" for key in sorted(named - known))
+
+
+def texts_without_key(known):
+    named = {text for _, source in sources() for text in QUOTED.findall(source)}
+    yield from (f"{key}: named in no source" for key in sorted(known - named - OF_DIRECTORY_SCREENS))
+    yield from (f"{key}: named in a source, take it out of OF_DIRECTORY_SCREENS"
+                for key in sorted(OF_DIRECTORY_SCREENS & named))
+    yield from (f"{key}: in no catalogue" for key in sorted(OF_DIRECTORY_SCREENS - known))
 
 
 def main():
-    bad = []
-    catalogues = {}
-    for path in sorted((ROOT / "locale").glob("*.po")):
-        catalogues[path.name], twice = read_catalogue(path)
-        bad += [f"{path.name}: {key}: stands there twice" for key in twice]
-        checked = subprocess.run(["msgfmt", "--check", "-o", "/dev/null", str(path)], capture_output=True, text=True)
-        if checked.returncode or checked.stderr:
-            bad.append(checked.stderr.strip())
-    if "en.po" not in catalogues:
+    catalogues = [Catalogue(path) for path in sorted((ROOT / "locale").glob("*.po"))]
+    english = next((catalogue for catalogue in catalogues if catalogue.language == "en"), None)
+    if not english:
         sys.exit("locale/en.po is missing")
 
-    english = catalogues["en.po"]
-    for name, texts in catalogues.items():
-        bad += [f"{name}: {key}: missing" for key in sorted(english.keys() - texts.keys())]
-        bad += [f"{name}: {key}: not in en.po" for key in sorted(texts.keys() - english.keys())]
-        for key, text in texts.items():
-            if not text.strip():
-                bad.append(f"{name}: {key}: empty")
-            elif key in english and parameters(text) != parameters(english[key]):
-                bad.append(f"{name}: {key}: parameters differ from en.po")
-    bad += sorted({f"{path.relative_to(ROOT)}: {key}: in no catalogue"
-                   for path, key in used_keys(english) if key not in english})
+    bad = []
+    for catalogue in catalogues:
+        catalogue.compare(english)
+        catalogue.check_texts()
+        bad += sorted(catalogue.bad)
+    known = english.texts.keys()
+    bad += keys_without_text(known)
+    bad += texts_without_key(known)
     sys.exit("\n".join(bad) or 0)
 
 
