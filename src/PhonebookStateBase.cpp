@@ -230,8 +230,14 @@ void PhonebookStateBase::constructLdapDisplayList(EventContext* pContext)
 void PhonebookStateBase::appendRow(DisplayAPI::SearchList& list, const PhonebookListEntry& entry,
                                    displayMode mode, displayQualifier qualifier)
 {
-    list.append(new DisplayAPI::PhonebookItem(rowIcon(entry.getDefaultNumber()), 0,
-                                              entry.getDisplayName(mode, qualifier), nLIST_ROW));
+    list.append(makeRow(entry, mode, qualifier));
+}
+
+DisplayAPI::ListItem* PhonebookStateBase::makeRow(const PhonebookListEntry& entry, displayMode mode,
+                                                  displayQualifier qualifier)
+{
+    return new DisplayAPI::PhonebookItem(rowIcon(entry.getDefaultNumber()), 0,
+                                         entry.getDisplayName(mode, qualifier), nLIST_ROW);
 }
 
 int PhonebookStateBase::rowIcon(const std::string& defaultNumber)

@@ -18,6 +18,7 @@ namespace DisplayAPI {
 class Command;
 class Displayable;
 class Item;
+class ListItem;
 class SearchList;
 class TranslationInfo;
 } // namespace DisplayAPI
@@ -93,6 +94,9 @@ protected:
     // have any number of them.
     static void appendRow(DisplayAPI::SearchList& list, const PhonebookListEntry& entry, displayMode mode,
                           displayQualifier qualifier);
+    // The same row for a list to take, at another place.
+    static DisplayAPI::ListItem* makeRow(const PhonebookListEntry& entry, displayMode mode,
+                                         displayQualifier qualifier);
     // A row's DisplayIcon, from the name of the entry's default number. Not traced either.
     static int rowIcon(const std::string& defaultNumber);
     // A group's name as it is shown: the telephone's own group is kept under its key.
