@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include <framework/display/Form.h>
 #include <framework/display/Frame.h>
 #include <framework/display/PopupNotification.h>
 #include <framework/display/TabScreen.h>
@@ -234,8 +235,12 @@ std::vector<SoftKey> Display::Impl::softKeys() const
         return {ok, key("phone.menu", Key::Kind::Context), back};
     case FrameRole::ExclusiveList:
         return {ok, back};
-    case FrameRole::Form:
-        return {ok, key("phone.save", Key::Kind::Save), back};
+    case FrameRole::Form: {
+        const auto* form = dynamic_cast<const Form*>(innermost());
+        const auto* command = form ? form->getOkCommand() : nullptr;
+        return {command ? SoftKey{command->getLabel().translated(), ok.key} : ok,
+                key("phone.save", Key::Kind::Save), back};
+    }
     case FrameRole::Menu:
         return {key("phone.select", Key::Kind::Ok), back};
     case FrameRole::Question:

@@ -63,6 +63,13 @@ void Form::setItemStateListener(ItemStateListener* listener)
     m_pItemStateListener = listener;
 }
 
+const Command* Form::getOkCommand() const
+{
+    const UiLock lock;
+    const auto* field = selected();
+    return field ? field->getOkCommand() : nullptr;
+}
+
 FrameRole Form::role() const
 {
     return FrameRole::Form;

@@ -358,6 +358,21 @@ TEST_F(FormTest, ReportsAFieldsOwnOkCommand)
     EXPECT_EQ(heard(), "OK(form) ");
 }
 
+TEST_F(FormTest, NamesItsSoftKeyAfterTheFieldsOwnOkCommand)
+{
+    auto dial = std::make_unique<Command>(Command::OK, plain("dial"));
+    name.setOkCommand(dial.get());
+    EXPECT_EQ(form.getOkCommand(), dial.get());
+    host.settle();
+    EXPECT_TRUE(screen().ends_with("( dial )( phone.save )( phone.back )\n")) << screen();
+
+    press(Kind::Down);
+    EXPECT_EQ(form.getOkCommand(), nullptr);
+    EXPECT_TRUE(screen().ends_with("( phone.ok )( phone.save )( phone.back )\n")) << screen();
+    form.clear();
+    EXPECT_EQ(form.getOkCommand(), nullptr);
+}
+
 TEST_F(FormTest, DropsALetterWhenTheProgramSetsAnotherText)
 {
     host.tap("2");

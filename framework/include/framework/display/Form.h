@@ -13,6 +13,7 @@
 
 namespace DisplayAPI {
 
+class Command;
 class Field;
 class Item;
 class ItemStateListener;
@@ -36,6 +37,9 @@ public:
     void setSelectedItem(Item* item);
 
     void setItemStateListener(ItemStateListener* listener);
+
+    // What OK reports from the field that has the focus; null for the telephone's own OK.
+    const Command* getOkCommand() const;
 
     FrameRole role() const override;
     void paint(FrameScreen& screen, int rows) const override;
