@@ -17,6 +17,7 @@
 #include "app/Resources.h"
 #include "app/StopSignals.h"
 #include "app/TextMode.h"
+#include "directory/BackupCommand.h"
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
 #include "system/Log.h"
@@ -56,6 +57,13 @@ int importContacts(const Profile& profile, const std::filesystem::path& file, bo
     const Configuration configuration(profile.configFile());
     return runImport({file, profile.data, profile.pictures(), configuration.number("group-slots"), dryRun},
                      std::cout, std::cerr);
+}
+
+int restoreContacts(const Profile& profile, const std::filesystem::path& file)
+{
+    if (const auto made = profile.create(); !made)
+        return refuse(made.error());
+    return runRestore({file, profile.data, profile.pictures()}, std::cout, std::cerr);
 }
 
 Result<void> prepare(const Profile& profile, const Arguments& arguments, const Resources& resources)
@@ -162,6 +170,10 @@ int main(int argc, char** argv)
     auto* exported = app.add_subcommand("export", "Write all contacts into a vCard file");
     exported->add_option("FILE", file)->required();
     exported->add_option("--version", version, "Of the cards")->check(CLI::IsMember({"2.1", "3.0", "4.0"}));
+    auto* backup = app.add_subcommand("backup", "Write contacts, groups, options and pictures into one file");
+    backup->add_option("FILE", file)->required();
+    auto* restore = app.add_subcommand("restore", "Put what a backup holds in the place of what there is");
+    restore->add_option("FILE", file)->required();
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
 
     try {
@@ -178,6 +190,10 @@ int main(int argc, char** argv)
         return importContacts(profile, file, dryRun);
     if (*exported)
         return runExport({file, profile.data, profile.pictures(), version}, std::cout, std::cerr);
+    if (*backup)
+        return runBackup({file, profile.data, profile.pictures()}, std::cout, std::cerr);
+    if (*restore)
+        return restoreContacts(profile, file);
     if (*token)
         return replaceToken(profile);
     return runTelephone(arguments);

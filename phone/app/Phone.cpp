@@ -32,6 +32,8 @@ const char* textOf(ContactStore::Problem problem)
         return "phone.store.readonly";
     case ContactStore::Problem::DiskFull:
         return "phone.store.full";
+    case ContactStore::Problem::Busy:
+        return "phone.store.busy";
     }
     return nullptr;
 }
@@ -269,6 +271,7 @@ void Phone::eventDone()
         front->display().eventDone();
     else
         m_frames.publish(m_idle.paint(), FrameMoment::AfterEvent);
+    m_frames.setSigns({m_router->isOffHook(), m_router->isDialPadOn()});
 }
 
 void Phone::becomeIdle()

@@ -4,10 +4,18 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 // Which number is dialled by default, as the directory messages count.
 enum class DefaultNumber : int { None = 0, Office = 1, Office2 = 2, Mobile = 3, Private = 4 };
+
+// None for a code that is none.
+constexpr DefaultNumber toDefaultNumber(std::int64_t code)
+{
+    return code >= 0 && code <= static_cast<int>(DefaultNumber::Private) ? static_cast<DefaultNumber>(code)
+                                                                         : DefaultNumber::None;
+}
 
 struct Contact {
     std::string id; // "" for one that was never stored
@@ -30,7 +38,7 @@ struct Contact {
     bool operator==(const Contact&) const = default;
 };
 
-// The greatest lengths in characters; the picture's in bytes.
+// The greatest lengths in characters (code points); those of the picture in bytes.
 namespace contact_limits {
 constexpr std::size_t nNAME = 30;
 constexpr std::size_t nNUMBER = 50;
@@ -39,6 +47,7 @@ constexpr std::size_t nCOMPANY = 40;
 constexpr std::size_t nADDRESS = 40;
 constexpr std::size_t nJOB_FUNCTION = 30;
 constexpr std::size_t nPICTURE = 91;
+constexpr std::size_t nEXTERNAL_ID = 255;
 constexpr std::size_t nGROUP_NAME = 30;
 } // namespace contact_limits
 

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::uint32_t nAPPLICATION_ID = 0x44426f6b; // "DBok"
 constexpr int nSCHEMA_VERSION = 1;
-constexpr std::int64_t nMOST_GROUPS = 1000;
+constexpr char nIDENTITY[] = "identity"; // of what the book holds, given by a restore
+constexpr char nUNREADABLE[] = "\ufffd";
 
 // The journal mode is set afterwards: what marks the file as ours must stand in the file itself, not
 // in a log beside it. Lists are read from contacts_by_name alone.
@@ -42,23 +43,20 @@ constexpr char nCONTACT_COLUMNS[] =
     "c.company, c.address, c.address2, c.job_function, c.picture, c.external_id, "
     "c.default_number, g.slot";
 
+// What a damaged file says of groups must not eat the memory.
+const std::string nGROUPS = "(SELECT slot, name FROM groups WHERE slot <= 1000)";
+// Another program may have written any number: one that names no group stands for none.
+const std::string nOF_NO_GROUP = "(slot IS NULL OR slot NOT IN (SELECT slot FROM " + nGROUPS + "))";
+
 std::string selectContacts(const std::string& more, const std::string& tail)
 {
-    return std::string("SELECT ") + nCONTACT_COLUMNS + more +
-           " FROM contacts c LEFT JOIN groups g USING(slot) " + tail;
+    return std::string("SELECT ") + nCONTACT_COLUMNS + more + " FROM contacts c LEFT JOIN " + nGROUPS +
+           " g USING(slot) " + tail;
 }
 
-// Text of a file that somebody may have damaged.
-std::string cleanColumn(const Statement& row, int column)
+std::string selectList(const std::string& condition)
 {
-    const auto text = row.text(column);
-    return isCleanText(text) ? std::string(text) : cleanText(text);
-}
-
-DefaultNumber toDefaultNumber(std::int64_t code)
-{
-    return code >= 0 && code <= static_cast<int>(DefaultNumber::Private) ? static_cast<DefaultNumber>(code)
-                                                                         : DefaultNumber::None;
+    return "SELECT id, surname, firstname, default_number FROM contacts " + condition + " ORDER BY name_key";
 }
 
 constexpr std::array nTEXT_FIELDS = {
@@ -67,15 +65,24 @@ constexpr std::array nTEXT_FIELDS = {
     &Contact::jobFunction,   &Contact::picture,   &Contact::externalId,
 };
 
+// An id that nobody could ask for; none is met in a file that only this program has written.
+bool isBadId(const Statement& row, int column)
+{
+    return !row.isText(column) || !isContactId(row.text(column));
+}
+
 Contact contactOf(const Statement& row)
 {
     Contact contact;
     int column = 0;
-    contact.id = row.text(column++);
+    if (!isBadId(row, column))
+        contact.id = row.text(column);
+    ++column;
     for (const auto field : nTEXT_FIELDS)
-        contact.*field = cleanColumn(row, column++);
+        contact.*field = row.text(column++);
     contact.defaultNumber = toDefaultNumber(row.number(column++));
     contact.group = static_cast<int>(row.number(column));
+    makeFit(contact);
     return contact;
 }
 
@@ -85,12 +92,12 @@ bool isDiskFull(const SqliteError& error)
     return error.primaryCode() == SQLITE_FULL || error.code == SQLITE_IOERR_SHMSIZE;
 }
 
-void appendField(std::string& list, std::string_view text)
+void appendName(std::string& list, std::string_view text)
 {
-    if (isCleanText(text))
+    if (text.size() <= contact_limits::nNAME && isCleanText(text))
         list += text;
     else
-        list += cleanText(text);
+        list += fitText(text, contact_limits::nNAME);
 }
 
 } // namespace
@@ -101,13 +108,16 @@ struct ContactStore::Connection {
         : database(std::move(open))
     {
         dataVersion = readDataVersion();
+        identity = readIdentity();
     }
 
     std::unique_ptr<Database> database;
     sqlite3* handle = database->handle();
     std::int64_t dataVersion;
+    std::string identity;
 
     Statement version{handle, "PRAGMA data_version"};
+    Statement readAbout{handle, "SELECT value FROM about WHERE name = ?1"};
     Statement read{handle, selectContacts("", "WHERE c.id = ?1")};
     Statement write{
         handle, "INSERT INTO contacts VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, "
@@ -119,10 +129,13 @@ struct ContactStore::Connection {
                 "picture = excluded.picture, external_id = excluded.external_id, slot = excluded.slot, "
                 "default_number = excluded.default_number, name_key = excluded.name_key"};
     Statement erase{handle, "DELETE FROM contacts WHERE id = ?1"};
-    Statement list{handle, "SELECT id, surname, firstname, default_number FROM contacts ORDER BY name_key"};
-    Statement listOfGroup{handle, "SELECT id, surname, firstname, default_number FROM contacts "
-                                  "WHERE slot IS ?1 ORDER BY name_key"};
-    Statement groups{handle, "SELECT slot, name FROM groups ORDER BY slot"};
+    Statement list{handle, selectList("")};
+    Statement listOfGroup{handle, selectList("WHERE slot = ?1")};
+    Statement listOfNone{handle, selectList("WHERE " + nOF_NO_GROUP)};
+    Statement groups{handle, "SELECT slot, name FROM " + nGROUPS + " ORDER BY slot"};
+    // Members that a group left behind when another program deleted it are not those of the next one.
+    Statement forgetMembers{handle, "UPDATE contacts SET slot = NULL "
+                                    "WHERE slot = ?1 AND NOT EXISTS(SELECT 1 FROM groups WHERE slot = ?1)"};
     Statement writeGroup{
         handle, "INSERT INTO groups VALUES(?1, ?2) ON CONFLICT(slot) DO UPDATE SET name = excluded.name"};
     Statement eraseGroup{handle, "DELETE FROM groups WHERE slot = ?1"};
@@ -140,6 +153,12 @@ struct ContactStore::Connection {
     {
         StatementUse use(version);
         return use->step() ? use->number(0) : 0;
+    }
+    std::string readIdentity()
+    {
+        StatementUse use(readAbout);
+        use->bind(1, nIDENTITY);
+        return use->step() ? std::string(use->text(0)) : std::string();
     }
 };
 
@@ -183,6 +202,9 @@ void ContactStore::open()
         if (isDiskFull(error))
             openUnusable(Problem::DiskFull, "The disk is full: the phonebook \"" + name +
                                                 "\" cannot be opened. Delete something and try again.");
+        else if (error.primaryCode() == SQLITE_BUSY)
+            openUnusable(Problem::Busy, "Another program is using the phonebook \"" + name +
+                                            "\", which cannot be opened therefore. Try again later.");
         else
             openUnusable(Problem::Damaged, "The phonebook \"" + name + "\" cannot be opened (" +
                                                error.message + "). It is left as it is.");
@@ -272,7 +294,13 @@ void ContactStore::openFile()
                               "\" is read-only: it can be looked at, not changed.";
     }
     m_pConnection = std::make_unique<Connection>(std::move(database));
-    adoptLanguage(m_language);
+    try {
+        adoptLanguage(m_language);
+    } catch (const SqliteError& error) {
+        // The disk is full or another program writes: names keep their order until the next time.
+        if (error.primaryCode() == SQLITE_CORRUPT)
+            throw;
+    }
 }
 
 void ContactStore::adoptLanguage(const std::string& language)
@@ -319,8 +347,9 @@ void ContactStore::reopen()
     m_pConnection.reset();
     if (!same)
         removeStaleLog();
+    const auto before = m_state;
     open();
-    m_replaced = m_replaced || !same;
+    m_replaced = m_replaced || !same || (before == State::Unusable && m_state != State::Unusable);
 }
 
 ContactStore::FileState ContactStore::fileState() const
@@ -336,6 +365,10 @@ bool ContactStore::changedByOthers()
     try {
         const auto version = m_pConnection->readDataVersion();
         const bool changed = std::exchange(m_pConnection->dataVersion, version) != version;
+        if (changed) {
+            const auto identity = m_pConnection->readIdentity();
+            m_replaced = std::exchange(m_pConnection->identity, identity) != identity || m_replaced;
+        }
         return std::exchange(m_changedBeforeReopen, false) || changed;
     } catch (const SqliteError&) {
         return false;
@@ -363,18 +396,33 @@ std::optional<SqliteError> ContactStore::tryTransaction(const std::function<bool
     }
 }
 
+namespace {
+
+ErrorCode codeOf(ContactStore::Problem problem)
+{
+    switch (problem) {
+    case ContactStore::Problem::DiskFull:
+        return ErrorCode::Full;
+    case ContactStore::Problem::Busy:
+        return ErrorCode::Unavailable;
+    default:
+        return ErrorCode::Denied;
+    }
+}
+
+} // namespace
+
 // After an error of the disk nobody knows what it holds: look again through a new connection, and
 // try once more only if the change is not there.
 Result<void> ContactStore::change(const std::function<bool()>& work, const std::function<bool()>& isDone)
 {
-    // Somebody took the file away: what is written now must be found under its name. Or there is space
-    // again on the disk.
-    if (fileState() == FileState::Missing || m_problem == Problem::DiskFull)
+    // Somebody took the file away: what is written now must be found under its name.
+    if (fileState() == FileState::Missing || mayHavePassed())
         reopen();
     constexpr int attempts = 2;
     for (int attempt = 1;; ++attempt) {
         if (m_state != State::Ready)
-            return Error{m_problem == Problem::DiskFull ? ErrorCode::Full : ErrorCode::Denied, m_notice};
+            return Error{codeOf(m_problem), m_notice};
         const auto failure = tryTransaction(work);
         if (!failure)
             return {};
@@ -422,8 +470,7 @@ bool ContactStore::holds(const Contact& contact)
 
 Result<std::string> ContactStore::write(Contact contact)
 {
-    for (const auto field : nTEXT_FIELDS)
-        contact.*field = cleanText(contact.*field);
+    makeFit(contact);
     if (contact.id.empty())
         contact.id = newId();
     const auto written = change(
@@ -453,13 +500,16 @@ void ContactStore::put(const Contact& contact)
 
 void ContactStore::putGroup(int slot, const std::string& name)
 {
-    const std::string clean = cleanText(name);
+    const std::string clean = fitText(name, contact_limits::nGROUP_NAME);
     if (clean.empty()) {
         StatementUse row(m_pConnection->eraseGroup);
         row->bind(1, std::int64_t{slot});
         row->step();
         return;
     }
+    StatementUse members(m_pConnection->forgetMembers);
+    members->bind(1, std::int64_t{slot});
+    members->step();
     StatementUse row(m_pConnection->writeGroup);
     row->bind(1, std::int64_t{slot}).bind(2, clean);
     row->step();
@@ -499,7 +549,8 @@ Result<void> ContactStore::eraseAll(std::optional<int> group)
             if (!group) {
                 database.execute("DELETE FROM contacts");
             } else {
-                Statement erase(database.handle(), "DELETE FROM contacts WHERE slot IS ?1");
+                Statement erase(database.handle(),
+                                "DELETE FROM contacts WHERE " + (*group == 0 ? nOF_NO_GROUP : "slot = ?1"));
                 if (*group != 0)
                     erase.bind(1, std::int64_t{*group});
                 erase.run();
@@ -519,24 +570,62 @@ Result<bool> ContactStore::isEmpty()
 
 Result<std::string> ContactStore::listText(std::optional<int> group)
 {
-    return attempt<std::string>([&]() -> std::string {
-        StatementUse row(group ? m_pConnection->listOfGroup : m_pConnection->list);
-        if (group && *group != 0)
-            row->bind(1, std::int64_t{*group});
-        std::string list;
-        while (row->step()) {
-            if (!list.empty())
-                list += '\n';
-            list += row->text(0);
-            list += '\t';
-            appendField(list, row->text(1));
-            list += '\t';
-            appendField(list, row->text(2));
-            list += '\t';
-            list += static_cast<char>('0' + static_cast<int>(toDefaultNumber(row->number(3))));
-        }
+    return attempt<std::string>([&] {
+        bool badIds = false;
+        auto list = readList(group, badIds);
+        if (badIds && m_state == State::Ready && replaceBadIds())
+            list = readList(group, badIds);
         return list.empty() ? "empty" : list;
     });
+}
+
+// Leaves out contacts whose id nobody could ask for.
+std::string ContactStore::readList(std::optional<int> group, bool& badIds)
+{
+    auto& ofGroup = group.value_or(0) == 0 ? m_pConnection->listOfNone : m_pConnection->listOfGroup;
+    StatementUse use(group ? ofGroup : m_pConnection->list);
+    if (group.value_or(0) != 0)
+        use->bind(1, std::int64_t{*group});
+    std::string list;
+    while (use->step()) {
+        const Statement& row = *use;
+        if (isBadId(row, 0)) {
+            badIds = true;
+            continue;
+        }
+        if (!list.empty())
+            list += '\n';
+        list += row.text(0);
+        list += '\t';
+        appendName(list, row.text(1));
+        list += '\t';
+        appendName(list, row.text(2));
+        list += '\t';
+        list += static_cast<char>('0' + static_cast<int>(toDefaultNumber(row.number(3))));
+    }
+    return list;
+}
+
+// Another program may have added contacts under ids that no message can hold: they get new ones.
+bool ContactStore::replaceBadIds()
+{
+    const auto replaced = inTransaction([&] {
+        Database& database = *m_pConnection->database;
+        database.execute("PRAGMA defer_foreign_keys = ON");
+        Statement rows(database.handle(), "SELECT rowid, id FROM contacts NOT INDEXED");
+        Statement card(database.handle(),
+                       "UPDATE cards SET id = ?2 WHERE id = (SELECT id FROM contacts WHERE rowid = ?1)");
+        Statement contact(database.handle(), "UPDATE contacts SET id = ?2 WHERE rowid = ?1");
+        while (rows.step()) {
+            if (!isBadId(rows, 1))
+                continue;
+            const auto id = newId();
+            card.bind(1, rows.number(0)).bind(2, id).run();
+            contact.bind(1, rows.number(0)).bind(2, id).run();
+        }
+        return true;
+    });
+    return replaced.ok();
 }
 
 Result<void>
@@ -560,40 +649,53 @@ ContactStore::forEach(const std::function<bool(const Contact& contact, const Kep
 
 Result<std::vector<std::string>> ContactStore::groupNames(int slots)
 {
-    return attempt<std::vector<std::string>>([&] {
-        std::vector<std::string> names(static_cast<std::size_t>(slots));
-        StatementUse row(m_pConnection->groups);
-        while (row->step()) {
-            // What a damaged file says must not eat the memory.
-            if (row->number(0) > nMOST_GROUPS)
-                break;
-            const auto slot = static_cast<std::size_t>(row->number(0));
-            names.resize(std::max(names.size(), slot));
-            names[slot - 1] = cleanColumn(m_pConnection->groups, 1);
-        }
-        return names;
-    });
+    return attempt<std::vector<std::string>>([&] { return readGroups(static_cast<std::size_t>(slots)); });
 }
 
-Result<void> ContactStore::writeGroupNames(const std::vector<std::string>& names)
+std::vector<std::string> ContactStore::readGroups(std::size_t slots)
 {
+    std::vector<std::string> names(slots);
+    StatementUse row(m_pConnection->groups);
+    while (row->step()) {
+        const auto slot = static_cast<std::size_t>(row->number(0));
+        names.resize(std::max(names.size(), slot));
+        names[slot - 1] = fitText(row->text(1), contact_limits::nGROUP_NAME);
+        // Without a name the slot would be taken for spare.
+        if (names[slot - 1].empty())
+            names[slot - 1] = nUNREADABLE;
+    }
+    return names;
+}
+
+Result<void> ContactStore::writeGroupNames(const std::vector<std::string>& names,
+                                           const std::vector<std::string>& before)
+{
+    bool taken = false;
     const auto write = [&] {
-        for (std::size_t index = 0; index < names.size(); ++index)
+        const auto now = readGroups(names.size());
+        for (std::size_t index = 0; index < names.size() && !taken; ++index) {
+            const bool known = index < before.size();
+            if (known && names[index] == before[index])
+                continue;
+            taken = known && now[index] != before[index] && now[index] != names[index];
             putGroup(static_cast<int>(index) + 1, names[index]);
-        return true;
+        }
+        return !taken;
     };
-    return change(write, [] { return false; });
+    const auto written = inTransaction(write);
+    if (written && taken)
+        return Error{ErrorCode::Unavailable, "Another program has changed the groups meanwhile. Try again."};
+    return written;
 }
 
 Result<void> ContactStore::reassignGroup(int from, int to)
 {
-    const auto reassign = [&] {
+    return inTransaction([&] {
         StatementUse row(m_pConnection->reassign);
         row->bind(1, std::int64_t{from}).bind(2, std::int64_t{to});
         row->step();
         return true;
-    };
-    return change(reassign, [] { return false; });
+    });
 }
 
 Result<int> ContactStore::readOption(const std::string& tag)
@@ -607,13 +709,58 @@ Result<int> ContactStore::readOption(const std::string& tag)
 
 Result<void> ContactStore::writeOption(const std::string& tag, int value)
 {
-    const auto write = [&] {
-        StatementUse row(m_pConnection->writeOption);
-        row->bind(1, tag).bind(2, std::int64_t{value});
-        row->step();
+    return inTransaction([&] {
+        putOption(tag, value);
+        return true;
+    });
+}
+
+void ContactStore::putOption(const std::string& tag, int value)
+{
+    StatementUse row(m_pConnection->writeOption);
+    row->bind(1, tag).bind(2, std::int64_t{value});
+    row->step();
+}
+
+Result<std::vector<std::pair<std::string, int>>> ContactStore::options()
+{
+    using Options = std::vector<std::pair<std::string, int>>;
+    return attempt<Options>([&] {
+        Options options;
+        Statement row(m_pConnection->handle, "SELECT tag, value FROM options");
+        while (row.step())
+            options.emplace_back(row.text(0), static_cast<int>(row.number(1)));
+        return options;
+    });
+}
+
+Result<void> ContactStore::atOneMoment(const std::function<Result<void>()>& work)
+{
+    try {
+        Transaction transaction(*m_pConnection->database, Transaction::Kind::Reading);
+        return work();
+    } catch (const SqliteError& error) {
+        return error.toError();
+    }
+}
+
+void ContactStore::clear()
+{
+    m_pConnection->database->execute(
+        "DELETE FROM cards; DELETE FROM contacts; DELETE FROM groups; DELETE FROM options");
+}
+
+Result<void> ContactStore::replaceAll(const std::function<bool()>& work)
+{
+    const auto identity = newId();
+    const auto replace = [&] {
+        if (!work())
+            return false;
+        Statement about(m_pConnection->handle, "REPLACE INTO about VALUES(?1, ?2)");
+        about.bind(1, nIDENTITY).bind(2, identity).run();
         return true;
     };
-    return change(write, [] { return false; });
+    return change(replace, [&] { return m_pConnection->identity == identity; });
 }
 
 Result<void> ContactStore::setLanguage(const std::string& language)

@@ -37,7 +37,7 @@ public:
     enum class State { Ready, ReadOnly, Unusable };
     enum class FileState { Same, Replaced, Missing };
     // What is wrong with the file.
-    enum class Problem { None, Foreign, LaterVersion, Damaged, ReadOnly, DiskFull };
+    enum class Problem { None, Foreign, LaterVersion, Damaged, ReadOnly, DiskFull, Busy };
 
     // Opens or creates `file`. Names are handed out in the order of `language`; "" keeps the order
     // that the file has.
@@ -51,6 +51,8 @@ public:
     Problem problem() const { return m_problem; }
     // The same in a sentence that names the file; "" when nothing is wrong.
     const std::string& notice() const { return m_notice; }
+    // Whether it goes by itself, so that reopen() may find the file in order.
+    bool mayHavePassed() const { return m_problem == Problem::DiskFull || m_problem == Problem::Busy; }
     const std::filesystem::path& file() const { return m_file; }
 
     Result<std::optional<Contact>> read(const std::string& id);
@@ -70,14 +72,21 @@ public:
 
     // The names of the slots, [0] being slot 1; "" for a spare one. At least `slots` of them.
     Result<std::vector<std::string>> groupNames(int slots);
-    // Members of a group that becomes spare belong to no group then.
-    Result<void> writeGroupNames(const std::vector<std::string>& names);
+    // Writes the names that are not as in `before`, all without it; refuses to when another program
+    // has given one of those slots another name. Members of a group that becomes spare belong to no
+    // group then.
+    Result<void> writeGroupNames(const std::vector<std::string>& names,
+                                 const std::vector<std::string>& before = {});
     // Slot 0 is no group.
     Result<void> reassignGroup(int from, int to);
 
     // 0 when never stored.
     Result<int> readOption(const std::string& tag);
     Result<void> writeOption(const std::string& tag, int value);
+    Result<std::vector<std::pair<std::string, int>>> options();
+
+    // What `work` reads is as it was at one moment.
+    Result<void> atOneMoment(const std::function<Result<void>()>& work);
 
     // Sorts by another language from now on.
     Result<void> setLanguage(const std::string& language);
@@ -87,17 +96,23 @@ public:
     // Whether the file under our name is still the one that is open.
     FileState fileState() const;
     void reopen();
-    // Whether reopen() has met another file since this was last asked.
+    // Whether, since this was last asked, reopen() has met another file or a file that can be used
+    // again, or changedByOthers() another content as a whole.
     bool takeReplaced() { return std::exchange(m_replaced, false); }
 
     // For whoever changes many contacts in one transaction: runs `work` in one, again from its
     // beginning when the disk failed under it; it must therefore be repeatable. `work` may throw
     // SqliteError, and gives false to change nothing after all.
     Result<void> inTransaction(const std::function<bool()>& work);
-    // Inside inTransaction() only. An id must be set.
+    // The same for a `work` that clears the book and fills it: other programs take it for another book
+    // then.
+    Result<void> replaceAll(const std::function<bool()>& work);
+    // Inside these two only. A contact is fit (see makeFit()) and has an id.
+    void clear();
     void put(const Contact& contact);
     void putGroup(int slot, const std::string& name);
     void putCard(const std::string& id, const KeptCard& card);
+    void putOption(const std::string& tag, int value);
     // What contacts are sorted and found by.
     std::string nameKey(const Contact& contact) const;
     // The open file.
@@ -126,6 +141,9 @@ private:
     Result<void> change(const std::function<bool()>& work, const std::function<bool()>& isDone);
     std::optional<SqliteError> tryTransaction(const std::function<bool()>& work);
     bool holds(const Contact& contact);
+    std::string readList(std::optional<int> group, bool& badIds);
+    bool replaceBadIds();
+    std::vector<std::string> readGroups(std::size_t slots);
 
     static std::optional<FileIdentity> identify(const std::filesystem::path& file);
 

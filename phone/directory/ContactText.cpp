@@ -1,13 +1,21 @@
 #include "ContactText.h"
 
+#include <algorithm>
+#include <memory>
+
+#include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
 #include <unicode/normalizer2.h>
+#include <unicode/utext.h>
 #include <unicode/utf8.h>
 
 namespace {
 
 constexpr UChar32 nREPLACEMENT = 0xFFFD;
 constexpr UChar32 nBYTE_ORDER_MARK = 0xFEFF;
+constexpr std::size_t nGREATEST_ID = 64;
+// Of a text that is too long no more is looked at: another program may have written megabytes.
+constexpr std::size_t nMOST_BYTES = 4096;
 
 // Looks at every byte, which is faster for names than to stop early.
 bool isPlainAscii(std::string_view text)
@@ -66,6 +74,33 @@ std::string composed(const std::string& text)
     return U_SUCCESS(status) ? result : text;
 }
 
+struct TextCloser {
+    void operator()(UText* text) const { utext_close(text); }
+};
+
+// The last place up to `position` where one visible character ends. A heap of accents that is longer
+// than all that may stay is cut all the same.
+int32_t visibleBoundary(std::string_view text, int32_t position)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> breaks(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    int32_t next = position;
+    U8_FWD_1(text.data(), next, static_cast<int32_t>(text.size()));
+    const std::unique_ptr<UText, TextCloser> opened(utext_openUTF8(nullptr, text.data(), next, &status));
+    if (U_FAILURE(status))
+        return position;
+    breaks->setText(opened.get(), status);
+    const int32_t boundary = breaks->isBoundary(position) ? position : breaks->preceding(position);
+    return U_SUCCESS(status) && boundary > 0 ? boundary : position;
+}
+
+void fit(std::string& text, std::size_t characters)
+{
+    if (text.size() > characters || !isPlainAscii(text))
+        text = fitText(text, characters);
+}
+
 } // namespace
 
 std::string cleanText(std::string_view text)
@@ -112,5 +147,32 @@ std::string_view cutText(std::string_view text, std::size_t characters)
     const auto length = static_cast<int32_t>(text.size());
     for (; characters > 0 && position < length; --characters)
         U8_FWD_1(text.data(), position, length);
+    if (position < length)
+        position = visibleBoundary(text, position);
     return text.substr(0, static_cast<std::size_t>(position));
+}
+
+std::string fitText(std::string_view text, std::size_t characters)
+{
+    return std::string(cutText(cleanText(text.substr(0, nMOST_BYTES)), characters));
+}
+
+void makeFit(Contact& contact)
+{
+    for (const auto& field : nCARD_FIELDS)
+        fit(contact.*field.text, field.limit);
+    fit(contact.externalId, contact_limits::nEXTERNAL_ID);
+    std::size_t characters = contact_limits::nPICTURE;
+    fit(contact.picture, characters);
+    while (contact.picture.size() > contact_limits::nPICTURE)
+        contact.picture = std::string(cutText(contact.picture, --characters));
+}
+
+bool isContactId(std::string_view text)
+{
+    return !text.empty() && text.size() <= nGREATEST_ID &&
+           std::all_of(text.begin(), text.end(), [](char character) {
+               return character > ' ' && character < 0x7f &&
+                      std::string_view("<>&\"'").find(character) == std::string_view::npos;
+           });
 }

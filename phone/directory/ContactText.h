@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "Contact.h"
+
 // Composed (NFC) text on one line: tabs and line ends become blanks; other control characters,
 // marks that turn the reading direction around and noncharacters are left out; bytes that are no
 // UTF-8 become the replacement character.
@@ -20,6 +22,20 @@ bool isCleanText(std::string_view text);
 // [any-thread]
 std::string_view trimmedText(std::string_view text);
 
-// The first `characters` characters (code points) at most.
+// The first `characters` characters (code points) at most; what is seen as one character, a letter
+// with its accents say, stays whole or goes.
 // [any-thread]
 std::string_view cutText(std::string_view text, std::size_t characters);
+
+// Clean text of at most `characters` characters.
+// [any-thread]
+std::string fitText(std::string_view text, std::size_t characters);
+
+// Makes all texts of a contact but its id clean, and none longer than its limit.
+// [any-thread]
+void makeFit(Contact& contact);
+
+// Whether a contact can have this id: ids stand in messages without being escaped, and in lists
+// between tabs.
+// [any-thread]
+bool isContactId(std::string_view text);

@@ -7,6 +7,7 @@
 #include <framework/util/Serializer.h>
 
 #include "ChangeWatch.h"
+#include "ContactText.h"
 #include "RequestXml.h"
 #include "app/PhoneLog.h"
 
@@ -182,6 +183,7 @@ PhonebookGroupList* DirectoryService::getGroupList()
         PHONE_ERROR("reading the groups failed: %s", names.error().sentence.c_str());
         return nullptr;
     }
+    m_groupsGiven = names.value();
     auto groups = std::make_unique<PhonebookGroupList>(static_cast<int>(names.value().size()));
     for (std::size_t index = 0; index < names.value().size(); ++index)
         groups->updateGroup(PhonebookGroup(static_cast<int>(index) + 1, names.value()[index]));
@@ -197,9 +199,12 @@ bool DirectoryService::storeGroupList(PhonebookGroupList* groups)
     for (int index = 1; index <= groups->numberOfGroups(); ++index) {
         PhonebookGroup group;
         groups->getGroup(index, group);
-        names.push_back(group.getName());
+        names.push_back(fitText(group.getName(), contact_limits::nGROUP_NAME));
     }
-    return succeeded("writing the groups", m_pStore->writeGroupNames(names));
+    if (!succeeded("writing the groups", m_pStore->writeGroupNames(names, m_groupsGiven)))
+        return false;
+    m_groupsGiven = std::move(names);
+    return true;
 }
 
 bool DirectoryService::reassignGroup(unsigned group, unsigned to, int /*mode*/)
@@ -247,11 +252,12 @@ void DirectoryService::followReplacedFile()
     const auto file = m_pStore->fileState();
     const bool badFileIsGone =
         file == ContactStore::FileState::Missing && state() == ContactStore::State::Unusable;
-    if (file == ContactStore::FileState::Replaced || badFileIsGone)
+    const bool mayBeUsableAgain = state() == ContactStore::State::Unusable && m_pStore->mayHavePassed();
+    if (file == ContactStore::FileState::Replaced || badFileIsGone || mayBeUsableAgain)
         m_pStore->reopen();
     if (!m_pStore->takeReplaced())
         return;
-    PHONE_USER("the contacts' file was replaced: %s", notice().empty() ? "read again" : notice().c_str());
+    PHONE_USER("the contacts were replaced: %s", notice().empty() ? "read again" : notice().c_str());
     postNotice(true);
 }
 
@@ -259,7 +265,7 @@ void DirectoryService::lookForChanges()
 {
     followReplacedFile();
     if (m_pStore->changedByOthers())
-        postNotice(false);
+        postNotice(m_pStore->takeReplaced());
 }
 
 void DirectoryService::postNotice(bool restart)

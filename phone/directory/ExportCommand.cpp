@@ -1,15 +1,12 @@
 #include "ExportCommand.h"
 
-#include <cerrno>
 #include <fstream>
 #include <ostream>
 #include <sstream>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "Cards.h"
 #include "DirectoryService.h"
+#include "NewFile.h"
 
 namespace {
 
@@ -63,42 +60,19 @@ Result<std::size_t> exportTo(const std::filesystem::path& part, const ExportOpti
     return writeAll(store, *writer.value(), pictures);
 }
 
-Error cannotBeWritten(const std::filesystem::path& file, const std::error_code& reason)
-{
-    return {ErrorCode::Failed, "\"" + file.string() + "\" cannot be written: " + reason.message() + "."};
-}
-
-// What is no ordinary file, a device say, must not be replaced by one; behind a link lies the file
-// that is meant.
-Result<std::filesystem::path> fileToReplace(const std::filesystem::path& file)
-{
-    std::error_code failed;
-    const auto target = std::filesystem::weakly_canonical(file, failed);
-    const auto status = std::filesystem::status(target, failed);
-    if (std::filesystem::is_directory(status))
-        return cannotBeWritten(file, std::make_error_code(std::errc::is_a_directory));
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        return Error{ErrorCode::Denied, "\"" + file.string() + "\" is no file: name one to write to."};
-    const auto folder = target.parent_path();
-    if (::faccessat(AT_FDCWD, folder.empty() ? "." : folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
-        return cannotBeWritten(file, {errno, std::generic_category()});
-    return target;
-}
-
 Result<std::size_t> replaceFile(const ExportOptions& options)
 {
     const auto target = fileToReplace(options.file);
     if (!target)
         return target.error();
-    const std::filesystem::path part = target.value().string() + ".part";
-    auto count = exportTo(part, options);
-    std::error_code failed;
-    if (count)
-        std::filesystem::rename(part, target.value(), failed);
-    if (failed)
-        count = cannotBeWritten(options.file, failed);
+    auto file = NewFile::beside(target.value());
+    if (!file)
+        return file.error();
+    auto count = exportTo(file.value().part(), options);
     if (!count)
-        std::filesystem::remove(part, failed);
+        return count;
+    if (const auto placed = file.value().putInPlace(); !placed)
+        return placed.error();
     return count;
 }
 

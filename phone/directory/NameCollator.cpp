@@ -7,7 +7,7 @@
 NameCollator::NameCollator(const std::string& language)
 {
     UErrorCode status = U_ZERO_ERROR;
-    m_pCollator.reset(icu::Collator::createInstance(icu::Locale(language.c_str()), status));
+    m_pCollator.reset(icu::Collator::createInstance(icu::Locale::createCanonical(language.c_str()), status));
     if (U_FAILURE(status) || !m_pCollator) {
         status = U_ZERO_ERROR;
         m_pCollator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), status));

@@ -8,11 +8,12 @@
 #include <framework/services/PhonebookGroup.h>
 #include <framework/util/ClientUtils.h>
 
+#include "ContactText.h"
+
 namespace {
 
 constexpr std::size_t nGREATEST_REQUEST = 1024 * 1024;
 constexpr int nGREATEST_DEPTH = 3; // Schema, Entry, a field
-constexpr std::size_t nGREATEST_ID = 64;
 
 constexpr char nPROLOGUE[] =
     "<?xml version=\"1.0\" encoding=\"utf-8\"?><Schema name=\"PhoneBook\"><ReasonForMessage>";
@@ -145,9 +146,9 @@ private:
             m_request.kind = DirectoryRequest::Kind::Delete;
         else
             return malformed("nobody knows the reason \"" + m_reason + "\"");
-        if (!isId(m_request.contact.id))
-            return malformed("no contact can have that id");
         const bool bare = m_request.contact.id.empty();
+        if (!bare && !isContactId(m_request.contact.id))
+            return malformed("no contact can have that id");
         if (bare && m_request.kind == DirectoryRequest::Kind::Read)
             return malformed("it does not say which contact to read");
         if (m_entries == 0 && m_request.kind == DirectoryRequest::Kind::Write)
@@ -156,19 +157,6 @@ private:
         if (bare && !m_request.group && m_entries > 0 && m_request.kind == DirectoryRequest::Kind::Delete)
             return malformed("it does not say what to delete");
         return m_request;
-    }
-
-    // Ids stand in messages without being escaped, and in lists between tabs.
-    static bool isId(const std::string& id)
-    {
-        if (id.size() > nGREATEST_ID)
-            return false;
-        for (const char character : id) {
-            if (character <= ' ' || character >= 0x7f ||
-                std::string_view("<>&\"'").find(character) != std::string_view::npos)
-                return false;
-        }
-        return true;
     }
 
     XML_Parser m_parser;

@@ -158,6 +158,11 @@ std::int64_t Statement::number(int column) const
     return sqlite3_column_int64(m_pStatement.get(), column);
 }
 
+bool Statement::isText(int column) const
+{
+    return sqlite3_column_type(m_pStatement.get(), column) == SQLITE_TEXT;
+}
+
 Database::Database(const std::filesystem::path& file, Mode mode)
 {
     switch (mode) {
@@ -237,10 +242,10 @@ void Database::check()
         throw SqliteError{SQLITE_CORRUPT, "damaged: " + finding};
 }
 
-Transaction::Transaction(Database& database)
+Transaction::Transaction(Database& database, Kind kind)
     : m_database(database)
 {
-    m_database.execute("BEGIN IMMEDIATE");
+    m_database.execute(kind == Kind::Writing ? "BEGIN IMMEDIATE" : "BEGIN");
 }
 
 Transaction::~Transaction()

@@ -43,6 +43,8 @@ public:
     std::string_view text(int column) const;
     std::string_view blob(int column) const;
     std::int64_t number(int column) const;
+    // Whether the value itself is text, and is not only given as text.
+    bool isText(int column) const;
 
 private:
     struct Finalizer {
@@ -64,6 +66,7 @@ public:
     StatementUse& operator=(const StatementUse&) = delete;
 
     Statement* operator->() const { return &m_statement; }
+    const Statement& operator*() const { return m_statement; }
 
 private:
     Statement& m_statement;
@@ -104,7 +107,9 @@ private:
 // Rolls back what was not committed.
 class Transaction {
 public:
-    explicit Transaction(Database& database);
+    // Writing takes the right to write at once, so that it is not refused half-way.
+    enum class Kind { Writing, Reading };
+    explicit Transaction(Database& database, Kind kind = Kind::Writing);
     ~Transaction();
 
     Transaction(const Transaction&) = delete;
