@@ -2,6 +2,7 @@
 
 using DisplayAPI::Frame;
 using DisplayAPI::FrameMoment;
+using DisplayAPI::FrameSigns;
 using std::chrono::milliseconds;
 
 namespace {
@@ -14,10 +15,12 @@ FrameStore::FrameStore(const Clock& clock)
 {
 }
 
-void FrameStore::publish(const Frame& frame, FrameMoment moment)
+void FrameStore::publish(const Frame& painted, FrameMoment moment)
 {
     {
         std::lock_guard lock(m_mutex);
+        Frame frame = painted;
+        frame.signs = m_signs;
         const bool inside = moment == FrameMoment::InsideEvent;
         if (inside)
             promoteWhenDue();
@@ -27,14 +30,25 @@ void FrameStore::publish(const Frame& frame, FrameMoment moment)
         }
         if (inside && m_waiting && frame.showsTheSameAs(*m_waiting))
             return;
-        auto numbered = std::make_shared<Frame>(frame);
-        numbered->number = ++m_number;
+        frame.number = ++m_number;
+        auto numbered = std::make_shared<const Frame>(std::move(frame));
         m_waiting = inside ? numbered : nullptr;
         m_waitingSince = m_clock.now();
         if (!inside)
             m_latest = std::move(numbered);
     }
     m_changed.notify_all();
+}
+
+void FrameStore::setSigns(const FrameSigns& signs)
+{
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_signs == signs)
+            return;
+        m_signs = signs;
+    }
+    publish(*newest(), FrameMoment::AfterEvent);
 }
 
 FrameStore::FramePtr FrameStore::latest()

@@ -25,7 +25,11 @@ public:
     // A frame that shows the same as the one before it is not a new one. Frames are numbered anew,
     // in one row whichever display they come from.
     // [event thread]
-    void publish(const DisplayAPI::Frame& frame, DisplayAPI::FrameMoment moment);
+    void publish(const DisplayAPI::Frame& painted, DisplayAPI::FrameMoment moment);
+
+    // Shows these beside every frame from now on, and beside the one that is to be seen.
+    // [event thread]
+    void setSigns(const DisplayAPI::FrameSigns& signs);
 
     // What is to be seen now; never null.
     // [any-thread]
@@ -49,6 +53,7 @@ private:
     const Clock& m_clock;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
+    DisplayAPI::FrameSigns m_signs;
     FramePtr m_latest;
     FramePtr m_waiting; // made inside a handler, not handed out yet
     std::chrono::milliseconds m_waitingSince{0};

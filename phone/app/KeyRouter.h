@@ -34,6 +34,7 @@ public:
     void openPhonebook();
 
     bool isOffHook() const { return m_offHook; }
+    bool isDialPadOn() const { return m_dialPad; }
     // Dialling has ended: digits belong to the screen again when the handset is down.
     void diallingEnded() { m_dialPad = false; }
 

@@ -58,10 +58,10 @@ static void to_json(nlohmann::json& json, const FrameRow& row)
 
 static void to_json(nlohmann::json& json, const FrameField& field)
 {
-    json = {{"kind", name(field.kind)},  {"icon", field.icon},           {"label", field.label},
-            {"value", field.value},      {"choice", field.choice},       {"choices", field.choices},
-            {"cursor", field.cursor},    {"maxLength", field.maxLength}, {"focused", field.focused},
-            {"readOnly", field.readOnly}};
+    json = {{"kind", name(field.kind)}, {"position", field.position}, {"icon", field.icon},
+            {"label", field.label},     {"value", field.value},       {"choice", field.choice},
+            {"choices", field.choices}, {"cursor", field.cursor},     {"maxLength", field.maxLength},
+            {"focused", field.focused}, {"readOnly", field.readOnly}};
 }
 
 static void to_json(nlohmann::json& json, const FrameDialler& dialler)
@@ -73,6 +73,11 @@ static void to_json(nlohmann::json& json, const FrameDialler& dialler)
 static void to_json(nlohmann::json& json, const FrameSoftKey& key)
 {
     json = key.label;
+}
+
+static void to_json(nlohmann::json& json, const FrameSigns& signs)
+{
+    json = {{"offHook", signs.offHook}, {"dialPad", signs.dialPad}};
 }
 
 static void to_json(nlohmann::json& json, const FrameScreen& screen)
@@ -107,7 +112,8 @@ std::string toJson(const DisplayAPI::Frame& frame)
                         {"base", frame.base},
                         {"popup", nullptr},
                         {"softKeys", frame.softKeys},
-                        {"systemWindow", frame.systemWindow}};
+                        {"systemWindow", frame.systemWindow},
+                        {"signs", frame.signs}};
     if (!frame.popups.empty())
         json["popup"] = frame.popups.back();
     return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);

@@ -50,6 +50,28 @@ TEST_F(FrameStoreTest, HandsOutAFrameMadeInsideAHandlerOnlyWhenTheHandlerGoesOnF
     EXPECT_EQ(shown(), "searching");
 }
 
+TEST_F(FrameStoreTest, ShowsItsSignsBesideTheFrameAtHandAndThoseToCome)
+{
+    make("list", FrameMoment::AfterEvent);
+    const auto before = store.latest()->number;
+
+    store.setSigns({true, false});
+    EXPECT_EQ(shown(), "list");
+    EXPECT_TRUE(store.latest()->signs.offHook);
+    EXPECT_GT(store.latest()->number, before);
+
+    make("dialler", FrameMoment::AfterEvent);
+    EXPECT_TRUE(store.latest()->signs.offHook);
+}
+
+TEST_F(FrameStoreTest, MakesNoNewFrameOfTheSameSigns)
+{
+    make("list", FrameMoment::AfterEvent);
+    const auto before = store.latest()->number;
+    store.setSigns({});
+    EXPECT_EQ(store.latest()->number, before);
+}
+
 TEST_F(FrameStoreTest, ForgetsAFrameThatWasPassedBy)
 {
     make("list", FrameMoment::AfterEvent);

@@ -124,6 +124,19 @@ TEST(PhoneWithABadContactsFile, NamesTheFileInItsLanguage)
     EXPECT_NE(screen.find("keine Kontaktdatei dieses Telefons"), std::string::npos) << screen;
 }
 
+TEST_F(PhoneTest, ShowsThatItIsOffHookAndThatItsDigitsAreDialled)
+{
+    const auto signs = [this] { return phone->frames().latest()->signs; };
+    press("dialpad");
+    EXPECT_TRUE(signs().dialPad);
+    press("dialpad");
+    EXPECT_FALSE(signs().dialPad);
+    press("hook");
+    EXPECT_TRUE(signs().offHook);
+    press("hangup");
+    EXPECT_FALSE(signs().offHook);
+}
+
 TEST_F(PhoneTest, TellsTheTimeEachMinute)
 {
     phone->advance(60s);

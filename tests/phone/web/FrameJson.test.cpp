@@ -44,6 +44,32 @@ TEST(FrameJson, ShowsThePopupOnTopOnly)
     EXPECT_EQ(json(frame)["popup"]["text"], "Delete?");
 }
 
+TEST(FrameJson, TellsWhereOnTheFormAFieldIs)
+{
+    Frame frame;
+    frame.base.role = FrameRole::Form;
+    frame.base.rowCount = 15;
+    auto& field = frame.base.fields.emplace_back();
+    field.kind = DisplayAPI::FrameField::Kind::Number;
+    field.position = 9;
+    field.cursor = 2;
+    field.maxLength = 40;
+
+    const auto json = ::json(frame)["base"]["fields"][0];
+    EXPECT_EQ(json["kind"], "number");
+    EXPECT_EQ(json["position"], 9);
+    EXPECT_EQ(json["cursor"], 2);
+    EXPECT_EQ(json["maxLength"], 40);
+}
+
+TEST(FrameJson, HoldsTheTelephonesOwnSigns)
+{
+    Frame frame;
+    frame.signs.dialPad = true;
+    EXPECT_EQ(json(frame)["signs"]["dialPad"], true);
+    EXPECT_EQ(json(frame)["signs"]["offHook"], false);
+}
+
 TEST(FrameJson, ReplacesWhatIsNoUtf8)
 {
     Frame frame;

@@ -89,6 +89,13 @@ struct FrameSoftKey {
     bool operator==(const FrameSoftKey&) const = default;
 };
 
+// What the telephone itself shows beside every screen. A display leaves it to the telephone.
+struct FrameSigns {
+    bool offHook = false;
+    bool dialPad = false; // digits are dialled though the handset is down
+    bool operator==(const FrameSigns&) const = default;
+};
+
 struct FRAMEWORK_API Frame {
     std::uint64_t number = 0; // grows with every frame
     bool visible = false;
@@ -99,6 +106,7 @@ struct FRAMEWORK_API Frame {
     std::vector<FrameScreen> popups; // the last one is on top
     std::vector<FrameSoftKey> softKeys;
     std::vector<std::string> systemWindow;
+    FrameSigns signs;
 
     // The screen that the keys go to: the popup on top, else the base.
     const FrameScreen& top() const { return popups.empty() ? base : popups.back(); }
