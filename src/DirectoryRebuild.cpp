@@ -97,7 +97,7 @@ void DirectoryRebuild::reloadLocalDirectory()
     DirectoryServiceIfc* pDirectory = m_context.m_pDirectoryService;
     m_context.m_pGroupList.reset(pDirectory ? pDirectory->getGroupList() : nullptr);
     if (!m_context.m_pGroupList)
-        m_context.m_pGroupList = std::make_unique<PhonebookGroupList>();
+        m_context.m_pGroupList = std::make_unique<PhonebookGroupList>(0);
 }
 
 void DirectoryRebuild::alphabetChanged(bool visible)

@@ -1,11 +1,41 @@
-// How names are written in the local list.
+// How names are written in the local list: one of four ways.
+//
+// Only Back applies a new choice; OK leaves the list as it was. That is meant to be.
 
 #pragma once
 
-#include "NotThereYetState.h"
+#include <array>
+#include <memory>
 
-class PhonebookStateDisplayOptions final : public NotThereYetState {
+#include "PhonebookStateBase.h"
+
+namespace DisplayAPI {
+class ExclusiveList;
+}
+
+class PhonebookStateDisplayOptions final : public PhonebookStateBase {
 public:
     PhonebookStateDisplayOptions();
-    ~PhonebookStateDisplayOptions() override;
+
+    void enterStateEvent(EventContext* pContext) override;
+    void exitStateEvent(EventContext* pContext) override;
+    PhonebookStateBase* backEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                  DisplayAPI::Displayable* pDisplayable) override;
+    PhonebookStateBase* okEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                DisplayAPI::Displayable* pDisplayable) override;
+    virtual ~PhonebookStateDisplayOptions();
+
+    // Builds the options on the first entry.
+    void constructDisplayList(EventContext* pContext);
+    // The options; null before the first entry.
+    DisplayAPI::ExclusiveList* getListItem() const;
+
+private:
+    int rowOf(displayMode mode) const;
+    displayMode modeOf(int row) const;
+    void relabelRows(EventContext* pContext);
+
+    std::unique_ptr<DisplayAPI::ExclusiveList> m_pOptionsList;
+    int m_rowOnEntry = 0;
+    std::array<int, 4> m_rows{}; // by displayMode
 };

@@ -13,11 +13,7 @@ protected:
     std::vector<Screen> screens()
     {
         auto& c = context();
-        return {{&c.m_CreatingEntry, "phone.notThere.form", &c.m_ViewingList},
-                {&c.m_DisplayOptions, "phone.notThere.options", &c.m_ViewingList},
-                {&c.m_ViewingGroups, "phone.notThere.groups", &c.m_ViewingList},
-                {&c.m_EditGroup, "phone.notThere.groups", &c.m_ViewingList},
-                {&c.m_LdapFind, "phone.notThere.form", &c.m_LdapViewingList},
+        return {{&c.m_LdapFind, "phone.notThere.form", &c.m_LdapViewingList},
                 {&c.m_LdapDisplayOptions, "phone.notThere.options", &c.m_LdapViewingList},
                 {&c.m_LdapQualifierOptions, "phone.notThere.options", &c.m_LdapViewingList},
                 {&c.m_LdapCreatingEntry, "phone.notThere.form", &c.m_LdapViewingList},
@@ -97,23 +93,23 @@ TEST_F(NotThereYet, IgnoresOtherPopups)
 TEST_F(NotThereYet, TakesItsMessageAlong)
 {
     start();
-    go(context().m_CreatingEntry);
-    context().m_CreatingEntry.exitStateEvent(&context());
+    go(context().m_LdapCreatingEntry);
+    context().m_LdapCreatingEntry.exitStateEvent(&context());
     host.settle();
     EXPECT_EQ(popups(), 0u);
-    EXPECT_EQ(current(), &context().m_CreatingEntry); // its own dismissal reports nothing
+    EXPECT_EQ(current(), &context().m_LdapCreatingEntry); // its own dismissal reports nothing
 }
 
 TEST_F(NotThereYet, LeavesTheTabWithTheTabKeyOnceTheMessageClosed)
 {
     start();
-    go(context().m_CreatingEntry);
-    EXPECT_FALSE(context().m_CreatingEntry.tabValid(&context()));
+    go(context().m_LdapCreatingEntry);
+    EXPECT_FALSE(context().m_LdapCreatingEntry.tabValid(&context()));
     display().closeNotification();
     host.settle();
     phonelet().tab();
     host.settle();
-    EXPECT_TRUE(mode().isLdapTabActive());
+    EXPECT_TRUE(mode().isLocalTabActive());
 }
 
 TEST_F(NotThereYet, ClearsTheFindFormOfItsMessage)

@@ -269,7 +269,7 @@ TEST_F(ModeUpdates, KeepsAnEmptyGroupListWhenARestartGetsNone)
     mode().RestartLocalPhonebook();
 
     ASSERT_NE(context().m_pGroupList, nullptr);
-    EXPECT_TRUE(context().m_pGroupList->noGroupsInUse());
+    EXPECT_EQ(context().m_pGroupList->numberOfGroups(), 0);
 }
 
 TEST_F(ModeUpdates, IsNoCallContextProviderAfterARestartOutOfSight)

@@ -30,7 +30,7 @@ public:
     std::string failure;               // fails every request with this message while not empty
     std::optional<std::string> list;   // instead of the real list text
     std::vector<std::string> listCalls;
-    std::function<void()> whileBusy; // called inside every request and list
+    std::function<void()> whileBusy; // called inside every request, list and write
 
     std::map<std::string, int> options;
     std::vector<std::pair<std::string, int>> optionWrites;
@@ -41,7 +41,9 @@ public:
     int groupReads = 0;
     int groupStores = 0;
     std::vector<unsigned> reassigned;
+    int reassignMode = -1; // of the last one
     bool reassigns = true;
+    unsigned stuckGroup = 0; // this one is not reassigned
 
     DirectoryStatus status = DIRECTORY_NO_MATCHES;
     std::vector<AttributeList> found; // with the trailer
@@ -57,6 +59,7 @@ public:
 
     std::string fieldSizes = "lastname=30;firstname=30;business1=50;business2=50;mobile=50;private=50;"
                              "company=40;address1=40;address2=40;position=30;email=35;callgroup=30";
+    int fieldSizeReads = 0;
     std::vector<DirectoryServiceObserverIfc*> observers;
 
     // Adds a contact and returns its id.
@@ -123,6 +126,7 @@ public:
     int writeOption(const std::string& tag, int number) override
     {
         optionWrites.emplace_back(tag, number);
+        busy();
         if (optionResult == 0)
             options[tag] = number;
         return optionResult;
@@ -136,19 +140,27 @@ public:
     bool storeGroupList(PhonebookGroupList* stored) override
     {
         ++groupStores;
+        busy();
         if (storesGroups && stored)
             groups = std::make_unique<PhonebookGroupList>(*stored);
         return storesGroups;
     }
-    bool reassignGroup(unsigned group, unsigned to, int) override
+    bool reassignGroup(unsigned group, unsigned to, int mode) override
     {
         reassigned.push_back(group);
+        reassignMode = mode;
+        busy();
+        const bool moves = reassigns && group != stuckGroup;
         for (auto& [id, record] : records)
-            if (reassigns && value(record, "Group") == std::to_string(group))
+            if (moves && value(record, "Group") == std::to_string(group))
                 record["Group"] = std::to_string(to);
-        return reassigns;
+        return moves;
     }
-    std::string getFieldSizes() override { return fieldSizes; }
+    std::string getFieldSizes() override
+    {
+        ++fieldSizeReads;
+        return fieldSizes;
+    }
 
     void addObserver(DirectoryServiceObserverIfc* observer) override { observers.push_back(observer); }
     void removeObserver(DirectoryServiceObserverIfc* observer) override
