@@ -102,7 +102,8 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
 {
     return {
         text("language", language,
-             "Language of the screen and of sorting: a code such as en, de, fr, es or it."),
+             "Language of the screen, of sorting and of the keypad: cs, de, el, en, es, fr, it, nl, pl, "
+             "pt, ru, sv or tr. Any other code has English texts and sorts in its own way."),
         choice("software-type", {"Veltrix SIP", "Veltrix QRA", "Veltrix TDM"},
                "What the telephone is attached to."),
         number("hardware-variant", "", 1, 99, 1,

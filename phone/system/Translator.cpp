@@ -32,13 +32,18 @@ Translator::Translator(std::filesystem::path catalogues, const std::string& lang
 
 void Translator::setLanguage(const std::string& language)
 {
-    const bool known = hasCatalogue(language);
-    if (!known)
+    std::string spoken = language;
+    if (!hasCatalogue(spoken))
+        spoken = language.substr(0, language.find_first_of("_-.@"));
+    if (!hasCatalogue(spoken)) {
         PHONE_REFUSED("there is no catalogue for the language \"%s\" in %s: English instead",
                       language.c_str(), m_catalogues.c_str());
-    auto locale = std::make_shared<const std::locale>(localeOf(m_catalogues, known ? language : "en"));
+        spoken = "en";
+    }
+    auto locale = std::make_shared<const std::locale>(localeOf(m_catalogues, spoken));
     std::lock_guard lock(m_mutex);
     m_language = language;
+    m_spokenLanguage = spoken;
     m_locale = std::move(locale);
 }
 
@@ -46,6 +51,12 @@ std::string Translator::language() const
 {
     std::lock_guard lock(m_mutex);
     return m_language;
+}
+
+std::string Translator::spokenLanguage() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_spokenLanguage;
 }
 
 bool Translator::hasCatalogue(const std::string& language) const

@@ -1,3 +1,7 @@
+#include <filesystem>
+#include <regex>
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "TemporaryFolder.h"
@@ -25,6 +29,24 @@ protected:
 };
 
 } // namespace
+
+TEST_F(ConfigurationTest, NamesTheLanguagesThatTheTelephoneSpeaks)
+{
+    std::set<std::string> spoken;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::path(BIN_DIR).parent_path() / "locale")) {
+        if (std::filesystem::exists(entry.path() / "LC_MESSAGES"))
+            spoken.insert(entry.path().filename().string());
+    }
+
+    auto help = Configuration(file).item("language")->help;
+    help = help.substr(help.find(": "), help.find('.') - help.find(": "));
+    std::set<std::string> named;
+    const std::regex code("\\b(?!or\\b)[a-z]{2}\\b");
+    for (std::sregex_iterator it(help.begin(), help.end(), code), end; it != end; ++it)
+        named.insert(it->str());
+    EXPECT_EQ(named, spoken);
+}
 
 TEST_F(ConfigurationTest, HasDefaultsWithoutAFile)
 {

@@ -1,3 +1,5 @@
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "system/Translator.h"
@@ -39,6 +41,33 @@ TEST(Translator, NeverLosesAParameter)
 TEST(Translator, SpeaksEnglishWhereThereIsNoCatalogue)
 {
     const Translator translator(CATALOGUES, "tlh");
-    EXPECT_FALSE(translator.hasCatalogue("tlh"));
+    EXPECT_EQ(translator.language(), "tlh");
+    EXPECT_EQ(translator.spokenLanguage(), "en");
     EXPECT_EQ(translator.translate("phone.back"), "Back");
+}
+
+TEST(Translator, SpeaksTheLanguageOfACountryThatHasNoCatalogue)
+{
+    Translator translator(CATALOGUES, "de_AT.UTF-8");
+    EXPECT_EQ(translator.language(), "de_AT.UTF-8");
+    EXPECT_EQ(translator.spokenLanguage(), "de");
+    EXPECT_EQ(translator.translate("phone.back"), "Zurück");
+    translator.setLanguage("pt-BR");
+    EXPECT_EQ(translator.spokenLanguage(), "pt");
+}
+
+TEST(Translator, SpeaksEveryLanguageThatHasACatalogue)
+{
+    std::set<std::string> backs;
+    for (const auto& folder : std::filesystem::directory_iterator(CATALOGUES)) {
+        if (!folder.is_directory() || !std::filesystem::exists(folder.path() / "LC_MESSAGES"))
+            continue;
+        const auto language = folder.path().filename().string();
+        const Translator translator(CATALOGUES, language);
+        EXPECT_EQ(translator.spokenLanguage(), language);
+        const auto back = translator.translate("phone.back");
+        EXPECT_NE(back, "phone.back") << language;
+        EXPECT_TRUE(backs.insert(back).second) << language << " says \"" << back << "\" as another does";
+    }
+    EXPECT_EQ(backs.size(), 13u);
 }
