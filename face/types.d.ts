@@ -1,13 +1,19 @@
 // What the telephone sends: the frame's members as they are named there.
 
-export interface Row {
+// What has a picture beside it.
+export interface Pictured {
+  image: string; // its address, "" without a picture
+  imageLost: boolean; // there should be one, but the file is gone or is no picture; "image" is "" then
+}
+
+export interface Row extends Pictured {
   position: number;
   icon: number;
   text: string;
   selected: boolean;
 }
 
-export interface Field {
+export interface Field extends Pictured {
   kind: "text" | "number" | "selection";
   icon: number;
   label: string;
@@ -33,7 +39,7 @@ export type Role =
   | "none" | "idle" | "list" | "exclusive" | "form"
   | "menu" | "question" | "notification" | "progress" | "dialler";
 
-export interface Screen {
+export interface Screen extends Pictured {
   role: Role;
   id: number;
   type: number;
