@@ -94,7 +94,7 @@ int showPage(Phone& phone, const Profile& profile, const Arguments& arguments, c
     auto access = loadWebAccess(profile.data);
     if (!access)
         return refuse(access.error());
-    PageFace face(phone.frames(), phone.keys(), phone.configuration(), phone.translator());
+    PageFace face(phone.frames(), phone.keys(), phone.translator());
     const auto port = arguments.port != 0 ? arguments.port : access.value().port;
     const auto server = WebServer::start(face, port, access.value().token);
     if (!server)

@@ -71,7 +71,6 @@ public:
     KeyGate& keys() { return m_keys; }
     FrameStore& frames() { return m_frames; }
     EventThread& events() { return m_events; }
-    const Configuration& configuration() const { return m_configuration; }
     const Translator& translator() const { return m_translator; }
 
     // [event thread]

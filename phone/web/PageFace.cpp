@@ -3,7 +3,6 @@
 #include "app/FrameStore.h"
 #include "app/KeyGate.h"
 #include "app/PhoneKey.h"
-#include "system/Configuration.h"
 #include "system/Translator.h"
 
 namespace {
@@ -26,13 +25,11 @@ KeyVerdict verdictOf(KeyGate::Verdict verdict)
 
 } // namespace
 
-PageFace::PageFace(FrameStore& frames, KeyGate& keys, const Configuration& configuration,
-                   const Translator& translator)
+PageFace::PageFace(FrameStore& frames, KeyGate& keys, const Translator& translator)
     : m_frames(frames)
     , m_keys(keys)
-    , m_configuration(configuration)
     , m_translator(translator)
-    , m_watcher([this] { watch(); })
+    , m_watcher([this, spoken = language()] { watch(spoken); })
 {
 }
 
@@ -66,7 +63,7 @@ KeyVerdict PageFace::press(std::string_view key)
 
 std::string PageFace::language() const
 {
-    return m_configuration.text("language");
+    return m_translator.spokenLanguage();
 }
 
 std::string PageFace::text(const std::string& key) const
@@ -74,10 +71,9 @@ std::string PageFace::text(const std::string& key) const
     return m_translator.translate(key);
 }
 
-void PageFace::watch()
+void PageFace::watch(std::string spoken)
 {
     std::uint64_t seen = 0;
-    std::string spoken = language();
     while (!m_stopped) {
         const auto frame = m_frames.waitForFrameAfter(seen, nLONGEST_WAIT);
         const std::string now = language();

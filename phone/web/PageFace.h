@@ -9,7 +9,6 @@
 
 #include "web/PhoneFaceIfc.h"
 
-class Configuration;
 class FrameStore;
 class KeyGate;
 class Translator;
@@ -17,8 +16,7 @@ class Translator;
 class PageFace final : public PhoneFaceIfc {
 public:
     // None of them is owned; all outlive it.
-    PageFace(FrameStore& frames, KeyGate& keys, const Configuration& configuration,
-             const Translator& translator);
+    PageFace(FrameStore& frames, KeyGate& keys, const Translator& translator);
     ~PageFace() override;
 
     std::shared_ptr<const DisplayAPI::Frame> frame() const override;
@@ -28,11 +26,11 @@ public:
     std::string text(const std::string& key) const override;
 
 private:
-    void watch();
+    // Tells of new frames and of texts in another language than `spoken`.
+    void watch(std::string spoken);
 
     FrameStore& m_frames;
     KeyGate& m_keys;
-    const Configuration& m_configuration;
     const Translator& m_translator;
     std::mutex m_mutex; // held while the listener is called: it is gone when it was taken away
     std::function<void()> m_listener;

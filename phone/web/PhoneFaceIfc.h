@@ -37,7 +37,7 @@ public:
     // [any-thread]
     virtual KeyVerdict press(std::string_view key) = 0;
 
-    // The current language's code, and a text of the telephone's own in it.
+    // The code of the language that texts are in, and a text of the telephone's own in it.
     // [any-thread]
     virtual std::string language() const = 0;
     virtual std::string text(const std::string& key) const = 0;
