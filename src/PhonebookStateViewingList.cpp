@@ -467,6 +467,8 @@ PhonebookStateBase* PhonebookStateViewingList::createNewContact(EventContext* pC
 {
     PB_TRACE("PhonebookStateViewingList::createNewContact");
     pContext->m_SelectedEntry.setBlank();
+    // It stays otherwise, and the new contact would pass for the one shown last.
+    pContext->m_SelectedEntry.setExternalId("");
     const int group = pContext->m_pPhonebookList->getGroupIndication();
     if (group > nWITHOUT_GROUP)
         pContext->m_SelectedEntry.setGroupIndex(group);

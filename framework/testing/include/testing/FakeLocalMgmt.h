@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -15,6 +16,7 @@ public:
     std::vector<std::string> reads; // the ids asked for, in order
     std::vector<std::pair<std::string, MgmtAgentIfc*>> observed;
     std::vector<std::string> clips;
+    std::function<void()> whileLoading; // called while the clips are read
 
     bool read(ManageableData& data) override
     {
@@ -29,7 +31,12 @@ public:
     {
         observed.emplace_back(tag, agent);
     }
-    std::vector<std::string> getPictureClips() override { return clips; }
+    std::vector<std::string> getPictureClips() override
+    {
+        if (whileLoading)
+            whileLoading();
+        return clips;
+    }
     std::string pictureNameFromPath(const std::string& path) override
     {
         return path.substr(path.find_last_of('/') + 1);
