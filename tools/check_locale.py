@@ -183,6 +183,16 @@ def texts_without_key(known):
     yield from (f"{key}: in no catalogue" for key in sorted(OF_DIRECTORY_SCREENS - known))
 
 
+def texts_that_the_page_lacks():
+    """The server sends the page its texts; it must know them all."""
+    sent = set(DOTTED.findall((ROOT / "phone/web/WebServer.cpp").read_text(encoding="utf-8")))
+    for path, source in sources():
+        if path.parts[0] == "face":
+            asked = {key for key in DOTTED.findall(source) if key.startswith("phone.")}
+            yield from (f"{path}: {key}: not sent by phone/web/WebServer.cpp"
+                        for key in sorted(asked - sent) if not FILE_NAME.search(key))
+
+
 def main():
     catalogues = [Catalogue(path) for path in sorted((ROOT / "locale").glob("*.po"))]
     english = next((catalogue for catalogue in catalogues if catalogue.language == "en"), None)
@@ -197,6 +207,7 @@ def main():
     known = english.texts.keys()
     bad += keys_without_text(known)
     bad += texts_without_key(known)
+    bad += texts_that_the_page_lacks()
     sys.exit("\n".join(bad) or 0)
 
 
