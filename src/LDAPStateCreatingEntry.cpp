@@ -1,7 +1,7 @@
 #include "LDAPStateCreatingEntry.h"
 
 LDAPStateCreatingEntry::LDAPStateCreatingEntry()
-    : NotThereYetState("phone.notThere.form", Tab::Ldap)
+    : NotThereYetState("phone.notThere.form")
 {
 }
 

@@ -1,7 +1,7 @@
 #include "LDAPStateDisplayOptions.h"
 
 LDAPStateDisplayOptions::LDAPStateDisplayOptions()
-    : NotThereYetState("phone.notThere.options", Tab::Ldap)
+    : NotThereYetState("phone.notThere.options")
 {
 }
 

@@ -1,7 +1,7 @@
 #include "LDAPStateDisplayingEntry.h"
 
 LDAPStateDisplayingEntry::LDAPStateDisplayingEntry()
-    : NotThereYetState("phone.notThere.form", Tab::Ldap)
+    : NotThereYetState("phone.notThere.form")
 {
 }
 

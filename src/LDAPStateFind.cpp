@@ -7,7 +7,7 @@ constexpr char nSOURCE[] = "./src/LDAPStateFind";
 }
 
 LDAPStateFind::LDAPStateFind()
-    : NotThereYetState("phone.notThere.form", Tab::Ldap)
+    : NotThereYetState("phone.notThere.form")
 {
 }
 

@@ -1,7 +1,7 @@
 #include "LDAPStateQualifierOptions.h"
 
 LDAPStateQualifierOptions::LDAPStateQualifierOptions()
-    : NotThereYetState("phone.notThere.options", Tab::Ldap)
+    : NotThereYetState("phone.notThere.options")
 {
 }
 

@@ -1,7 +1,7 @@
 #include "LDAPStateSavingEntry.h"
 
 LDAPStateSavingEntry::LDAPStateSavingEntry()
-    : NotThereYetState("phone.notThere.form", Tab::Ldap)
+    : NotThereYetState("phone.notThere.form")
 {
 }
 

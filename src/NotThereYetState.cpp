@@ -12,9 +12,8 @@ constexpr char nSOURCE[] = "./src/NotThereYetState";
 constexpr unsigned nTIMEOUT_MS = 3000;
 } // namespace
 
-NotThereYetState::NotThereYetState(const char* message, Tab tab)
+NotThereYetState::NotThereYetState(const char* message)
     : m_message(message)
-    , m_tab(tab)
 {
 }
 
@@ -43,14 +42,14 @@ PhonebookStateBase* NotThereYetState::backEvent(EventContext* pContext, DisplayA
                                                 DisplayAPI::Displayable*)
 {
     PB_TRACE("NotThereYetState::backEvent()");
-    return list(pContext);
+    return &pContext->m_LdapViewingList;
 }
 
 PhonebookStateBase* NotThereYetState::okEvent(EventContext* pContext, DisplayAPI::Command*,
                                               DisplayAPI::Displayable*)
 {
     PB_TRACE("NotThereYetState::okEvent()");
-    return list(pContext);
+    return &pContext->m_LdapViewingList;
 }
 
 PhonebookStateBase* NotThereYetState::screenEvent(EventContext* pContext, DisplayAPI::Command*,
@@ -59,7 +58,7 @@ PhonebookStateBase* NotThereYetState::screenEvent(EventContext* pContext, Displa
     PB_TRACE("NotThereYetState::screenEvent()");
     if (!m_pPopup || pDisplayable != m_pPopup.get())
         return this;
-    return list(pContext);
+    return &pContext->m_LdapViewingList;
 }
 
 void NotThereYetState::hideMessage()
@@ -67,12 +66,4 @@ void NotThereYetState::hideMessage()
     PB_TRACE("NotThereYetState::hideMessage()");
     if (m_pPopup)
         m_pPopup->dismiss();
-}
-
-PhonebookStateBase* NotThereYetState::list(EventContext* pContext) const
-{
-    PB_TRACE("NotThereYetState::list()");
-    if (m_tab == Tab::Ldap)
-        return &pContext->m_LdapViewingList;
-    return &pContext->m_ViewingList;
 }

@@ -1,5 +1,5 @@
-// A screen that this telephone does not have yet: it says so, and goes back to its list when the
-// message closes, or with OK or Back.
+// A screen of the corporate directory that this telephone does not have yet: it says so, and goes back
+// to the directory's list when the message closes, or with OK or Back.
 
 #pragma once
 
@@ -23,18 +23,13 @@ public:
                                     DisplayAPI::Displayable* pDisplayable) override;
 
 protected:
-    enum class Tab { Office, Ldap };
-
-    // `message` is the translation key of the text; `tab` says which list it returns to.
-    NotThereYetState(const char* message, Tab tab);
+    // `message` is the translation key of the text.
+    explicit NotThereYetState(const char* message);
     virtual ~NotThereYetState();
 
     void hideMessage();
 
 private:
-    PhonebookStateBase* list(EventContext* pContext) const;
-
     const char* m_message;
-    Tab m_tab;
     std::unique_ptr<DisplayAPI::PopupNotification> m_pPopup;
 };

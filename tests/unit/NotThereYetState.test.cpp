@@ -7,37 +7,26 @@ protected:
     struct Screen {
         PhonebookStateBase* state;
         const char* message;
-        PhonebookStateBase* list;
     };
 
     std::vector<Screen> screens()
     {
         auto& c = context();
-        return {{&c.m_LdapFind, "phone.notThere.form", &c.m_LdapViewingList},
-                {&c.m_LdapDisplayOptions, "phone.notThere.options", &c.m_LdapViewingList},
-                {&c.m_LdapQualifierOptions, "phone.notThere.options", &c.m_LdapViewingList},
-                {&c.m_LdapCreatingEntry, "phone.notThere.form", &c.m_LdapViewingList},
-                {&c.m_LdapDisplayingEntry, "phone.notThere.form", &c.m_LdapViewingList},
-                {&c.m_LdapSavingEntry, "phone.notThere.form", &c.m_LdapViewingList}};
+        return {{&c.m_LdapFind, "phone.notThere.form"},
+                {&c.m_LdapDisplayOptions, "phone.notThere.options"},
+                {&c.m_LdapQualifierOptions, "phone.notThere.options"},
+                {&c.m_LdapCreatingEntry, "phone.notThere.form"},
+                {&c.m_LdapDisplayingEntry, "phone.notThere.form"},
+                {&c.m_LdapSavingEntry, "phone.notThere.form"}};
     }
-    // Leaves the list for a screen, as a menu does.
+    // Leaves the directory's list for a screen, as a menu does.
     void go(PhonebookStateBase& screen)
     {
-        const bool ldap = isLdap(screen);
-        context().m_pTabScreen->setCurrentTabIndex(ldap ? 1 : 0);
-        auto& pMachine = ldap ? context().m_pLdapCurrentState : context().m_pCurrentState;
-        pMachine->exitStateEvent(&context());
-        pMachine = &screen;
+        context().m_pTabScreen->setCurrentTabIndex(1);
+        context().m_pLdapCurrentState->exitStateEvent(&context());
+        context().m_pLdapCurrentState = &screen;
         screen.enterStateEvent(&context());
         host.settle();
-    }
-    bool isLdap(const PhonebookStateBase& screen)
-    {
-        for (const auto& known : screens()) {
-            if (known.state == &screen)
-                return known.list == &context().m_LdapViewingList;
-        }
-        return false;
     }
     PhonebookStateBase* current() { return mode().getCurrentState(); }
 };
@@ -54,7 +43,7 @@ TEST_F(NotThereYet, SaysSoAndReturnsToItsListAfterThreeSeconds)
         wait(2999ms);
         EXPECT_EQ(current(), screen.state);
         wait(1ms);
-        EXPECT_EQ(current(), screen.list);
+        EXPECT_EQ(current(), &context().m_LdapViewingList);
         EXPECT_EQ(popups(), 0u);
     }
 }
@@ -66,7 +55,7 @@ TEST_F(NotThereYet, ReturnsToItsListWithAnyKey)
         for (const auto& screen : screens()) {
             go(*screen.state);
             press(key);
-            EXPECT_EQ(current(), screen.list);
+            EXPECT_EQ(current(), &context().m_LdapViewingList);
             EXPECT_EQ(popups(), 0u);
         }
     }
@@ -76,8 +65,8 @@ TEST_F(NotThereYet, AnswersOkAndBackThatReachItOtherwise)
 {
     start();
     for (const auto& screen : screens()) {
-        EXPECT_EQ(screen.state->okEvent(&context(), nullptr, nullptr), screen.list);
-        EXPECT_EQ(screen.state->backEvent(&context(), nullptr, nullptr), screen.list);
+        EXPECT_EQ(screen.state->okEvent(&context(), nullptr, nullptr), &context().m_LdapViewingList);
+        EXPECT_EQ(screen.state->backEvent(&context(), nullptr, nullptr), &context().m_LdapViewingList);
     }
 }
 
