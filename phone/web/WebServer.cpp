@@ -44,12 +44,23 @@ constexpr std::chrono::seconds nHTTP_TIME{10};
 
 // The texts that the page itself shows.
 constexpr std::array nPAGE_TEXTS = {
-    "phone.ok",        "phone.menu",   "phone.back",           "phone.save",         "phone.select",
-    "phone.phonebook", "phone.home",   "phone.clear",          "phone.hook",         "phone.hangup",
-    "phone.dialpad",   "phone.up",     "phone.down",           "phone.left",         "phone.right",
-    "phone.tab",       "phone.search", "phone.busyKeyDropped", "phone.reconnecting", "phone.wrongToken",
-    "phone.title",     "phone.keypad", "phone.softkeys",       "phone.functions",    "phone.arrows",
-    "phone.callkeys",  "phone.screen", "phone.rows",           "phone.help",
+    "phone.ok",           "phone.menu",
+    "phone.back",         "phone.save",
+    "phone.select",       "phone.phonebook",
+    "phone.home",         "phone.clear",
+    "phone.hook",         "phone.hangup",
+    "phone.dialpad",      "phone.up",
+    "phone.down",         "phone.left",
+    "phone.right",        "phone.tab",
+    "phone.search",       "phone.busyKeyDropped",
+    "phone.reconnecting", "phone.wrongToken",
+    "phone.title",        "phone.keypad",
+    "phone.softkeys",     "phone.functions",
+    "phone.arrows",       "phone.callkeys",
+    "phone.screen",       "phone.rows",
+    "phone.help",         "phone.position",
+    "phone.fieldFull",    "phone.offHook",
+    "phone.dialPadOn",    "picture",
 };
 
 const char* name(KeyVerdict verdict)
