@@ -119,6 +119,7 @@ void PhonebookStateViewingGroups::constructGroupDisplayList(EventContext* pConte
     if (list.size() == 0)
         fillGroupDisplayList(pContext);
     list.setSelectedIndex(0);
+    list.setSearchText(""); // what was typed here before finds nothing
 }
 
 void PhonebookStateViewingGroups::fillGroupDisplayList(EventContext* pContext)

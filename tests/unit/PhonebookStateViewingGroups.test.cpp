@@ -76,6 +76,18 @@ TEST_F(Groups, KeepTheirRowsAndBeginAtTheFirst)
     EXPECT_TRUE(top().rows[0].selected);
 }
 
+TEST_F(Groups, ForgetWhatWasTyped)
+{
+    threeGroups();
+    startAtGroups();
+    type("fa");
+    EXPECT_EQ(top().search, "fa");
+    press(BACK);
+    openGroups();
+    EXPECT_FALSE(top().searchOpen);
+    EXPECT_EQ(rows(), (Texts{COPIED, "Family", "Work", "no.group"}));
+}
+
 TEST_F(Groups, FollowTheLanguage)
 {
     threeGroups();
