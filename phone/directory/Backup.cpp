@@ -166,10 +166,11 @@ void BackupWriter::addPicture(const fs::path& file)
 {
     const auto name = file.filename().string();
     struct stat status {};
-    const bool exists = ::stat(file.c_str(), &status) == 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!exists || !S_ISREG(status.st_mode) || !stream || !isPictureName(name) ||
-        static_cast<std::size_t>(status.st_size) > nGREATEST_PICTURE) {
+    const bool isFile = ::stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    std::ifstream stream;
+    if (isFile && isPictureName(name) && static_cast<std::size_t>(status.st_size) <= nGREATEST_PICTURE)
+        stream.open(file, std::ios::binary); // a pipe would wait here
+    if (!stream.is_open()) {
         m_leftOut.push_back(name);
         return;
     }

@@ -30,8 +30,19 @@ bool isLogOfDatabase(const fs::path& file)
     return false;
 }
 
-Result<fs::path> backupToReplace(const fs::path& file)
+// Whether the telephone might take the file for one of its own.
+bool isForItself(const fs::path& file, const BackupOptions& options)
 {
+    std::error_code failed;
+    const auto folder = file.parent_path();
+    const bool inProfile = folder == fs::weakly_canonical(options.profile, failed) ||
+                           folder == fs::weakly_canonical(options.pictures, failed);
+    return inProfile && file.extension() != ".backup";
+}
+
+Result<fs::path> backupToReplace(const BackupOptions& options)
+{
+    const auto& file = options.file;
     auto target = fileToReplace(file);
     if (!target)
         return target;
@@ -40,6 +51,10 @@ Result<fs::path> backupToReplace(const fs::path& file)
     if ((!empty && !Backup::isBackup(target.value())) || isLogOfDatabase(target.value()))
         return Error{ErrorCode::Denied,
                      "\"" + file.string() + "\" is something else than a backup: name another file."};
+    if (isForItself(target.value(), options))
+        return Error{ErrorCode::Denied, "The telephone keeps files of its own in " +
+                                            target.value().parent_path().string() +
+                                            ": there a backup's name ends in \".backup\"."};
     return target;
 }
 
@@ -48,7 +63,7 @@ Result<BackupWriter> writeBackup(const BackupOptions& options)
     const auto book = DirectoryService::fileIn(options.profile);
     if (!fs::exists(book))
         return Error{ErrorCode::NotFound, "There is no phonebook in \"" + options.profile.string() + "\"."};
-    const auto target = backupToReplace(options.file);
+    const auto target = backupToReplace(options);
     if (!target)
         return target.error();
     ContactStore store(book, "");

@@ -68,7 +68,8 @@ private:
             const auto free = number == 1 ? name : numbered(name, number);
             const auto file = m_folder / free;
             const bool exists = fs::exists(fs::symlink_status(file));
-            if (exists && contentOf(file) != content)
+            const bool same = fs::is_regular_file(file) && contentOf(file) == content;
+            if (exists && !same)
                 continue;
             if (free != name)
                 m_renamed[name] = free;
@@ -153,10 +154,11 @@ Result<Restored> replaceContent(ContactStore& store, const Backup& backup, const
     Restored restored{backup.counts(), {}};
     RestoredPictures pictures(folder);
     Result<void> done;
+    const auto before = freeName(store.file(), "contacts", ".backup");
     const auto replace = [&] {
         if (!holdsNothing(store)) {
-            restored.before = freeName(store.file(), "contacts", ".backup");
-            done = keep(store, folder, restored.before);
+            restored.before = before;
+            done = keep(store, folder, before);
         }
         if (done)
             done = pictures.add(backup);
