@@ -4,6 +4,72 @@
 
 const SHORTEST_WAIT = 250; // ms
 const LONGEST_WAIT = 4000;
+// The telephone cuts a page off that presses more keys than a person can: this stays below that.
+const KEYS_AT_ONCE = 50;
+const KEYS_A_SECOND = 35;
+const LONGEST_TEXT = 900; // bytes of a message that may be text
+const TEXT = "text:";
+
+/** How many bytes a text takes in a message. @param {string} text */
+function bytesOf(text) {
+  return new TextEncoder().encode(JSON.stringify(text)).length;
+}
+
+/** As many whole characters of a text as one message holds. @param {string} text */
+export function cutToMessage(text) {
+  let bytes = 0;
+  let end = 0;
+  for (const { segment } of new Intl.Segmenter().segment(text)) {
+    bytes += bytesOf(segment) - 2;
+    if (bytes > LONGEST_TEXT)
+      break;
+    end += segment.length;
+  }
+  return text.slice(0, end);
+}
+
+/**
+ * Keys on their way, in their order. A burst of them leaves at once, the others as fast as the
+ * telephone takes them; letters that wait for that travel together.
+ */
+class KeyQueue {
+  /** @param {(key: string) => void} send */
+  constructor(send) {
+    this.send = send;
+    /** @type {string[]} */
+    this.waiting = [];
+    this.left = KEYS_AT_ONCE;
+    this.counted = performance.now();
+    this.timer = 0;
+  }
+
+  /** @param {string} key */
+  add(key) {
+    const last = this.waiting.at(-1) ?? "";
+    const joined = last + key.slice(TEXT.length);
+    if (last.startsWith(TEXT) && key.startsWith(TEXT) && bytesOf(joined) < LONGEST_TEXT)
+      this.waiting[this.waiting.length - 1] = joined;
+    else
+      this.waiting.push(key);
+    this.sendWhatMayGo();
+  }
+
+  sendWhatMayGo() {
+    const now = performance.now();
+    this.left = Math.min(KEYS_AT_ONCE, this.left + (KEYS_A_SECOND * (now - this.counted)) / 1000);
+    this.counted = now;
+    for (; this.left >= 1 && this.waiting.length > 0; this.left -= 1)
+      this.send(/** @type {string} */ (this.waiting.shift()));
+    clearTimeout(this.timer);
+    if (this.waiting.length > 0)
+      this.timer = setTimeout(() => this.sendWhatMayGo(), 1000 / KEYS_A_SECOND);
+  }
+
+  forget() {
+    this.waiting = [];
+    this.left = KEYS_AT_ONCE;
+  }
+}
 
 export class Connection {
   /**
@@ -17,6 +83,7 @@ export class Connection {
     this.onState = onState;
     this.sent = 0;
     this.wait = SHORTEST_WAIT;
+    this.keys = new KeyQueue((key) => this.send(key));
     /** @type {WebSocket | null} */
     this.socket = null;
     this.open();
@@ -34,6 +101,7 @@ export class Connection {
     socket.onmessage = (event) => this.onMessage(JSON.parse(event.data));
     socket.onclose = async () => {
       this.socket = null;
+      this.keys.forget(); // they were meant for a screen that may be another one then
       this.onState(!opened && (await this.pageIsServed()) ? "refused" : "reconnecting");
       setTimeout(() => this.open(), this.wait);
       this.wait = Math.min(2 * this.wait, LONGEST_WAIT);
@@ -49,12 +117,15 @@ export class Connection {
     }
   }
 
-  /** @param {string} key @returns {number} the number that its acknowledgement will carry; 0 when not sent */
+  /** Without a connection it does nothing. @param {string} key */
   press(key) {
-    if (!this.socket || this.socket.readyState !== WebSocket.OPEN)
-      return 0;
+    if (this.socket?.readyState === WebSocket.OPEN)
+      this.keys.add(key);
+  }
+
+  /** @param {string} key */
+  send(key) {
     this.sent += 1;
-    this.socket.send(JSON.stringify({ n: this.sent, key }));
-    return this.sent;
+    this.socket?.send(JSON.stringify({ n: this.sent, key }));
   }
 }

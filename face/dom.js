@@ -1,9 +1,11 @@
 // Small helpers for making the page's elements. Texts only ever go in as text.
 
 /**
- * @param {string} tag
+ * @template {keyof HTMLElementTagNameMap} T
+ * @param {T} tag
  * @param {Record<string, string | number | boolean | null>} [attributes] null and false leave one out
  * @param {...(Node | string)} children
+ * @returns {HTMLElementTagNameMap[T]}
  */
 export function element(tag, attributes = {}, ...children) {
   const made = document.createElement(tag);
@@ -22,6 +24,12 @@ export function set(target, attributes) {
   }
 }
 
+/** @param {Element} target @param {string} text */
+export function setText(target, text) {
+  if (target.textContent !== text)
+    target.textContent = text;
+}
+
 /** @param {string} symbol */
 export function icon(symbol) {
   const svg = document.createElementNS("http://www.w3.org/2000/svg", "svg");
@@ -30,6 +38,36 @@ export function icon(symbol) {
   use.setAttribute("href", `#i-${symbol}`);
   svg.append(use);
   return svg;
+}
+
+/** Addresses of pictures that could not be shown. @type {Set<string>} */
+const unshowable = new Set();
+
+/** @param {string} name */
+const placeholder = (name) => element("span", { class: "picture missing", role: "img", "aria-label": name }, icon("person"));
+
+/**
+ * What something has for a picture: nothing, its picture, or what stands for one that cannot be shown.
+ * @param {import("./types").Pictured} of
+ * @param {string} name
+ * @returns {HTMLElement[]}
+ */
+export function picture({ image: address, imageLost }, name) {
+  if (imageLost || unshowable.has(address))
+    return [placeholder(name)];
+  if (!address)
+    return [];
+  const image = element("img", { class: "picture", src: address, alt: name, draggable: "false" });
+  image.addEventListener("error", () => {
+    unshowable.add(address);
+    image.replaceWith(placeholder(name));
+  });
+  return [image];
+}
+
+/** For when there is a chance that they can be shown. */
+export function tryPicturesAgain() {
+  unshowable.clear();
 }
 
 /** @param {string} id @returns {HTMLElement} */
@@ -59,4 +97,15 @@ export function update(parent, items, make) {
   });
   while (parent.children.length > items.length)
     parent.lastElementChild?.remove();
+}
+
+/** Makes `parent`'s children `wanted`, without moving any that stays in its order. @param {Element} parent @param {Element[]} wanted */
+export function arrange(parent, wanted) {
+  for (const child of [...parent.children])
+    if (!wanted.includes(child))
+      child.remove();
+  wanted.forEach((child, i) => {
+    if (parent.children[i] !== child)
+      parent.insertBefore(child, parent.children[i] ?? null);
+  });
 }

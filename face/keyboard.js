@@ -16,19 +16,22 @@ const NAMED = {
   F6: "tab",
 };
 const REPEATING = new Set(["up", "down", "left", "right", "clear"]);
+const IN_COMPOSITION = 229; // some browsers say so of a key that ends one
 
 /**
  * The telephone's name for a key, or "" for one that is the browser's.
  * @param {KeyboardEvent} event
- * @param {boolean} onButton whether the key also presses a button of the page
+ * @param {"button" | "editable" | "other"} on what has the focus: a button is pressed by some keys,
+ *   and letters reach the telephone from what is editable
  */
-export function keyOf(event, onButton) {
-  if (event.ctrlKey || event.altKey || event.metaKey || event.isComposing)
+export function keyOf(event, on) {
+  const isShortcut = (event.ctrlKey || event.altKey || event.metaKey) && !event.getModifierState("AltGraph");
+  if (isShortcut || event.isComposing || event.keyCode === IN_COMPOSITION)
     return "";
-  if (onButton && (event.key === "Enter" || event.key === " "))
+  if (on === "button" && (event.key === "Enter" || event.key === " "))
     return "";
   const named = NAMED[event.key];
   if (named)
     return event.repeat && !REPEATING.has(named) ? "" : named;
-  return [...event.key].length === 1 ? `text:${event.key}` : "";
+  return on !== "editable" && [...event.key].length === 1 ? `text:${event.key}` : "";
 }

@@ -1,7 +1,7 @@
 // The telephone's page: puts the connection, the screen and the keys together.
 
 import { Connection } from "./connection.js";
-import { byId, element } from "./dom.js";
+import { byId, element, tryPicturesAgain } from "./dom.js";
 import { keyOf } from "./keyboard.js";
 import { ScreenView } from "./screen.js";
 
@@ -28,6 +28,7 @@ function showHint(shown) {
 /** @param {"connected" | "reconnecting" | "refused"} state */
 function showState(state) {
   document.body.dataset.state = state;
+  tryPicturesAgain();
   cover.hidden = state === "connected";
   if (state === "refused")
     cover.textContent = texts["phone.wrongToken"] ?? "This page's address is no longer valid. Start the telephone again and open the address it prints.";
@@ -56,12 +57,18 @@ function received(message) {
       showHint(text("phone.busyKeyDropped"));
 }
 
-const screen = new ScreenView(press, text);
+const screen = new ScreenView(pressedOnKeyboard, text);
 const connection = new Connection(location.hash.slice(1), received, showState);
 
 /** @param {string} key */
 function press(key) {
   connection.press(key);
+}
+
+/** @param {string} key */
+function pressedOnKeyboard(key) {
+  press(key);
+  flash(key);
 }
 
 function buildKeypad() {
@@ -95,19 +102,32 @@ document.addEventListener("click", (event) => {
   heldKey = "";
   // Whoever points at keys goes on typing at the screen; whoever came with the Tab key stays.
   if (button && event.detail > 0)
-    screen.focus();
+    screen.pointed(event);
 });
 
+/** What the keyboard's keys go to. @returns {"button" | "editable" | "other"} */
+function keysGoTo() {
+  const focused = document.activeElement;
+  if (focused instanceof HTMLButtonElement)
+    return "button";
+  const isEditable = focused instanceof HTMLInputElement || (focused instanceof HTMLElement && focused.isContentEditable);
+  return isEditable ? "editable" : "other";
+}
+
 document.addEventListener("keydown", (event) => {
-  const onButton = document.activeElement instanceof HTMLButtonElement;
-  if (onButton && event.key === "Enter" && event.repeat)
+  if (document.activeElement === document.body)
+    screen.focus();
+  const on = keysGoTo();
+  if (on === "button" && event.key === "Enter" && event.repeat)
     event.preventDefault(); // held down, the browser would press the button again and again
-  const key = keyOf(event, onButton);
+  if (screen.typing.isSelecting(event))
+    return;
+  const isTab = event.key === "Tab" && !event.ctrlKey && !event.altKey && !event.metaKey;
+  const key = isTab ? screen.tabKey(event.shiftKey) : keyOf(event, on);
   if (key === "")
     return;
   event.preventDefault();
-  press(key);
-  flash(key);
+  pressedOnKeyboard(key);
 });
 
 /** Shows on the telephone which of its keys the keyboard pressed. @param {string} key */

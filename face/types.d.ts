@@ -15,6 +15,7 @@ export interface Row extends Pictured {
 
 export interface Field extends Pictured {
   kind: "text" | "number" | "selection";
+  position: number;
   icon: number;
   label: string;
   value: string;
@@ -66,6 +67,7 @@ export interface Frame {
   popup: Screen | null;
   softKeys: string[];
   systemWindow: string[];
+  signs: { offHook: boolean; dialPad: boolean };
 }
 
 export type Verdict = "taken" | "busy" | "closed" | "unknown";
