@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <utility>
 
 #include <framework/csta/CSTARequests.h>
@@ -10,11 +9,9 @@
 #include <framework/display/Display.h>
 #include <framework/display/Form.h>
 #include <framework/display/Icons.h>
-#include <framework/display/PopupProgress.h>
 #include <framework/display/SelectionField.h>
 #include <framework/display/TextField.h>
 #include <framework/services/DirectoryServiceIfc.h>
-#include <framework/services/LocalMgmtIfc.h>
 
 #include "EventContext.h"
 #include "PB_Error.h"
@@ -22,7 +19,6 @@
 #include "PhonebookLog.h"
 #include "PhonebookMode.h"
 #include "PopupMaker.h"
-#include "ShownProgress.h"
 #include "Toolbox.h"
 
 using DisplayAPI::FieldIcon;
@@ -37,7 +33,6 @@ namespace {
 constexpr char nSOURCE[] = "./src/PhonebookStateCreatingEntry";
 
 constexpr int nFORM_KIND = 0;
-constexpr int nPROGRESS_KIND = 1;
 constexpr int nNO_LIMIT = -1;
 constexpr int nNOT_SHOWN = -1;
 
@@ -55,12 +50,6 @@ bool is(const DisplayAPI::Displayable* pDisplayable, const std::unique_ptr<Widge
 int lengthOf(const std::string& text)
 {
     return static_cast<int>(std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
-}
-
-// The name of a clip as the user knows it.
-TranslationInfo clipLabel(const std::string& path)
-{
-    return TranslationInfo::plain(std::filesystem::path(path).stem().string());
 }
 
 } // namespace
@@ -128,7 +117,7 @@ void PhonebookStateCreatingEntry::enterStateEvent(EventContext* pContext)
     setCallContextProvider(pContext);
     createCommands(pContext);
     createSavePopups(pContext);
-    auto pLoading = populateImages(pContext);
+    auto pLoading = m_pictures.populateImages(pContext);
     readFieldSizes(pContext);
     populateForm(pContext);
     m_pForm->setSelectedItem(m_textFields[SURNAME].get());
@@ -327,32 +316,6 @@ void PhonebookStateCreatingEntry::createSavePopups(EventContext* pContext)
     m_pErrorNotification = PopupMaker::notification(pContext, PopupNotification::ERROR);
 }
 
-std::unique_ptr<DisplayAPI::Displayable> PhonebookStateCreatingEntry::populateImages(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateCreatingEntry::populateImages");
-    m_images.clear();
-    m_lostPicture.reset();
-    addImage("", TranslationInfo("no.picture", pContext->m_pTranslator));
-    if (!pContext->m_pLocalMgmt)
-        return nullptr;
-    auto pLoading = PopupMaker::progress(nPROGRESS_KIND);
-    pLoading->setText(TranslationInfo("loading.picture.clips", pContext->m_pTranslator));
-    const ShownProgress progress(pContext, *pLoading);
-    for (const auto& path : pContext->m_pLocalMgmt->getPictureClips())
-        addImage(path, clipLabel(path));
-    return pLoading;
-}
-
-void PhonebookStateCreatingEntry::addImage(const std::string& path, TranslationInfo label)
-{
-    PB_TRACE("PhonebookStateCreatingEntry::addImage");
-    auto pCommand = std::make_unique<MenuCommand>(std::move(label));
-    pCommand->setImagePath(path);
-    auto& image = m_images.emplace_back();
-    image.setDisplayImage(std::make_unique<DisplayAPI::Image>(path));
-    image.setSfCommand(std::move(pCommand));
-}
-
 void PhonebookStateCreatingEntry::readFieldSizes(EventContext* pContext)
 {
     PB_TRACE("PhonebookStateCreatingEntry::readFieldSizes");
@@ -380,7 +343,8 @@ void PhonebookStateCreatingEntry::populateForm(EventContext* pContext)
     populateDefaultNumber(pContext);
     appendTextFields(pContext, COMPANY, EMAIL);
     populateGroups(pContext);
-    populatePictures(pContext);
+    m_pictures.offer(pContext, appendSelectionField(pContext, m_pPictureField, "picture"),
+                     pContext->m_SelectedEntry.getPicture());
 }
 
 void PhonebookStateCreatingEntry::appendTextFields(EventContext* pContext, Text first, Text last)
@@ -466,26 +430,6 @@ void PhonebookStateCreatingEntry::populateGroups(EventContext* pContext)
     }
 }
 
-void PhonebookStateCreatingEntry::populatePictures(EventContext* pContext)
-{
-    PB_TRACE("PhonebookStateCreatingEntry::populatePictures");
-    auto& field = appendSelectionField(pContext, m_pPictureField, "picture");
-    auto* pLocalMgmt = pContext->m_pLocalMgmt;
-    const auto& picture = pContext->m_SelectedEntry.getPicture();
-    const auto isCurrent = [&](const PhonebookImage& image) {
-        const auto& path = image.getSfCommand()->getImagePath();
-        return path.empty() ? picture.empty() : pLocalMgmt->pictureNameFromPath(path) == picture;
-    };
-    auto current = static_cast<std::size_t>(std::ranges::find_if(m_images, isCurrent) - m_images.begin());
-    if (current == m_images.size()) {
-        addImage(pLocalMgmt ? pLocalMgmt->picturePathFromName(picture) : "", clipLabel(picture));
-        m_lostPicture = current;
-    }
-    field.clear(m_images[current].getSfCommand());
-    for (const auto& image : m_images)
-        field.append(image.getSfCommand());
-}
-
 // --- The default number ---
 
 void PhonebookStateCreatingEntry::rebuildDefaultNumberSelectionField(std::size_t changedNumber)
@@ -544,7 +488,7 @@ void PhonebookStateCreatingEntry::copyEditedDetailsFromForm(EventContext* pConte
     else
         m_EditedEntry.setGroupIndex(chosenGroup(pContext));
     m_EditedEntry.setDefaultNumber(chosenDefaultNumber());
-    m_EditedEntry.setPicture(chosenPicture(pContext));
+    m_EditedEntry.setPicture(m_pictures.selected(pContext, *m_pPictureField));
 }
 
 std::string PhonebookStateCreatingEntry::textOf(Text text) const
@@ -571,16 +515,6 @@ const char* PhonebookStateCreatingEntry::chosenDefaultNumber() const
             return nNUMBER_KINDS[number].defaultNumber;
     }
     return PhonebookListEntry::nNONE;
-}
-
-std::string PhonebookStateCreatingEntry::chosenPicture(EventContext* pContext) const
-{
-    PB_TRACE("PhonebookStateCreatingEntry::chosenPicture");
-    const auto choice = static_cast<std::size_t>(m_pPictureField->getSelectedIndex());
-    const auto& path = m_images.at(choice).getSfCommand()->getImagePath();
-    if (choice == m_lostPicture)
-        return pContext->m_SelectedEntry.getPicture();
-    return path.empty() ? "" : pContext->m_pLocalMgmt->pictureNameFromPath(path);
 }
 
 bool PhonebookStateCreatingEntry::isChanged(EventContext* pContext) const

@@ -16,8 +16,8 @@
 #include <framework/util/Serializer.h>
 
 #include "PhonebookFullEntry.h"
-#include "PhonebookImage.h"
 #include "PhonebookStateBaseDialer.h"
+#include "PictureChoices.h"
 
 namespace DisplayAPI {
 class Form;
@@ -80,9 +80,6 @@ private:
 
     void createCommands(EventContext* pContext);
     void createSavePopups(EventContext* pContext);
-    // Reads the clips anew; answers the message that it showed meanwhile.
-    std::unique_ptr<DisplayAPI::Displayable> populateImages(EventContext* pContext);
-    void addImage(const std::string& path, DisplayAPI::TranslationInfo label);
     void readFieldSizes(EventContext* pContext);
 
     void populateForm(EventContext* pContext);
@@ -94,7 +91,6 @@ private:
     void populateOptions(EventContext* pContext);
     void populateDefaultNumber(EventContext* pContext);
     void populateGroups(EventContext* pContext);
-    void populatePictures(EventContext* pContext);
 
     void rebuildDefaultNumberSelectionField(std::size_t changedNumber);
     DisplayAPI::MenuCommand* getNewDefaultNumberCommand();
@@ -105,7 +101,6 @@ private:
     std::string textOf(Text text) const;
     int chosenGroup(EventContext* pContext) const;
     const char* chosenDefaultNumber() const;
-    std::string chosenPicture(EventContext* pContext) const;
     bool isChanged(EventContext* pContext) const;
 
     // All that follows from a request to save.
@@ -133,10 +128,7 @@ private:
     std::unique_ptr<DisplayAPI::Command> m_pDialCommand;
     std::unique_ptr<DisplayAPI::MenuCommand> m_pSaveCommand;
     std::unique_ptr<DisplayAPI::MenuCommand> m_pDoNotSaveCommand;
-    // No picture, then the clips.
-    std::vector<PhonebookImage> m_images;
-    // Position of the entry's picture when it is none of the clips.
-    std::optional<std::size_t> m_lostPicture;
+    PictureChoices m_pictures;
 
     std::unique_ptr<DisplayAPI::SelectionField> m_pOptionsField;
     std::array<std::unique_ptr<DisplayAPI::TextField>, nTEXTS> m_textFields;

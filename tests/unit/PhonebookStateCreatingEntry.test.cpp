@@ -1,5 +1,3 @@
-#include <framework/display/Image.h>
-
 #include "ContactFormScreens.h"
 
 namespace {
@@ -181,7 +179,7 @@ TEST_F(ContactForm, IsBuiltInItsOrder)
     EXPECT_TRUE(wroteInOrder(
         {"PhonebookStateCreatingEntry::enterStateEvent", "PhonebookStateBaseDialer::setCallContextProvider()",
          "PhonebookStateCreatingEntry::createCommands", "PhonebookStateCreatingEntry::createSavePopups",
-         "PhonebookStateCreatingEntry::populateImages", "PhonebookStateCreatingEntry::readFieldSizes",
+         "PictureChoices::populateImages()", "PhonebookStateCreatingEntry::readFieldSizes",
          "PhonebookStateCreatingEntry::populateForm", "PhonebookStateCreatingEntry::showForm"}));
 }
 
