@@ -1,36 +1,24 @@
 #include "system/LocalMgmtService.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 
 #include <framework/services/ManageableData.h>
 #include <framework/services/MgmtAgentIfc.h>
+
+#include "directory/NameCollator.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-// What a record of the contact store has room for, in bytes.
-constexpr std::size_t LONGEST_PICTURE_NAME = 91;
-
 // No setting, but the state of a part that this telephone does not have.
 constexpr char BLUETOOTH_STATE[] = "bt-active";
-
-bool isPicture(const fs::path& file)
-{
-    constexpr std::array<const char*, 4> ENDINGS{".png", ".jpg", ".jpeg", ".svg"};
-    auto ending = file.extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return std::find(ENDINGS.begin(), ENDINGS.end(), ending) != ENDINGS.end();
-}
 
 } // namespace
 
 LocalMgmtService::LocalMgmtService(const Configuration& configuration, fs::path pictures, EventPoster& events)
     : m_configuration(configuration)
-    , m_pictures(std::move(pictures))
+    , m_clips(std::move(pictures))
     , m_events(events)
 {
 }
@@ -66,27 +54,24 @@ void LocalMgmtService::observeManageableData(const std::string& tag, MgmtAgentIf
 
 std::vector<std::string> LocalMgmtService::getPictureClips()
 {
-    std::vector<std::string> clips;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(m_pictures, error)) {
-        const auto& path = entry.path();
-        if (isPicture(path) && path.filename().string().size() <= LONGEST_PICTURE_NAME)
-            clips.push_back(path.string());
-    }
-    std::sort(clips.begin(), clips.end());
-    return clips;
+    const NameCollator collator(m_configuration.text("language"));
+    std::map<std::string, std::string> sorted; // two names can have the same key, but for the name itself
+    for (const auto& name : m_clips.clips())
+        sorted[collator.key(name, "") + name] = name;
+    std::vector<std::string> paths;
+    for (const auto& [key, name] : sorted)
+        paths.push_back(m_clips.pathFromName(name));
+    return paths;
 }
 
 std::string LocalMgmtService::pictureNameFromPath(const std::string& path)
 {
-    return fs::path(path).filename().string();
+    return m_clips.nameFromPath(path);
 }
 
 std::string LocalMgmtService::picturePathFromName(const std::string& name)
 {
-    // Only the last part counts: a name never leads out of the folder.
-    const auto file = fs::path(name).filename();
-    return file.empty() ? "" : (m_pictures / file).string();
+    return m_clips.pathFromName(name);
 }
 
 void LocalMgmtService::tell(const std::string& name, MgmtAgentIfc* agent)

@@ -9,6 +9,7 @@
 #include <framework/services/LocalMgmtIfc.h>
 
 #include "app/EventPoster.h"
+#include "pictures/ClipFolder.h"
 #include "system/Configuration.h"
 
 class LocalMgmtService final : public LocalMgmtIfc {
@@ -32,7 +33,7 @@ private:
     void tell(const std::string& name, MgmtAgentIfc* agent);
 
     const Configuration& m_configuration;
-    const std::filesystem::path m_pictures;
+    ClipFolder m_clips;
     EventPoster& m_events;
     std::map<std::string, std::vector<MgmtAgentIfc*>> m_observers;
 };

@@ -26,20 +26,6 @@ Error failure(const std::filesystem::path& file, const char* what)
                                                                        std::strerror(errno) + "."};
 }
 
-Result<std::string> newToken()
-{
-    std::array<unsigned char, nTOKEN_BYTES> bytes{};
-    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
-        return Error{ErrorCode::Failed, "The system gave no random numbers for the page's token."};
-    constexpr char digits[] = "0123456789abcdef";
-    std::string token;
-    for (const auto byte : bytes) {
-        token += digits[byte >> 4];
-        token += digits[byte & 0xF];
-    }
-    return token;
-}
-
 bool isToken(const std::string& text)
 {
     return text.size() == 2 * nTOKEN_BYTES && text.find_first_not_of("0123456789abcdef") == std::string::npos;
@@ -62,6 +48,20 @@ Result<WebAccess> withNewToken(const std::filesystem::path& profile)
 }
 
 } // namespace
+
+Result<std::string> newToken()
+{
+    std::array<unsigned char, nTOKEN_BYTES> bytes{};
+    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
+        return Error{ErrorCode::Failed, "The system gave no random numbers."};
+    constexpr char digits[] = "0123456789abcdef";
+    std::string token;
+    for (const auto byte : bytes) {
+        token += digits[byte >> 4];
+        token += digits[byte & 0xF];
+    }
+    return token;
+}
 
 Result<WebAccess> loadWebAccess(const std::filesystem::path& profile)
 {

@@ -9,8 +9,11 @@
 
 #include "app/Result.h"
 
+// 32 hexadecimal digits: 128 random bits that nobody can guess.
+Result<std::string> newToken();
+
 struct WebAccess {
-    std::string token; // 32 hexadecimal digits, 128 random bits
+    std::string token;
     std::uint16_t port = 0;
 };
 

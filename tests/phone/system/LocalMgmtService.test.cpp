@@ -5,6 +5,7 @@
 
 #include "TemporaryFolder.h"
 #include "app/EventThread.h"
+#include "pictures/TestPictures.h"
 #include "system/LocalMgmtService.h"
 
 using Strings = std::vector<std::string>;
@@ -36,7 +37,7 @@ protected:
     TemporaryFolder folder;
     ManualClock clock;
     EventThread events{clock};
-    Configuration configuration{folder / "config.toml", {{"ldap-qualifier", "4"}}};
+    Configuration configuration{folder / "config.toml", {{"ldap-qualifier", "4"}, {"language", "de"}}};
     LocalMgmtService service{configuration, folder.path(), events};
     Agent agent;
 };
@@ -76,20 +77,20 @@ TEST_F(LocalMgmtServiceTest, DropsAChangeThatIsQueuedWhenThePhoneletsStop)
     EXPECT_EQ(agent.heard, Strings{});
 }
 
-TEST_F(LocalMgmtServiceTest, OffersPicturesByNameAndNothingElse)
+TEST_F(LocalMgmtServiceTest, OffersPicturesByNameAsTheLanguageSortsThem)
 {
-    const std::string longest(87, 'x');
-    for (const auto& name : {std::string("b.png"), std::string("a.JPG"), std::string("notes.txt"),
-                             longest + ".png", longest + "x.png"})
-        folder.write(name, "");
-    EXPECT_EQ(service.getPictureClips(), (Strings{(folder / "a.JPG").string(), (folder / "b.png").string(),
-                                                  (folder / (longest + ".png")).string()}));
+    for (const auto& name : {"Zoe.png", "anna.png", "\xc3\xa4lva.png", "Bert.jpeg"})
+        folder.write(name, test_pictures::png());
+    folder.write("notes.png", "no picture");
+    EXPECT_EQ(service.getPictureClips(),
+              (Strings{(folder / "\xc3\xa4lva.png").string(), (folder / "anna.png").string(),
+                       (folder / "Bert.jpeg").string(), (folder / "Zoe.png").string()}));
 }
 
 TEST_F(LocalMgmtServiceTest, TurnsPathsOfClipsIntoNamesAndBack)
 {
-    folder.write("b.png", "");
-    const auto path = service.getPictureClips().front();
+    folder.write("b.png", test_pictures::png());
+    const auto path = service.getPictureClips().at(0);
     EXPECT_EQ(service.pictureNameFromPath(path), "b.png");
     EXPECT_EQ(service.picturePathFromName("b.png"), path);
     EXPECT_EQ(service.pictureNameFromPath(""), "");
@@ -100,4 +101,5 @@ TEST_F(LocalMgmtServiceTest, NeverLeavesItsFolderForAName)
 {
     EXPECT_EQ(service.picturePathFromName("../../etc/passwd"), (folder / "passwd").string());
     EXPECT_EQ(service.picturePathFromName("../"), "");
+    EXPECT_EQ(service.pictureNameFromPath("/etc/passwd"), "");
 }

@@ -23,7 +23,7 @@ public:
     // [phonelet-thread]
     virtual void observeManageableData(const std::string& tag, MgmtAgentIfc* agent) = 0;
 
-    // Paths of the picture clips that a contact may have, sorted by name.
+    // Paths of the picture clips that a contact may have, sorted by name as the phone's language does.
     // [phonelet-thread]
     virtual std::vector<std::string> getPictureClips() = 0;
     // The name under which a record keeps a clip, at most 91 bytes, and back; one to one on clips.
