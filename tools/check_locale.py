@@ -31,9 +31,10 @@ OF_DIRECTORY_SCREENS = frozenset("""
     too.many.matches""".split())
 
 # How many characters a text may have where it is shown, parameters not counted.
-SOFT_KEY, TAB, PAGE_KEY, ANSWER, ROW, NOTICE = 12, 18, 16, 18, 28, 84
+ROUND_KEY, SOFT_KEY, TAB, PAGE_KEY, ANSWER, ROW, NOTICE = 3, 12, 18, 16, 18, 28, 84
 LIMITS = {
-    "dial phone.ok phone.menu phone.back phone.save phone.select phone.phonebook": SOFT_KEY,
+    "phone.ok": ROUND_KEY,
+    "dial phone.menu phone.back phone.save phone.select phone.phonebook": SOFT_KEY,
     "office ldap PBX.Phonebook": TAB,
     "phone.home phone.clear phone.dialpad phone.hook phone.hangup": PAGE_KEY,
     "cancel delete delete.all delete.all.entries dialler.dial dialler.redial do.not.save edit.number"
