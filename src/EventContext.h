@@ -133,6 +133,7 @@ public:
     PhonebookList* m_pPhonebookList = nullptr;
     // Null on telephones without a corporate directory.
     PhonebookList* m_pLdapPhonebookList = nullptr;
+    // Never null once the mode is there; without slots where the groups cannot be read.
     std::unique_ptr<PhonebookGroupList> m_pGroupList;
     DisplayAPI::TranslatorIfc* m_pTranslator = nullptr;
 

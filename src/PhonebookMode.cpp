@@ -58,7 +58,7 @@ PhonebookMode::PhonebookMode(PhonebookPhonelet* pPhonelet, PhoneletContext* pCon
     m_context.m_pTeamService = pTeam;
     m_context.m_pObexService = pObex;
     m_context.m_pLocalMgmt = pLocalMgmt;
-    m_context.m_pGroupList.reset(pGroupList ? pGroupList : new PhonebookGroupList(0));
+    m_context.m_pGroupList.reset(pGroupList);
 
     listenToWidgets();
     m_context.m_pDisplay = pContext->getDisplay();

@@ -41,8 +41,9 @@ class PhonebookMode : public DisplayAPI::CommandListener,
                       public CSTAEventObserverBase,
                       public DigitAnalysisServiceEventIfc {
 public:
-    // Builds the tabs and enters the first state of each machine. Only the group list becomes the
-    // mode's; services may be null. The phonelet always passes true as the last argument.
+    // Builds the tabs and enters the first state of each machine. Only the group list, which is
+    // not null, becomes the mode's; services may be null. The phonelet always passes true as the last
+    // argument.
     PhonebookMode(PhonebookPhonelet* pPhonelet, PhoneletContext* pContext, PhonebookList* pList,
                   DirectoryServiceIfc* pDirectory, CSTAServiceIfc* pCsta,
                   DigitAnalysisServiceIfc* pDigitAnalysis, DataAccessServiceIfc* pDataAccess,

@@ -64,7 +64,6 @@ PhonebookStateBase* PhonebookStateEditGroup::backEvent(EventContext* pContext, D
     if (pDisplayable == m_pSaveQuestion.get()) {
         m_pSaveQuestion->dismiss();
         m_group = m_groupBefore; // or the next Back would not ask again
-        showForm(pContext);
         return this;
     }
     if (pDisplayable != m_pForm.get())

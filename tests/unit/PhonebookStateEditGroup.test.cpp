@@ -253,6 +253,7 @@ TEST_F(GroupForm, SavesNothingForOkOnTheName)
     editFamily();
     replaceName("Relatives");
     press(OK);
+    EXPECT_FALSE(log.has("PhonebookStateEditGroup::okEvent()"));
     EXPECT_EQ(groupForm().okEvent(&context(), nullptr, display().getCurrent()), &groupForm());
     press(DOWN);
     EXPECT_EQ(groupForm().okEvent(&context(), nullptr, &context().m_PopupConfirm), &groupForm());
