@@ -12,6 +12,7 @@
 
 #include "app/PhoneKey.h"
 #include "app/Resources.h"
+#include "directory/BackupCommand.h"
 #include "directory/ContactStore.h"
 #include "directory/DirectoryService.h"
 
@@ -234,11 +235,22 @@ void JourneyPhone::word(const std::string& word)
 
 void JourneyPhone::outside(const std::string& change)
 {
-    ContactStore others(store(), "en");
-    if (change != "delete-all")
+    const BackupOptions everything{m_folder / "journey.backup", m_folder.path(), m_folder / "pictures"};
+    std::ostringstream said;
+    if (change == "backup" || change == "restore") {
+        const auto command = change == "backup" ? runBackup : runRestore;
+        if (command(everything, said, said) != 0)
+            throw std::runtime_error(said.str());
+    } else if (change == "damage") {
+        std::ofstream(m_folder / "rubbish") << "rubbish";
+        std::filesystem::rename(m_folder / "rubbish", store());
+    } else if (change == "delete-all") {
+        if (!ContactStore(store(), "").eraseAll(std::nullopt))
+            throw std::runtime_error("not deleted");
+    } else {
+        ContactStore others(store(), "");
         add(others, change);
-    else if (!others.eraseAll(std::nullopt))
-        throw std::runtime_error("not deleted");
+    }
     m_phone->events().post("look", [this] { m_phone->services().directory().lookForChanges(); });
 }
 

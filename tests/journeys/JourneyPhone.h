@@ -27,6 +27,9 @@ public:
     //   item:language=de         an administrator changes a configuration item
     //   outside:Zander,Zoe       another program adds a contact
     //   outside:delete-all       another program deletes all contacts
+    //   outside:backup           another program backs everything up
+    //   outside:restore          another program restores that
+    //   outside:damage           another program writes rubbish over the contacts' file
     //   restart                  the telephone is switched off and on
     //   answered, cleared        what becomes of the call that was placed last
     std::string run(const std::string& words);
