@@ -275,14 +275,21 @@ void DirectoryService::postNotice(bool restart)
         return;
     m_notices.post("contacts changed by others", [this, alive = std::weak_ptr(m_alive)] {
         if (!alive.expired())
-            tellObservers();
+            deliverNotice();
     });
 }
 
-void DirectoryService::tellObservers()
+void DirectoryService::deliverNotice()
 {
     m_noticePosted = false;
-    const bool restart = std::exchange(m_noticeIsRestart, false);
+    // The options are read again for changed contacts, not for a restart: other contacts are both.
+    tellObservers(false);
+    if (std::exchange(m_noticeIsRestart, false))
+        tellObservers(true);
+}
+
+void DirectoryService::tellObservers(bool restart)
+{
     // An observer may leave while it is told.
     for (auto* observer : std::vector(m_observers)) {
         if (std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end())

@@ -81,7 +81,8 @@ private:
     std::string listText(std::optional<int> group);
     void followReplacedFile();
     void postNotice(bool restart);
-    void tellObservers();
+    void deliverNotice();
+    void tellObservers(bool restart);
 
     DirectoryOptions m_options;
     EventPoster& m_notices;

@@ -347,9 +347,9 @@ TEST_F(Directory, TellsOfARestartWhenTheFileWasReplaced)
     std::filesystem::rename(folder / "incoming", file);
     EXPECT_EQ(directory->getList(), "restored\tNew\t\t0");
     events.runPending();
-    EXPECT_EQ(observer.heard, "restart ");
+    EXPECT_EQ(observer.heard, "updated restart ");
     look();
-    EXPECT_EQ(observer.heard, "restart ");
+    EXPECT_EQ(observer.heard, "updated restart ");
 }
 
 TEST_F(Directory, NamesADamagedFileAndStaysEmptyUntilItIsGone)
@@ -367,11 +367,11 @@ TEST_F(Directory, NamesADamagedFileAndStaysEmptyUntilItIsGone)
     directory->addObserver(&observer);
     std::filesystem::rename(file, folder / "kept");
     look();
-    EXPECT_EQ(observer.heard, "restart ");
+    EXPECT_EQ(observer.heard, "updated restart ");
     EXPECT_EQ(directory->notice(), "");
     add("New");
     look();
-    EXPECT_EQ(observer.heard, "restart ");
+    EXPECT_EQ(observer.heard, "updated restart ");
     EXPECT_EQ(contentOf(folder / "kept"), "rubbish");
 }
 
