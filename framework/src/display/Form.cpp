@@ -53,8 +53,10 @@ void Form::setSelectedItem(Item* item)
 {
     const UiLock lock;
     const auto all = fields();
-    if (std::ranges::find(all, item) != all.end())
-        m_pSelected = item;
+    if (std::ranges::find(all, item) == all.end())
+        return;
+    m_pSelected = item;
+    m_top = 0;
 }
 
 void Form::setItemStateListener(ItemStateListener* listener)

@@ -152,6 +152,24 @@ TEST_F(FormTest, ScrollsLongForms)
     EXPECT_EQ(host.frame->base.rowCount, 13);
 }
 
+TEST_F(FormTest, BeginsAtItsTopWhenTheProgramSelectsAField)
+{
+    std::vector<std::unique_ptr<TextField>> many;
+    form.clear();
+    for (int i = 0; i < 12; ++i) {
+        many.push_back(std::make_unique<TextField>(plain(std::to_string(i))));
+        form.append(many.back().get());
+    }
+    for (int i = 0; i < 9; ++i)
+        press(Kind::Down);
+    ASSERT_EQ(painted(0).position, 2);
+
+    form.setSelectedItem(many[1].get());
+    press(Kind::Right);
+
+    EXPECT_EQ(painted(0).position, 0);
+}
+
 TEST_F(FormTest, ReportsEveryEditOnce)
 {
     host.type("An");

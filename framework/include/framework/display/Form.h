@@ -32,7 +32,7 @@ public:
     void setOptions(SelectionField* options);
 
     // The field that has the focus; null on an empty form. Selecting one that is not on the
-    // form does nothing.
+    // form does nothing; any other shows as much from the form's beginning as it can.
     Item* getSelectedItem() const;
     void setSelectedItem(Item* item);
 
