@@ -139,7 +139,6 @@ PhonebookStateBase* PhonebookStateCreatingEntry::backEvent(EventContext* pContex
     PB_TRACE("PhonebookStateCreatingEntry::backEvent");
     if (is(pDisplayable, m_pSaveConfirm)) {
         m_pSaveConfirm->dismiss();
-        showForm(pContext);
         return this;
     }
     if (!is(pDisplayable, m_pForm))

@@ -124,6 +124,10 @@ TEST_F(ContactForm, SaysWhatOkDoesOnANumber)
         EXPECT_EQ(okKey(dialled), "dial");
     for (const auto* other : {"last.name", "business2", "mobile", "company"})
         EXPECT_EQ(okKey(other), "phone.ok");
+    press(BACK);
+    openNew();
+    for (const auto* empty : {"business1", "private"})
+        EXPECT_EQ(okKey(empty), "phone.ok");
 }
 
 TEST_F(ContactForm, IsFilledAnewEachTime)
@@ -508,8 +512,11 @@ TEST_F(ContactForm, LeavesTheDefaultAloneWhenOtherFieldsChange)
     EXPECT_EQ(state().itemStateChangedEvent(&context(), nullptr), &state());
     EXPECT_EQ(log.count("Item state change on non-number field", 5), 2);
     EXPECT_EQ(value("default.no"), "mobile");
-    fill("business1", "9");
-    EXPECT_EQ(value("default.no"), "mobile");
+    for (const auto* label : {"business1", "mobile"}) { // also when its own number changes
+        focus(label);
+        type("9");
+        EXPECT_EQ(value("default.no"), "mobile");
+    }
     EXPECT_TRUE(log.has("PhonebookStateCreatingEntry::rebuildDefaultNumberSelectionField", 5));
 }
 
@@ -645,6 +652,9 @@ TEST_F(ContactForm, KeepsAPictureThatIsNoClip)
     wait(3000ms);
     openDetails();
     EXPECT_EQ(choices("picture"), (Texts{"no.picture", "bob"})); // it was this contact's only
+    pick("picture", "bob");
+    press(SAVE);
+    EXPECT_EQ(newest().at("Picture"), "bob.jpg");
 }
 
 TEST_F(ContactForm, KeepsThePictureWithoutLocalManagement)

@@ -671,6 +671,17 @@ TEST_F(ContactFormSaving, IgnoresAnythingElseThatIsChosen)
     EXPECT_EQ(state().backEvent(&context(), nullptr, &context().m_PopupConfirm), &state());
 }
 
+TEST_F(ContactFormSaving, ShowsTheFormAfterAnErrorWhateverIsShown)
+{
+    start();
+    openNew();
+    press(SAVE);
+    auto* pError = display().getCurrent();
+    display().setCurrent(context().m_pTabScreen.get());
+    EXPECT_EQ(state().screenEvent(&context(), nullptr, pError), &state());
+    EXPECT_EQ(display().getCurrent(), &form());
+}
+
 TEST_F(ContactFormSaving, KeepsItsPopups)
 {
     threeContacts();
