@@ -19,7 +19,7 @@ SUFFIXES = (".h", ".cpp", ".js", ".html")
 # word of a key ("delete.group.prompt"), and it is no file name.
 TRANSLATED = re.compile(r'\b(?:TranslationInfo|translate)\s*[({]\s*"([^"\\]+)"')
 DOTTED = re.compile(r'"([A-Za-z][A-Za-z0-9]*(?:\.[A-Za-z0-9]+)+)"')
-QUOTED = re.compile(r'"([^"\\\n]+)"')
+QUOTED = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 FILE_NAME = re.compile(r"\.(?:toml|po|mo|vcf|png|jpg|svg|html|css|js|json|sqlite|db|log|so|txt|wav)$")
 COMMENT = re.compile(r"^\s*//.*$", re.M)
 
