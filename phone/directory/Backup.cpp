@@ -1,14 +1,14 @@
 #include "Backup.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
+#include <system_error>
 
 #include <sys/stat.h>
 
 #include "ContactText.h"
+#include "pictures/ClipFolder.h"
+#include "pictures/PictureFile.h"
 
 namespace fs = std::filesystem;
 
@@ -17,8 +17,7 @@ namespace {
 constexpr std::uint32_t nAPPLICATION_ID = 0x44426275; // "DBbu"
 constexpr int nVERSION = 1;
 
-// Far beyond what the telephone shows, but a hostile file must not eat the memory.
-constexpr std::size_t nGREATEST_PICTURE = 16 * 1024 * 1024;
+// Far beyond what the telephone writes, but a hostile file must not eat the memory.
 constexpr int nGREATEST_VALUE = 64 * 1024 * 1024;
 constexpr int nMOST_GROUPS = 1000;
 
@@ -35,19 +34,6 @@ CREATE TABLE contacts(
     slot INTEGER, default_number INTEGER, card_uid TEXT, card TEXT, card_imported TEXT);
 CREATE TABLE sqlar(name TEXT PRIMARY KEY, mode INT, mtime INT, sz INT, data BLOB);
 )";
-
-// In the order of the columns.
-constexpr std::array nTEXTS = {
-    &Contact::surname,       &Contact::firstname, &Contact::office,     &Contact::office2, &Contact::mobile,
-    &Contact::privateNumber, &Contact::email,     &Contact::company,    &Contact::address, &Contact::address2,
-    &Contact::jobFunction,   &Contact::picture,   &Contact::externalId,
-};
-
-bool isPictureName(std::string_view name)
-{
-    return !name.empty() && name.front() != '.' && name.size() <= contact_limits::nPICTURE &&
-           name.find('/') == std::string_view::npos && isCleanText(name);
-}
 
 // What stands behind "pictures/"; "" for anything else.
 std::string_view nameOf(std::string_view path)
@@ -144,42 +130,42 @@ Result<void> BackupWriter::attempt(const std::function<Result<void>()>& work) co
 
 Result<void> BackupWriter::addPictures(const fs::path& pictures)
 {
-    std::error_code failed;
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(pictures, failed))
-        files.push_back(entry.path());
-    if (failed && failed != std::errc::no_such_file_or_directory)
-        return Error{ErrorCode::Denied,
-                     "\"" + pictures.string() + "\" cannot be read: " + failed.message() + "."};
-    std::sort(files.begin(), files.end());
+    ClipFolder folder(pictures);
+    auto clips = folder.clips();
+    std::sort(clips.begin(), clips.end());
+    noteOthers(pictures, clips);
     return attempt([&]() -> Result<void> {
-        for (const auto& file : files) {
-            const bool hidden = file.filename().string().front() == '.';
-            if (!hidden)
-                addPicture(file);
-        }
+        for (const auto& clip : clips)
+            addPicture(clip, pictures / clip);
         return {};
     });
 }
 
-void BackupWriter::addPicture(const fs::path& file)
+void BackupWriter::noteOthers(const fs::path& pictures, const std::vector<std::string>& clips)
 {
-    const auto name = file.filename().string();
-    struct stat status {};
-    const bool isFile = ::stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-    std::ifstream stream;
-    if (isFile && isPictureName(name) && static_cast<std::size_t>(status.st_size) <= nGREATEST_PICTURE)
-        stream.open(file, std::ios::binary); // a pipe would wait here
-    if (!stream.is_open()) {
+    std::error_code failed;
+    fs::directory_iterator entry(pictures, failed);
+    for (; !failed && entry != fs::directory_iterator(); entry.increment(failed)) {
+        const auto name = entry->path().filename().string();
+        if (name.front() != '.' && !std::binary_search(clips.begin(), clips.end(), name))
+            m_leftOut.push_back(name);
+    }
+}
+
+void BackupWriter::addPicture(const std::string& name, const fs::path& file)
+{
+    const auto opened = PictureFile::open(file);
+    const auto content = opened ? opened.value().content() : opened.error();
+    if (!content) {
         m_leftOut.push_back(name);
         return;
     }
-    const std::string content{std::istreambuf_iterator<char>(stream), {}};
+    constexpr std::int64_t nanoseconds = 1'000'000'000;
     const auto path = std::string(nPICTURES) + name;
     Statement row(m_pDatabase->handle(), "INSERT INTO sqlar VALUES(?1, ?2, ?3, ?4, ?5)");
     row.bind(1, path).bind(2, std::int64_t{S_IFREG | S_IRUSR | S_IWUSR});
-    row.bind(3, std::int64_t{status.st_mtim.tv_sec}).bind(4, static_cast<std::int64_t>(content.size()));
-    row.bindBlob(5, content).run();
+    row.bind(3, opened.value().stamp().changed / nanoseconds);
+    row.bind(4, static_cast<std::int64_t>(content.value().size())).bindBlob(5, content.value()).run();
     ++m_counts.pictures;
 }
 
@@ -211,7 +197,7 @@ Result<void> BackupWriter::addContacts(ContactStore& store)
             int column = 1;
             const auto id = contact.id.empty() ? ContactStore::newId() : contact.id;
             row.bind(column++, id);
-            for (const auto text : nTEXTS)
+            for (const auto text : nTEXT_FIELDS)
                 row.bind(column++, contact.*text);
             row.bind(column++, std::int64_t{contact.group});
             row.bind(column++, static_cast<std::int64_t>(contact.defaultNumber));
@@ -281,9 +267,9 @@ void Backup::check() const
     Statement picture(database.handle(), "SELECT name, sz, length(data) FROM sqlar");
     while (picture.step()) {
         const auto size = static_cast<std::size_t>(picture.number(2));
-        if (!isPictureName(nameOf(picture.text(0))))
+        if (!ClipFolder::isClipName(nameOf(picture.text(0))))
             throw SqliteError{SQLITE_CORRUPT, "it has a picture with an impossible name"};
-        if (picture.number(1) != picture.number(2) || size > nGREATEST_PICTURE)
+        if (picture.number(1) != picture.number(2) || size > picture_limits::nFILE)
             throw SqliteError{SQLITE_CORRUPT, "it has a picture that is cut off or too large"};
     }
 }
@@ -320,7 +306,7 @@ void Backup::fill(ContactStore& store,
         int column = 0;
         Contact contact;
         contact.id = row.text(column++);
-        for (const auto text : nTEXTS)
+        for (const auto text : nTEXT_FIELDS)
             contact.*text = row.text(column++);
         contact.group = static_cast<int>(row.number(column++));
         contact.defaultNumber = toDefaultNumber(row.number(column++));

@@ -31,8 +31,7 @@ class BackupWriter {
 public:
     static Result<BackupWriter> beside(const std::filesystem::path& file);
 
-    // Takes in the files of the folder `pictures`, but for those that are too large or have a name that
-    // no contact can have.
+    // Takes in the clips of the folder `pictures`.
     Result<void> addPictures(const std::filesystem::path& pictures);
     // Takes in everything else, as it is at one moment if `store` is read at one moment.
     Result<void> addContacts(ContactStore& store);
@@ -40,13 +39,14 @@ public:
     Result<void> finish();
 
     const BackupCounts& counts() const { return m_counts; }
-    // The names of files that addPictures() could not take in.
+    // What else lies in that folder and is not hidden.
     const std::vector<std::string>& leftOut() const { return m_leftOut; }
 
 private:
     BackupWriter(std::filesystem::path file, NewFile part);
     Result<void> attempt(const std::function<Result<void>()>& work) const;
-    void addPicture(const std::filesystem::path& file);
+    void noteOthers(const std::filesystem::path& pictures, const std::vector<std::string>& clips);
+    void addPicture(const std::string& name, const std::filesystem::path& file);
 
     std::filesystem::path m_file;
     NewFile m_part;

@@ -38,6 +38,13 @@ struct Contact {
     bool operator==(const Contact&) const = default;
 };
 
+// Every text but the id, in the order in which tables have them.
+inline constexpr std::array nTEXT_FIELDS = {
+    &Contact::surname,       &Contact::firstname, &Contact::office,     &Contact::office2, &Contact::mobile,
+    &Contact::privateNumber, &Contact::email,     &Contact::company,    &Contact::address, &Contact::address2,
+    &Contact::jobFunction,   &Contact::picture,   &Contact::externalId,
+};
+
 // The greatest lengths in characters (code points); those of the picture in bytes.
 namespace contact_limits {
 constexpr std::size_t nNAME = 30;

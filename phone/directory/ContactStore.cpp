@@ -59,12 +59,6 @@ std::string selectList(const std::string& condition)
     return "SELECT id, surname, firstname, default_number FROM contacts " + condition + " ORDER BY name_key";
 }
 
-constexpr std::array nTEXT_FIELDS = {
-    &Contact::surname,       &Contact::firstname, &Contact::office,     &Contact::office2, &Contact::mobile,
-    &Contact::privateNumber, &Contact::email,     &Contact::company,    &Contact::address, &Contact::address2,
-    &Contact::jobFunction,   &Contact::picture,   &Contact::externalId,
-};
-
 // An id that nobody could ask for; none is met in a file that only this program has written.
 bool isBadId(const Statement& row, int column)
 {

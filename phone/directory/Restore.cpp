@@ -3,29 +3,21 @@
 #include <array>
 #include <cerrno>
 #include <ctime>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include <unistd.h>
 
-#include "ContactText.h"
+#include "pictures/ClipFolder.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-std::string contentOf(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // The pictures of a backup in a folder; those that are new go again unless they are kept.
 class RestoredPictures {
 public:
     explicit RestoredPictures(fs::path folder)
-        : m_folder(std::move(folder))
+        : m_clips(std::move(folder))
     {
     }
     ~RestoredPictures()
@@ -64,50 +56,17 @@ public:
 private:
     Result<void> add(const std::string& name, std::string_view content)
     {
-        for (int number = 1;; ++number) {
-            const auto free = number == 1 ? name : numbered(name, number);
-            const auto file = m_folder / free;
-            const bool exists = fs::exists(fs::symlink_status(file));
-            const bool same = fs::is_regular_file(file) && contentOf(file) == content;
-            if (exists && !same)
-                continue;
-            if (free != name)
-                m_renamed[name] = free;
-            return exists ? Result<void>() : write(file, content);
-        }
+        const auto added = m_clips.add(name, content);
+        if (!added)
+            return added.error();
+        if (added.value().name != name)
+            m_renamed[name] = added.value().name;
+        if (added.value().isNew)
+            m_new.push_back(m_clips.pathFromName(added.value().name));
+        return {};
     }
 
-    // "anna.png" as "anna-2.png", with room for it.
-    static std::string numbered(const std::string& name, int number)
-    {
-        const auto extension = fs::path(name).extension().string();
-        const auto tail = "-" + std::to_string(number) + extension;
-        auto stem = name.substr(0, name.size() - extension.size());
-        for (auto characters = stem.size(); stem.size() + tail.size() > contact_limits::nPICTURE;)
-            stem = std::string(cutText(stem, --characters));
-        return stem + tail;
-    }
-
-    Result<void> write(const fs::path& file, std::string_view content)
-    {
-        std::error_code failed;
-        if (fs::create_directories(m_folder, failed))
-            fs::permissions(m_folder, fs::perms::owner_all, failed);
-        auto part = NewFile::beside(file);
-        if (!part)
-            return part.error();
-        std::ofstream stream(part.value().part(), std::ios::binary);
-        stream.write(content.data(), static_cast<std::streamsize>(content.size()));
-        stream.close();
-        if (!stream)
-            return cannotBeWritten(file, std::error_code(errno, std::generic_category()));
-        auto placed = part.value().putInPlace();
-        if (placed)
-            m_new.push_back(file);
-        return placed;
-    }
-
-    const fs::path m_folder;
+    const ClipFolder m_clips;
     std::map<std::string, std::string> m_renamed;
     std::vector<fs::path> m_new;
 };
