@@ -20,6 +20,7 @@
 #include "directory/BackupCommand.h"
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
+#include "pictures/AddPictureCommand.h"
 #include "system/Log.h"
 #include "web/PageFace.h"
 #include "web/Token.h"
@@ -66,6 +67,13 @@ int restoreContacts(const Profile& profile, const std::filesystem::path& file)
     return runRestore({file, profile.data, profile.pictures()}, std::cout, std::cerr);
 }
 
+int copyPictures(const Profile& profile, const std::vector<std::filesystem::path>& files)
+{
+    if (const auto made = profile.create(); !made)
+        return refuse(made.error());
+    return addPictures(files, profile.pictures(), std::cout, std::cerr);
+}
+
 Result<void> prepare(const Profile& profile, const Arguments& arguments, const Resources& resources)
 {
     if (auto made = profile.create(); !made)
@@ -94,7 +102,7 @@ int showPage(Phone& phone, const Profile& profile, const Arguments& arguments, c
     auto access = loadWebAccess(profile.data);
     if (!access)
         return refuse(access.error());
-    PageFace face(phone.frames(), phone.keys(), phone.translator());
+    PageFace face(phone.frames(), phone.keys(), phone.translator(), profile.pictures());
     const auto port = arguments.port != 0 ? arguments.port : access.value().port;
     const auto server = WebServer::start(face, port, access.value().token);
     if (!server)
@@ -146,6 +154,7 @@ int main(int argc, char** argv)
     std::string item;
     std::string value;
     std::string file;
+    std::vector<std::filesystem::path> pictures;
     bool dryRun = false;
     std::string version = "3.0";
 
@@ -174,6 +183,8 @@ int main(int argc, char** argv)
     backup->add_option("FILE", file)->required();
     auto* restore = app.add_subcommand("restore", "Put what a backup holds in the place of what there is");
     restore->add_option("FILE", file)->required();
+    auto* addPicture = app.add_subcommand("add-picture", "Copy pictures to those that contacts may have");
+    addPicture->add_option("FILE", pictures)->required();
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
 
     try {
@@ -194,6 +205,8 @@ int main(int argc, char** argv)
         return runBackup({file, profile.data, profile.pictures()}, std::cout, std::cerr);
     if (*restore)
         return restoreContacts(profile, file);
+    if (*addPicture)
+        return copyPictures(profile, pictures);
     if (*token)
         return replaceToken(profile);
     return runTelephone(arguments);

@@ -5,6 +5,7 @@
 #include <framework/PhoneletIfc.h>
 #include <framework/display/Display.h>
 #include <framework/display/ListItem.h>
+#include <framework/services/LocalMgmtIfc.h>
 #include <framework/services/OBEXServiceIfc.h>
 
 #include "ContactCard.h"
@@ -380,6 +381,8 @@ void PhonebookStateViewingList::enterEntryContextMenuState(EventContext* pContex
 {
     PB_TRACE("PhonebookStateViewingList::enterEntryContextMenuState");
     m_commands.fillEntryMenu(pContext);
+    pContext->m_ContextMenu.setTitle(TranslationInfo::plain(shownName(pContext)));
+    pContext->m_ContextMenu.setImage(shownPicture(pContext));
     setMenuAsCurrentDisplay(pContext);
 }
 
@@ -687,4 +690,11 @@ std::string PhonebookStateViewingList::shownName(EventContext* pContext)
     PB_TRACE("PhonebookStateViewingList::shownName");
     auto& entries = *pContext->m_pPhonebookList;
     return pContext->m_SelectedEntry.getDisplayName(entries.getDisplayMode(), entries.getDisplayQualifier());
+}
+
+std::string PhonebookStateViewingList::shownPicture(EventContext* pContext)
+{
+    PB_TRACE("PhonebookStateViewingList::shownPicture");
+    const auto& picture = pContext->m_SelectedEntry.getPicture();
+    return pContext->m_pLocalMgmt ? pContext->m_pLocalMgmt->picturePathFromName(picture) : "";
 }

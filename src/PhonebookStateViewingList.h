@@ -78,6 +78,8 @@ private:
     bool updateSelectedPhonebookEntry(EventContext* pContext);
     std::string getDefaultPhonebookNo(EventContext* pContext);
     std::string shownName(EventContext* pContext);
+    // Path of the selected entry's picture; "" without one.
+    std::string shownPicture(EventContext* pContext);
     void sendContact(EventContext* pContext);
 
     // Where a choice leads; null for one that the other function knows.

@@ -101,20 +101,38 @@ static void to_json(nlohmann::json& json, const FrameScreen& screen)
         json["dialler"] = screen.dialler;
 }
 
+static void addPicture(nlohmann::json& json, const std::string& path, const PictureAddress& addressOf)
+{
+    const auto address = path.empty() ? "" : addressOf(path);
+    json["imageLost"] = !path.empty() && address.empty();
+    json["image"] = address;
+}
+
+static nlohmann::json withPictures(const FrameScreen& screen, const PictureAddress& addressOf)
+{
+    nlohmann::json json = screen;
+    addPicture(json, screen.image, addressOf);
+    for (std::size_t i = 0; i < screen.rows.size(); ++i)
+        addPicture(json["rows"][i], screen.rows[i].image, addressOf);
+    for (std::size_t i = 0; screen.role == FrameRole::Form && i < screen.fields.size(); ++i)
+        addPicture(json["fields"][i], screen.fields[i].image, addressOf);
+    return json;
+}
+
 } // namespace DisplayAPI
 
-std::string toJson(const DisplayAPI::Frame& frame)
+std::string toJson(const DisplayAPI::Frame& frame, const PictureAddress& addressOf)
 {
     nlohmann::json json{{"number", frame.number},
                         {"tabs", frame.tabs},
                         {"currentTab", frame.currentTab},
                         {"tabBarFocused", frame.tabBarFocused},
-                        {"base", frame.base},
+                        {"base", withPictures(frame.base, addressOf)},
                         {"popup", nullptr},
                         {"softKeys", frame.softKeys},
                         {"systemWindow", frame.systemWindow},
                         {"signs", frame.signs}};
     if (!frame.popups.empty())
-        json["popup"] = frame.popups.back();
+        json["popup"] = withPictures(frame.popups.back(), addressOf);
     return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }

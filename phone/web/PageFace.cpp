@@ -25,10 +25,12 @@ KeyVerdict verdictOf(KeyGate::Verdict verdict)
 
 } // namespace
 
-PageFace::PageFace(FrameStore& frames, KeyGate& keys, const Translator& translator)
+PageFace::PageFace(FrameStore& frames, KeyGate& keys, const Translator& translator,
+                   std::filesystem::path clips)
     : m_frames(frames)
     , m_keys(keys)
     , m_translator(translator)
+    , m_gallery(std::move(clips))
     , m_watcher([this, spoken = language()] { watch(spoken); })
 {
 }

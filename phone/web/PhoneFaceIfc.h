@@ -41,4 +41,13 @@ public:
     // [any-thread]
     virtual std::string language() const = 0;
     virtual std::string text(const std::string& key) const = 0;
+
+    // An id for the picture at `path`, that only those know who see it; "" when it is gone or is no
+    // picture. It stands for this content of the file only.
+    // [any-thread]
+    virtual std::string pictureId(const std::string& path) = 0;
+
+    // The picture of an id, small, as a PNG; null when there is none. It may take a second or two.
+    // [any-thread]
+    virtual std::shared_ptr<const std::string> picture(const std::string& id) = 0;
 };

@@ -20,6 +20,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/thread_pool.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 #include <boost/beast/websocket.hpp>
@@ -41,6 +42,11 @@ constexpr std::size_t nMOST_ACKS = 256;
 constexpr int nKEYS_AT_ONCE = 60;
 constexpr int nKEYS_A_SECOND = 40;
 constexpr std::chrono::seconds nHTTP_TIME{10};
+
+constexpr std::string_view nPICTURES = "/picture/";
+constexpr std::string_view nASK_EVERY_TIME = "no-cache";
+// An address stands for one content of one file, for ever.
+constexpr std::string_view nKEEP = "private, max-age=31536000, immutable";
 
 // The texts that the page itself shows.
 constexpr std::array nPAGE_TEXTS = {
@@ -180,6 +186,8 @@ private:
     asio::io_context m_io{1}; // its pending handlers own the connections: gone before what those count in
     tcp::acceptor m_acceptor;
     std::thread m_thread;
+    // Where pictures are decoded, one at a time: frames do not wait for them. Gone before what its jobs use.
+    asio::thread_pool m_decoder{1};
 };
 
 // A page's WebSocket.
@@ -245,7 +253,7 @@ public:
 private:
     std::string nextMessage()
     {
-        const auto& face = m_server.m_face;
+        auto& face = m_server.m_face;
         if (const auto language = face.language(); language != m_language) {
             m_language = language;
             return textsMessage();
@@ -261,7 +269,10 @@ private:
         std::string message = "{\"acks\":" + acks.dump();
         if (isNew) {
             m_sentFrame = frame->number;
-            message += ",\"frame\":" + toJson(*frame);
+            message += ",\"frame\":" + toJson(*frame, [&face](const std::string& path) {
+                           const auto id = face.pictureId(path);
+                           return id.empty() ? id : std::string(nPICTURES) + id;
+                       });
         }
         return message + "}";
     }
@@ -350,6 +361,8 @@ private:
 
         std::string_view path = view(request.target());
         path = path.substr(0, path.find('?'));
+        if (path.starts_with(nPICTURES))
+            return decode(std::string(path.substr(nPICTURES.size())));
         if (path == "/")
             path = "/index.html";
         const auto assets = faceAssets();
@@ -358,6 +371,24 @@ private:
         if (path.empty() || path.front() != '/' || asset == assets.end())
             return refuse(http::status::not_found, "There is nothing here.\n");
         send(http::status::ok, asset->mime, asset->body);
+    }
+
+    void decode(std::string id)
+    {
+        // Whoever asked is let go on the server's thread only, where it lives.
+        asio::post(m_server.m_decoder, [self = shared_from_this(), id = std::move(id)]() mutable {
+            auto picture = self->m_server.m_face.picture(id);
+            auto& io = self->m_server.m_io;
+            asio::post(io, [self = std::move(self), picture = std::move(picture)] { self->show(picture); });
+        });
+    }
+
+    void show(const std::shared_ptr<const std::string>& picture)
+    {
+        m_stream.expires_after(nHTTP_TIME);
+        if (!picture)
+            return refuse(http::status::not_found, "There is no such picture.\n");
+        send(http::status::ok, "image/png", *picture, nKEEP);
     }
 
     void upgrade(const http::request<http::empty_body>& request)
@@ -379,13 +410,14 @@ private:
         send(status, "text/plain; charset=utf-8", sentence);
     }
 
-    void send(http::status status, std::string_view type, std::string_view body)
+    void send(http::status status, std::string_view type, std::string_view body,
+              std::string_view caching = nASK_EVERY_TIME)
     {
         const bool head = m_parser.get().method() == http::verb::head;
         m_response.result(status);
         m_response.version(11);
         m_response.set(http::field::content_type, toBoost(type));
-        m_response.set(http::field::cache_control, "no-cache");
+        m_response.set(http::field::cache_control, toBoost(caching));
         m_response.set(http::field::x_frame_options, "DENY");
         m_response.set("X-Content-Type-Options", "nosniff");
         m_response.set("Referrer-Policy", "no-referrer");

@@ -111,6 +111,45 @@ TEST_F(ListMenu, OffersEverythingOfAnEntryWithSoftKeys)
     EXPECT_EQ(context().m_SelectedEntryIndex, 0);
 }
 
+TEST_F(ListMenu, IsHeadedByTheContactWithItsPicture)
+{
+    directory.records[contact("Adams", "Amy")]["Picture"] = "amy.png";
+    contact("Baker", "Bob");
+    start();
+    openEntryMenu();
+    EXPECT_EQ(top().title, "Adams, Amy");
+    EXPECT_EQ(top().image, "clips/amy.png");
+
+    press(BACK);
+    press(DOWN);
+    openEntryMenu();
+    EXPECT_EQ(top().title, "Baker, Bob");
+    EXPECT_EQ(top().image, "");
+}
+
+TEST_F(ListMenu, HasNoPictureWithoutTheServiceThatKnowsWhereItIs)
+{
+    directory.records[contact("Adams", "Amy")]["Picture"] = "amy.png";
+    telephone.services.erase("LocalMgmtIfc");
+    start();
+    openEntryMenu();
+    EXPECT_EQ(top().title, "Adams, Amy");
+    EXPECT_EQ(top().image, "");
+}
+
+TEST_F(ListMenu, HasNoHeadOnTheOptionsRow)
+{
+    directory.records[contact("Adams", "Amy")]["Picture"] = "amy.png";
+    start(Bar::None);
+    openEntryMenu();
+    EXPECT_EQ(top().title, "Adams, Amy");
+    press(BACK);
+    press(UP);
+    press(OK);
+    EXPECT_EQ(top().title, "");
+    EXPECT_EQ(top().image, "");
+}
+
 TEST_F(ListMenu, OffersEveryNumberOfAnEntryWithoutSoftKeys)
 {
     sipWithBluetooth();

@@ -1,5 +1,7 @@
 #include <framework/display/ContextMenu.h>
 
+#include <utility>
+
 #include <framework/display/Frame.h>
 #include <framework/display/MenuCommand.h>
 
@@ -22,7 +24,16 @@ void ContextMenu::addCommand(MenuCommand* command)
 
 void ContextMenu::clearCommands()
 {
+    const UiLock lock;
     m_commands.clear();
+    m_image.clear();
+    setTitle({});
+}
+
+void ContextMenu::setImage(std::string path)
+{
+    const UiLock lock;
+    m_image = std::move(path);
 }
 
 void ContextMenu::dismiss()
@@ -40,6 +51,7 @@ void ContextMenu::paint(FrameScreen& screen, int rows) const
 {
     const UiLock lock;
     screen.title = title().translated();
+    screen.image = m_image;
     m_commands.paint(screen, rows);
 }
 

@@ -49,7 +49,7 @@ void sanitise(std::string& text)
 
 void sanitise(FrameScreen& screen)
 {
-    for (auto* text : {&screen.title, &screen.text, &screen.search, &screen.pending, &screen.dialler.prefix,
+    for (auto* text : {&screen.title, &screen.image, &screen.text, &screen.search, &screen.pending, &screen.dialler.prefix,
                        &screen.dialler.line1, &screen.dialler.line2, &screen.dialler.edit})
         sanitise(*text);
     for (auto& row : screen.rows) {

@@ -52,6 +52,20 @@ TEST_F(Menu, ShowsItsCommandsAsRows)
     EXPECT_EQ(host.frame->popups[0].rows[1].icon, 3);
 }
 
+TEST_F(Menu, HasAHeadUntilItsCommandsAreTakenAway)
+{
+    menu.setTitle(TranslationInfo::plain("Adams, Amy"));
+    menu.setImage("amy.png");
+    show(menu);
+    EXPECT_EQ(host.frame->popups[0].title, "Adams, Amy");
+    EXPECT_EQ(host.frame->popups[0].image, "amy.png");
+
+    menu.clearCommands();
+    show(menu);
+    EXPECT_EQ(host.frame->popups[0].title, "");
+    EXPECT_EQ(host.frame->popups[0].image, "");
+}
+
 TEST_F(Menu, ReportsTheVeryCommandChosen)
 {
     Command* chosen = nullptr;

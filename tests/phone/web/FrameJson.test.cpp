@@ -12,7 +12,9 @@ using DisplayAPI::FrameRole;
 
 nlohmann::json json(const Frame& frame)
 {
-    return nlohmann::json::parse(toJson(frame));
+    return nlohmann::json::parse(toJson(frame, [](const std::string& path) {
+        return path == "gone.png" ? std::string() : "/picture/of-" + path;
+    }));
 }
 
 TEST(FrameJson, HoldsTheVisibleRowsAndHowManyThereAre)
@@ -77,6 +79,31 @@ TEST(FrameJson, ReplacesWhatIsNoUtf8)
                        "b";
     EXPECT_EQ(json(frame)["base"]["title"], "a\xEF\xBF\xBD"
                                             "b");
+}
+
+TEST(FrameJson, HasAddressesForPictures)
+{
+    Frame frame;
+    frame.base.role = FrameRole::Form;
+    frame.base.rows = {{0, 0, "Anna", "anna.png", true}, {1, 0, "Bert", "", false}};
+    frame.base.fields.resize(2);
+    frame.base.fields[0].image = "gone.png";
+    frame.base.fields[1].image = "anna.png";
+    frame.popups.resize(1);
+    frame.popups[0].role = FrameRole::Menu;
+    frame.popups[0].image = "anna.png";
+
+    const auto sent = json(frame);
+    EXPECT_EQ(sent["base"]["image"], "");
+    EXPECT_EQ(sent["base"]["imageLost"], false);
+    EXPECT_EQ(sent["base"]["rows"][0]["image"], "/picture/of-anna.png");
+    EXPECT_EQ(sent["base"]["rows"][0]["imageLost"], false);
+    EXPECT_EQ(sent["base"]["rows"][1]["image"], "");
+    EXPECT_EQ(sent["base"]["rows"][1]["imageLost"], false);
+    EXPECT_EQ(sent["base"]["fields"][0]["image"], "");
+    EXPECT_EQ(sent["base"]["fields"][0]["imageLost"], true);
+    EXPECT_EQ(sent["base"]["fields"][1]["image"], "/picture/of-anna.png");
+    EXPECT_EQ(sent["popup"]["image"], "/picture/of-anna.png");
 }
 
 } // namespace

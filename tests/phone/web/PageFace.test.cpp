@@ -38,7 +38,7 @@ protected:
     std::mutex mutex;
     std::condition_variable changed;
     int told = 0;
-    PageFace face{frames, keys, translator};
+    PageFace face{frames, keys, translator, "pictures"};
 };
 
 } // namespace

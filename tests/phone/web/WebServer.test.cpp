@@ -45,6 +45,29 @@ public:
     std::string language() const override { return "en"; }
     std::string text(const std::string& key) const override { return "<" + key + ">"; }
 
+    std::string pictureId(const std::string& path) override { return path == "anna.png" ? "a1b2" : ""; }
+    std::shared_ptr<const std::string> picture(const std::string& id) override
+    {
+        std::unique_lock lock(m_mutex);
+        m_decoding = true;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return !m_decodingTakesLong; });
+        return id == "a1b2" ? std::make_shared<const std::string>("\x89PNG and so on") : nullptr;
+    }
+    // Decoding a picture does not end while it takes long.
+    void decodingTakesLong(bool takesLong)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_decodingTakesLong = takesLong;
+        m_changed.notify_all();
+    }
+    bool isDecoding()
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::milliseconds(nLONGEST_WAIT),
+                                  [this] { return m_decoding; });
+    }
+
     void show(const std::string& title)
     {
         {
@@ -52,6 +75,7 @@ public:
             auto frame = std::make_shared<DisplayAPI::Frame>();
             frame->number = ++m_number;
             frame->base.title = title;
+            frame->base.image = "anna.png";
             m_frame = std::move(frame);
         }
         const std::lock_guard lock(m_listening);
@@ -71,6 +95,9 @@ private:
     std::uint64_t m_number = 0;
     std::vector<std::string> m_keys;
     std::function<void()> m_listener;
+    std::condition_variable m_changed;
+    bool m_decoding = false;
+    bool m_decodingTakesLong = false;
 };
 
 // A connection that says exactly what it is told to.
@@ -207,6 +234,67 @@ TEST_F(PageServer, KnowsNothingElse)
     EXPECT_TRUE(get("/../Token.cpp", host()).starts_with("HTTP/1.1 404"));
     EXPECT_TRUE(get("/page-access", host()).starts_with("HTTP/1.1 404"));
     EXPECT_TRUE(get("/", host(), "DELETE").starts_with("HTTP/1.1 405"));
+}
+
+TEST_F(PageServer, ServesPicturesToBeKept)
+{
+    const auto answer = get("/picture/a1b2", host());
+    EXPECT_TRUE(answer.starts_with("HTTP/1.1 200"));
+    EXPECT_NE(answer.find("Content-Type: image/png\r\n"), std::string::npos);
+    EXPECT_NE(answer.find("Cache-Control: private, max-age=31536000, immutable\r\n"), std::string::npos);
+    EXPECT_NE(answer.find("X-Content-Type-Options: nosniff\r\n"), std::string::npos);
+    EXPECT_NE(answer.find("Cross-Origin-Resource-Policy: same-origin\r\n"), std::string::npos);
+    EXPECT_TRUE(answer.ends_with("\x89PNG and so on"));
+    const auto head = get("/picture/a1b2", host(), "HEAD");
+    EXPECT_TRUE(head.starts_with("HTTP/1.1 200"));
+    EXPECT_TRUE(head.ends_with("\r\n\r\n"));
+}
+
+TEST_F(PageServer, KnowsOnlyPicturesThatItNamed)
+{
+    for (const std::string path : {"/picture/", "/picture/a1b", "/picture/anna.png", "/picture/../a1b2"}) {
+        const auto answer = get(path, host());
+        EXPECT_TRUE(answer.starts_with("HTTP/1.1 404")) << path;
+        EXPECT_NE(answer.find("Cache-Control: no-cache"), std::string::npos);
+    }
+    EXPECT_TRUE(get("/picture/a1b2", host(), "POST").starts_with("HTTP/1.1 405"));
+    EXPECT_TRUE(get("/picture/a1b2", "phone.example").starts_with("HTTP/1.1 403"));
+}
+
+TEST_F(PageServer, TellsPagesWhereThePicturesAre)
+{
+    m_face.show("first");
+    EXPECT_TRUE(page()->readUntil(R"("image":"/picture/a1b2")"));
+}
+
+TEST_F(PageServer, SendsFramesWhileAPictureIsDecoded)
+{
+    const auto client = page();
+    m_face.decodingTakesLong(true);
+    Client other(m_server->port());
+    other.send("GET /picture/a1b2 HTTP/1.1\r\nHost: " + host() + "\r\n\r\n");
+    ASSERT_TRUE(m_face.isDecoding());
+
+    m_face.show("meanwhile");
+    EXPECT_TRUE(client->readUntil("meanwhile"));
+    EXPECT_EQ(other.read(), "");
+    m_face.decodingTakesLong(false);
+    EXPECT_TRUE(other.readUntil("PNG and so on"));
+}
+
+TEST_F(PageServer, StopsWhileAPictureIsDecoded)
+{
+    m_face.decodingTakesLong(true);
+    Client first(m_server->port());
+    Client second(m_server->port());
+    for (auto* client : {&first, &second})
+        client->send("GET /picture/a1b2 HTTP/1.1\r\nHost: " + host() + "\r\n\r\n");
+    ASSERT_TRUE(m_face.isDecoding());
+    std::thread stopping([this] { m_server.reset(); });
+    m_face.decodingTakesLong(false);
+    stopping.join();
+    EXPECT_TRUE(first.ends());
+    EXPECT_TRUE(second.ends());
 }
 
 TEST_F(PageServer, RefusesAForeignHost)

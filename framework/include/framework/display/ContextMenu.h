@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include <string>
+
 #include <framework/display/CommandRow.h>
 #include <framework/display/Displayable.h>
 
@@ -17,7 +19,10 @@ public:
 
     // Appends a choice; a command may be in several menus. Not owned.
     void addCommand(MenuCommand* command);
+    // Takes the head away too: the title and the picture are about what the choices are for.
     void clearCommands();
+    // A picture beside the title: the path of an image file, or "" for none.
+    void setImage(std::string path);
     // Takes it off the display and shows what is below. Nothing when it is not shown.
     void dismiss();
 
@@ -29,6 +34,7 @@ public:
 
 private:
     CommandRow m_commands;
+    std::string m_image;
 };
 
 } // namespace DisplayAPI

@@ -71,6 +71,7 @@ struct FrameScreen {
     int type = 0;         // of a notification or progress popup, as the phonelet set it
     int state = 0;        // of a question, as the phonelet set it
     std::string title;
+    std::string image; // of a menu: path of the picture at its head, or ""
     std::string text;
     std::vector<FrameRow> rows;     // of a list, a menu, or a popup's commands: the visible ones
     int rowCount = 0;               // how many rows or fields there are in all
