@@ -59,7 +59,7 @@ class TextView extends FieldView {
     const { position, kind } = field;
     this.input = element("input", {
       type: "text", id: `field-${position}`, dir: "auto", inputmode: kind === "number" ? "tel" : "text", enterkeyhint: "done",
-      "aria-labelledby": `label-${position}`, "aria-describedby": `count-${position}`,
+      "aria-labelledby": `label-${position}`,
       autocomplete: "off", autocapitalize: "off", autocorrect: "off", spellcheck: "false",
     });
     this.cursor = element("i", { class: "cursor" });
@@ -79,7 +79,7 @@ class TextView extends FieldView {
     const characters = [...field.value];
     const before = characters.slice(0, Math.max(field.cursor, 0)).join("");
     this.showCount(field, characters.length);
-    set(this.input, { readonly: field.readOnly, "aria-invalid": field.maxLength >= 0 && characters.length > field.maxLength ? "true" : null });
+    set(this.input, { readonly: field.readOnly, "data-limit": field.maxLength, "aria-invalid": field.maxLength >= 0 && characters.length > field.maxLength ? "true" : null });
     this.showFocus(field);
     this.page.typing.show(this.input, { value: field.value, caret: field.cursor < 0 ? -1 : before.length });
     if (field.focused && field.cursor >= 0)
@@ -96,6 +96,7 @@ class TextView extends FieldView {
     if (isFull && this.count.textContent !== "" && this.count.textContent !== shown)
       this.page.announce(this.page.text("phone.fieldFull"));
     setText(this.count, shown);
+    set(this.input, { "aria-describedby": counts ? this.count.id : null });
     set(this.count, { "data-full": isFull });
   }
 

@@ -3,11 +3,8 @@
 import assert from "node:assert/strict";
 import { request } from "node:http";
 import { after, afterEach, before, beforeEach, describe, test } from "node:test";
-import { readFileSync } from "node:fs";
-import { createRequire } from "node:module";
-import { Telephone, openBrowser, openPage } from "./telephone.mjs";
+import { Telephone, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
 
-const AXE = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 const PEOPLE = [
   { surname: "Adams", firstname: "Alice", work: "+49 30 23125 001" },
   { surname: "Baker", firstname: "Bob", cell: "+49 30 23125 002" },
@@ -33,18 +30,8 @@ async function openPhonebook() {
   await page.getByRole("listbox").waitFor();
 }
 
-/**
- * Waits for what an assertion would race with. Always by a locator: a condition that the page itself
- * evaluates again and again is refused by the page's policy.
- */
-async function expectText(locator, text) {
-  await locator.filter({ hasText: text }).waitFor();
-}
-
 async function expectNoViolations(what) {
-  await page.evaluate(AXE);
-  const { violations } = await page.evaluate(() => globalThis.axe.run(document, { resultTypes: ["violations"] }));
-  assert.deepEqual(violations.map(({ id, nodes }) => `${id}: ${nodes.map((node) => node.html).join(" ")}`), [], what);
+  assert.deepEqual(await violations(page), [], what);
 }
 
 describe("the page", () => {

@@ -1,13 +1,15 @@
 // A telephone of its own for a test, and its page in a real browser.
 
 import { spawn, spawnSync } from "node:child_process";
-import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { chromium } from "playwright-core";
 
 const BIN = process.env.BIN_DIR ?? new URL("../../build/dev/bin", import.meta.url).pathname;
 const PROGRAM = join(BIN, "deskphone");
+const AXE = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 const ADDRESS = /http:\/\/127\.0\.0\.1:\d+\/#[0-9a-f]{32}/;
 
 /** @param {{surname: string, firstname?: string, work?: string, cell?: string}[]} contacts */
@@ -90,4 +92,19 @@ export async function openPage(browser, telephone, options = {}) {
   await page.goto(telephone.address);
   await page.locator("body[data-state=connected]").waitFor();
   return page;
+}
+
+/**
+ * Waits for what an assertion would race with. Always by a locator: a condition that the page itself
+ * evaluates again and again is refused by the page's policy.
+ */
+export async function expectText(locator, text) {
+  await locator.filter({ hasText: text }).waitFor();
+}
+
+/** What keeps some people from using what the page shows now. */
+export async function violations(page) {
+  await page.evaluate(AXE);
+  const { violations: found } = await page.evaluate(() => globalThis.axe.run(document, { resultTypes: ["violations"] }));
+  return found.map(({ id, nodes }) => `${id}: ${nodes.map((node) => node.html).join(" ")}`);
 }
