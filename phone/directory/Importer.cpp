@@ -6,10 +6,9 @@
 #include <iterator>
 
 #include "ContactText.h"
+#include "pictures/Thumbnail.h"
 
 namespace {
-
-constexpr std::size_t nGREATEST_PICTURE = 1024 * 1024;
 
 const Error nCANCELLED{ErrorCode::Failed, "Cancelled. Nothing was imported."};
 
@@ -230,13 +229,13 @@ std::string Importer::pictureName(const CardRecord& record, PlannedCard& card) c
 {
     if (record.photo.empty())
         return "";
-    const auto mime = pictureMime(record.photo);
-    if (mime.empty() || record.photo.size() > nGREATEST_PICTURE) {
-        card.notShown.push_back(mime.empty() ? "the picture is neither PNG nor JPEG"
-                                             : "the picture is larger than 1 MB");
+    // Only what can be shown is kept; the card keeps the rest for an export.
+    if (const auto seen = thumbnailOf(record.photo); !seen) {
+        card.problems.push_back("the picture is left out. " + seen.error().sentence);
         return "";
     }
-    return hexadecimal(ContactStore::cardHash(record.photo)) + (mime == "image/png" ? ".png" : ".jpg");
+    const bool png = pictureMime(record.photo) == "image/png";
+    return hexadecimal(ContactStore::cardHash(record.photo)) + (png ? ".png" : ".jpg");
 }
 
 Result<void> Importer::compare()

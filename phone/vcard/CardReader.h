@@ -17,7 +17,7 @@ namespace vcard {
 // What a card may weigh, in bytes. What exceeds a limit is left out and reported.
 struct Limits {
     std::size_t textBytes = 256 * 1024;                  // one property that is no picture
-    std::size_t photoBytes = 5 * 1024 * 1024;            // one picture, decoded
+    std::size_t photoBytes = 8 * 1024 * 1024;            // one picture, decoded
     std::size_t cardBytes = 16 * 1024 * 1024;            // all lines of a card together
     std::uint64_t fileBytes = 4ull * 1024 * 1024 * 1024; // what is read at all
 

@@ -231,6 +231,20 @@ TEST_F(Import, KeepsPicturesOnce)
     EXPECT_EQ(std::distance(begin(pictures), end(pictures)), 1);
 }
 
+TEST_F(Import, KeepsAContactWhosePictureCannotBeShown)
+{
+    const auto photo = [](const std::string& base64) { return "PHOTO;ENCODING=b:" + base64 + "\r\n"; };
+    const auto cut = nPIXEL.substr(0, nPIXEL.size() / 2 / 4 * 4);
+    import(card("N:Animated;;;;\r\nTEL:1\r\n" + photo("R0lGODlhAQABAAAAACw=")) +
+           card("N:Cut;;;;\r\nTEL:2\r\n" + photo(cut)));
+
+    EXPECT_EQ(names(), "Animated Cut");
+    for (const auto& contact : contacts())
+        EXPECT_EQ(contact.picture, "");
+    EXPECT_TRUE(says("the picture is left out. It is neither PNG nor JPEG.")) << out.str();
+    EXPECT_TRUE(says("the picture is left out. It is damaged.")) << out.str();
+}
+
 TEST_F(Import, CutsWhatIsTooLongAndExportsItWhole)
 {
     const std::string name(40, 'x');
