@@ -6,6 +6,7 @@
 #include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
 #include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
 #include <unicode/utext.h>
 #include <unicode/utf8.h>
 
@@ -53,6 +54,13 @@ UChar32 next(std::string_view text, int32_t& position)
 {
     UChar32 character = 0;
     U8_NEXT(text.data(), position, static_cast<int32_t>(text.size()), character);
+    return character;
+}
+
+UChar32 previous(std::string_view text, int32_t& position)
+{
+    UChar32 character = 0;
+    U8_PREV(text.data(), 0, position, character);
     return character;
 }
 
@@ -135,10 +143,14 @@ bool isCleanText(std::string_view text)
 
 std::string_view trimmedText(std::string_view text)
 {
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+    const auto length = static_cast<int32_t>(text.size());
+    int32_t begin = 0;
+    for (int32_t position = 0; position < length && u_isUWhiteSpace(next(text, position));)
+        begin = position;
+    int32_t end = length;
+    for (int32_t position = length; position > begin && u_isUWhiteSpace(previous(text, position));)
+        end = position;
+    return text.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
 }
 
 std::string_view cutText(std::string_view text, std::size_t characters)

@@ -18,7 +18,7 @@ std::string cleanText(std::string_view text);
 // [any-thread]
 bool isCleanText(std::string_view text);
 
-// Without blanks at either end.
+// Without blanks at either end, those of any script.
 // [any-thread]
 std::string_view trimmedText(std::string_view text);
 

@@ -1,7 +1,10 @@
 #include "directory/ContactStore.h"
 
 #include <cerrno>
+#include <functional>
+#include <map>
 #include <set>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -56,6 +59,21 @@ protected:
     }
 
     std::optional<Contact> read(const std::string& id) { return store->read(id).value(); }
+
+    std::string everything()
+    {
+        std::string text = testing::PrintToString(store->groupNames(2).value());
+        (void)store->forEach([&](const Contact& contact, const KeptCard&) {
+            text += contact.id + contact.surname + std::to_string(contact.group) + "\n";
+            return true;
+        });
+        return text + std::to_string(store->readOption("DisplayOptions").value());
+    }
+
+    template <typename T> static Result<void> toVoid(const Result<T>& result)
+    {
+        return result ? Result<void>() : Result<void>(result.error());
+    }
 };
 
 TEST_F(Store, StartsEmptyInAFileForItsOwnerOnly)
@@ -153,6 +171,169 @@ TEST_F(Store, ShowsCleanTextEvenWhenAnotherProgramWroteAnythingElse)
     EXPECT_EQ(read(id)->defaultNumber, DefaultNumber::None);
 }
 
+TEST_F(Store, HoldsTextsToTheirLimitsWhateverAnotherProgramWrote)
+{
+    const auto id = add("Miller");
+    Database other(file, Database::Mode::ReadWrite);
+    other.execute("UPDATE contacts SET surname = printf('%.*c', 10000000, 'n'), firstname = 'J\u00f6rg', "
+                  "company = printf('%.*c', 41, 'c'), picture = printf('%.*c', 92, 'p')");
+    EXPECT_EQ(store->listText(std::nullopt).value(), id + "\t" + std::string(30, 'n') + "\tJ\u00f6rg\t0");
+    const auto contact = *read(id);
+    EXPECT_EQ(contact.surname, std::string(30, 'n'));
+    EXPECT_EQ(contact.company, std::string(40, 'c'));
+    EXPECT_EQ(contact.picture, std::string(91, 'p'));
+    EXPECT_EQ(store->write(contact).value(), id);
+    EXPECT_EQ(other.queryNumber("SELECT length(surname) FROM contacts"), 30);
+}
+
+TEST_F(Store, TakesValuesOfOtherTypesForWhatTheyCanMean)
+{
+    const auto id = add("Miller");
+    Database other(file, Database::Mode::ReadWrite);
+    other.execute("UPDATE contacts SET surname = 4711, firstname = x'c3bc', office = 3.5, slot = 'three', "
+                  "default_number = 'four', name_key = 'no key'");
+    other.execute("INSERT INTO options VALUES('DisplayOptions', 'x')");
+    EXPECT_EQ(store->listText(std::nullopt).value(), id + "\t4711\t\u00fc\t0");
+    const auto contact = *read(id);
+    EXPECT_EQ(contact.office, "3.5");
+    EXPECT_EQ(contact.group, 0);
+    EXPECT_EQ(contact.defaultNumber, DefaultNumber::None);
+    EXPECT_EQ(store->readOption("DisplayOptions").value(), 0);
+}
+
+TEST_F(Store, GivesContactsNewIdsThatCameWithImpossibleOnes)
+{
+    const auto good = add("Good");
+    {
+        Database other(file, Database::Mode::ReadWrite);
+        other.execute(
+            "INSERT INTO contacts SELECT '', 'Empty', '', '', '', '', '', '', '', '', '', '', '', '', "
+            "NULL, 0, x'00'");
+        other.execute(
+            "INSERT INTO contacts SELECT x'41', 'Blob', '', '', '', '', '', '', '', '', '', '', '', "
+            "'', NULL, 0, x'00'");
+        other.execute(
+            "INSERT INTO contacts SELECT 'a' || char(9) || '<b', 'Tab', '', '', '', '', '', '', '', "
+            "'', '', '', '', '', NULL, 0, x'00'");
+        other.execute("INSERT INTO cards SELECT 'a' || char(9) || '<b', 'uid', 1, 'card', ''");
+    }
+    EXPECT_TRUE(store->changedByOthers());
+    std::istringstream lines(store->listText(std::nullopt).value());
+    std::set<std::string> names;
+    for (std::string line; std::getline(lines, line);) {
+        const auto contact = read(line.substr(0, line.find('\t')));
+        ASSERT_TRUE(contact) << line;
+        names.insert(contact->surname);
+    }
+    EXPECT_EQ(names, (std::set<std::string>{"Blob", "Empty", "Good", "Tab"}));
+    EXPECT_NE(read(good), std::nullopt);
+    EXPECT_FALSE(store->changedByOthers());
+    bool cardKept = false;
+    (void)store->forEach([&](const Contact& contact, const KeptCard& card) {
+        cardKept = cardKept || (contact.surname == "Tab" && card.card == "card");
+        return true;
+    });
+    EXPECT_TRUE(cardKept);
+}
+
+TEST_F(Store, TakesGroupNumbersThatNameNoGroupForNone)
+{
+    nameGroups({"Work"});
+    const auto id = add("Miller");
+    Database other(file, Database::Mode::ReadWrite);
+    for (const auto* slot : {"77", "-1", "1001", "3000000000", "'x'", "NULL"}) {
+        SCOPED_TRACE(slot);
+        other.execute("INSERT OR IGNORE INTO groups VALUES(1001, 'far'), (3000000000, 'further')");
+        other.execute(std::string("UPDATE contacts SET slot = ") + slot);
+        EXPECT_EQ(read(id)->group, 0);
+        EXPECT_EQ(surnames(0), "Miller");
+        EXPECT_EQ(surnames(1), "");
+        EXPECT_EQ(store->groupNames(2).value(), (std::vector<std::string>{"Work", ""}));
+    }
+    ASSERT_TRUE(store->eraseAll(0).ok());
+    EXPECT_EQ(surnames(), "");
+}
+
+TEST_F(Store, NamesAGroupWhoseNameCannotBeRead)
+{
+    Database(file, Database::Mode::ReadWrite).execute("INSERT INTO groups VALUES(1, char(7)), (2, x'')");
+    EXPECT_EQ(store->groupNames(3).value(), (std::vector<std::string>{"\ufffd", "\ufffd", ""}));
+}
+
+TEST_F(Store, CutsTheNamesOfGroups)
+{
+    nameGroups({std::string(40, 'g')});
+    EXPECT_EQ(store->groupNames(1).value().front(), std::string(30, 'g'));
+}
+
+// Another program deletes a group without the database's help: its members are not those of the next.
+TEST_F(Store, GivesANewGroupNoMembersThatAnotherProgramLeftBehind)
+{
+    nameGroups({"Work"});
+    auto contact = person("Miller", "");
+    contact.group = 1;
+    ASSERT_TRUE(store->write(contact).ok());
+    Database(file, Database::Mode::ReadWrite).execute("PRAGMA foreign_keys = OFF; DELETE FROM groups");
+    nameGroups({"Club"});
+    EXPECT_EQ(surnames(1), "");
+    EXPECT_EQ(surnames(0), "Miller");
+}
+
+TEST_F(Store, WritesOnlyTheGroupsThatWereChanged)
+{
+    nameGroups({"Work", "", ""});
+    ContactStore other(file, "");
+    ASSERT_TRUE(other.writeGroupNames({"Work", "Club", ""}).ok());
+    ASSERT_TRUE(store->writeGroupNames({"Office", "", "Choir"}, {"Work", "", ""}).ok());
+    EXPECT_EQ(store->groupNames(3).value(), (std::vector<std::string>{"Office", "Club", "Choir"}));
+}
+
+TEST_F(Store, RefusesToGiveAGroupAnotherNameThanSomebodyElseJustDid)
+{
+    nameGroups({"Work", ""});
+    ContactStore other(file, "");
+    ASSERT_TRUE(other.writeGroupNames({"Work", "Club"}).ok());
+    const auto outcome = store->writeGroupNames({"Office", "Choir"}, {"Work", ""});
+    ASSERT_FALSE(outcome.ok());
+    EXPECT_EQ(outcome.error().code, ErrorCode::Unavailable);
+    EXPECT_EQ(store->groupNames(2).value(), (std::vector<std::string>{"Work", "Club"}));
+    EXPECT_TRUE(store->writeGroupNames({"Work", "Club"}, {"Work", ""}).ok());
+}
+
+TEST_F(Store, KeepsWhatWasSavedLastWhenTwoProgramsSaveOneContact)
+{
+    const auto id = add("Miller", "Ann");
+    ContactStore other(file, "");
+    auto mine = *read(id);
+    auto theirs = *read(id);
+    mine.firstname = "Anna";
+    theirs.firstname = "Anne";
+    ASSERT_TRUE(other.write(theirs).ok());
+    ASSERT_TRUE(store->write(mine).ok());
+    EXPECT_EQ(other.listText(std::nullopt).value(), id + "\tMiller\tAnna\t0");
+    EXPECT_TRUE(other.changedByOthers());
+    EXPECT_TRUE(store->changedByOthers());
+}
+
+TEST_F(Store, SaysThatAnotherProgramWritesAndSavesLater)
+{
+    const auto id = add("Miller");
+    ContactStore other(file, "");
+    sqlite3_busy_timeout(store->database()->handle(), 0);
+    {
+        const Transaction theirs(*other.database());
+        const auto saved = store->write(person("Baker", ""));
+        ASSERT_FALSE(saved.ok());
+        EXPECT_EQ(saved.error().code, ErrorCode::Unavailable);
+        EXPECT_EQ(store->erase(id).error().code, ErrorCode::Unavailable);
+        EXPECT_EQ(store->writeOption("DisplayOptions", 1).error().code, ErrorCode::Unavailable);
+        EXPECT_EQ(store->reassignGroup(1, 0).error().code, ErrorCode::Unavailable);
+        EXPECT_EQ(surnames(), "Miller");
+    }
+    add("Baker");
+    EXPECT_EQ(surnames(), "Baker Miller");
+}
+
 TEST_F(Store, DeletesTheContactsOfOneGroupOrOfNone)
 {
     nameGroups({"Work"});
@@ -230,6 +411,44 @@ TEST_F(Store, RefusesToGrowOnAFullDiskAndLosesNothing)
     restart();
     EXPECT_EQ(surnames(), "Baker Miller");
     EXPECT_NE(read(id), std::nullopt);
+}
+
+// Whatever changes the book finds the disk full at each of its writes in turn: nothing is changed, the
+// answer says why, and once there is space the same succeeds.
+TEST_F(Store, ChangesNothingOnAFullDiskWhateverIsChanged)
+{
+    nameGroups({"Work", "Club"});
+    auto member = person("Member", "");
+    member.group = 1;
+    const auto id = store->write(member).value();
+    const auto changes = std::map<std::string, std::function<Result<void>()>>{
+        {"add", [&] { return toVoid(store->write(person("New", ""))); }},
+        {"change", [&] { return toVoid(store->write(*read(id))); }},
+        {"erase", [&] { return store->erase(id); }},
+        {"erase all", [&] { return store->eraseAll(std::nullopt); }},
+        {"option", [&] { return store->writeOption("DisplayOptions", 2); }},
+        {"groups",
+         [&] {
+             return store->writeGroupNames({"", "Choir"});
+         }},
+        {"reassign", [&] { return store->reassignGroup(1, 2); }},
+    };
+    for (const auto& [what, change] : changes) {
+        for (int nth = 1;; ++nth) {
+            SCOPED_TRACE(what + " " + std::to_string(nth));
+            const auto before = everything();
+            const FailingDisk disk(FailingDisk::What::Write, nth, ENOSPC, FailingDisk::How::Once);
+            const auto outcome = change();
+            if (!disk.hasFailed()) {
+                EXPECT_TRUE(outcome.ok());
+                break;
+            }
+            ASSERT_FALSE(outcome.ok());
+            EXPECT_EQ(outcome.error().code, ErrorCode::Full);
+            EXPECT_EQ(everything(), before);
+            ASSERT_LT(nth, 50);
+        }
+    }
 }
 
 // Each write of a save fails in turn, for good: the contact is then there as a whole, or not at all,
