@@ -171,6 +171,35 @@ TEST_F(BadFile, ThatFindsNoSpaceAtFirstIsNotCalledDamaged)
     EXPECT_EQ(store.write(Contact()).error().code, ErrorCode::Full);
 }
 
+TEST_F(BadFile, ThatAnotherProgramHasToItselfIsNotCalledDamagedAndIsReadLater)
+{
+    fill();
+    const ImpatientSqlite impatient;
+    std::optional<Database> other;
+    other.emplace(file, Database::Mode::ReadWrite);
+    other->execute("PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE");
+    ContactStore store(file, "en");
+    EXPECT_EQ(store.problem(), ContactStore::Problem::Busy);
+    EXPECT_EQ(store.write(Contact()).error().code, ErrorCode::Unavailable);
+    other.reset();
+    EXPECT_TRUE(store.write(Contact()).ok());
+    EXPECT_EQ(store.problem(), ContactStore::Problem::None);
+    EXPECT_TRUE(store.takeReplaced());
+    EXPECT_NE(store.listText(std::nullopt).value().find("Name1"), std::string::npos);
+}
+
+// A telephone starts in another language while a long import writes: only the order has to wait.
+TEST_F(BadFile, ThatAnotherProgramWritesCanBeReadInAnotherLanguage)
+{
+    fill();
+    const ImpatientSqlite impatient;
+    ContactStore other(file, "en");
+    const Transaction theirs(*other.database());
+    ContactStore store(file, "sv");
+    EXPECT_EQ(store.problem(), ContactStore::Problem::None);
+    EXPECT_NE(store.listText(std::nullopt).value().find("Name1"), std::string::npos);
+}
+
 TEST_F(BadFile, InAFolderThatCannotBeMadeIsSaid)
 {
     writeFile(folder / "not-a-folder", "x");

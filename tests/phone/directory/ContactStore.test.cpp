@@ -319,7 +319,7 @@ TEST_F(Store, SaysThatAnotherProgramWritesAndSavesLater)
 {
     const auto id = add("Miller");
     ContactStore other(file, "");
-    sqlite3_busy_timeout(store->database()->handle(), 0);
+    const ImpatientSqlite impatient;
     {
         const Transaction theirs(*other.database());
         const auto saved = store->write(person("Baker", ""));

@@ -1,6 +1,7 @@
 #include "directory/DirectoryService.h"
 
 #include <cerrno>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include "FailingDirectory.h"
 #include "StoreTesting.h"
 #include "app/EventThread.h"
+#include "directory/BackupCommand.h"
 
 namespace {
 
@@ -232,6 +234,52 @@ TEST_F(Directory, KeepsGroupsInTheirSlots)
     EXPECT_FALSE(directory->storeGroupList(nullptr));
 }
 
+TEST_F(Directory, StoresNoGroupsOverThoseThatSomebodyElseMadeMeanwhile)
+{
+    const std::unique_ptr<PhonebookGroupList> groups(directory->getGroupList());
+    ContactStore other(DirectoryService::fileIn(folder.path()), "");
+    ASSERT_TRUE(other.writeGroupNames({"Club"}).ok());
+    groups->updateGroup(PhonebookGroup(1, "Choir"));
+    EXPECT_FALSE(directory->storeGroupList(groups.get()));
+
+    const std::unique_ptr<PhonebookGroupList> now(directory->getGroupList());
+    now->updateGroup(PhonebookGroup(2, "Choir"));
+    EXPECT_TRUE(directory->storeGroupList(now.get()));
+    now->updateGroup(PhonebookGroup(2, " Cho\tir"));
+    EXPECT_TRUE(directory->storeGroupList(now.get()));
+    now->updateGroup(PhonebookGroup(2, "Band"));
+    EXPECT_TRUE(directory->storeGroupList(now.get()));
+    EXPECT_EQ(other.groupNames(2).value(), (std::vector<std::string>{"Club", "Band"}));
+}
+
+TEST_F(Directory, WritesEveryWayToSayNoGroupInOneWay)
+{
+    for (const auto* tag : {"", "0", "00", "9", "-1", "x", "4294967297"}) {
+        SCOPED_TRACE(tag);
+        const auto id =
+            element(write("<Surname>X</Surname><Group>" + std::string(tag) + "</Group>"), "UniqueID");
+        EXPECT_EQ(element(read(id), "Group"), "0");
+    }
+    EXPECT_EQ(directory->getList("0"), directory->getList());
+    EXPECT_EQ(directory->getList("00"), directory->getList());
+}
+
+TEST_F(Directory, CutsWhatARequestMakesTooLongBetweenCharacters)
+{
+    std::string name;
+    for (int i = 0; i < 30; ++i)
+        name += "e\u0323\u0302"; // composed to one character
+    const auto id = element(write("<Surname>" + name + "x</Surname><Office>" + std::string(51, '1') +
+                                  "</Office><Firstname>   </Firstname>"),
+                            "UniqueID");
+    std::string composed;
+    for (int i = 0; i < 30; ++i)
+        composed += "\u1ec7";
+    EXPECT_EQ(element(read(id), "Surname"), composed);
+    EXPECT_EQ(element(read(id), "Office"), std::string(50, '1'));
+    EXPECT_EQ(element(read(id), "Firstname"), "   ");
+}
+
 TEST_F(Directory, MovesTheMembersOfADeletedGroup)
 {
     PhonebookGroupList groups;
@@ -305,6 +353,58 @@ TEST_F(Directory, SeesAForeignChangeAlsoAfterItsOwnWrite)
     add("Own");
     look();
     EXPECT_EQ(observer.heard, "updated ");
+}
+
+// Two telephones whose profiles share one contacts' file.
+TEST_F(Directory, TellsEachTelephoneOfWhatTheOtherOneSaves)
+{
+    DirectoryOptions options;
+    options.watchInterval = std::chrono::milliseconds(0);
+    const auto other = std::move(DirectoryService::open(folder.path(), options, events)).value();
+    Observer mine;
+    Observer theirs;
+    directory->addObserver(&mine);
+    other->addObserver(&theirs);
+    const auto lookBoth = [&] {
+        directory->lookForChanges();
+        other->lookForChanges();
+        events.runPending();
+    };
+
+    const auto id = add("Mine");
+    lookBoth();
+    EXPECT_EQ(mine.heard + "|" + theirs.heard, "|updated ");
+    other->request(
+        message("write_request", "<Entry><Surname>Ours</Surname><UniqueID>" + id + "</UniqueID></Entry>"));
+    lookBoth();
+    EXPECT_EQ(mine.heard + "|" + theirs.heard, "updated |updated ");
+    EXPECT_EQ(directory->getList(), other->getList());
+    lookBoth();
+    EXPECT_EQ(mine.heard + "|" + theirs.heard, "updated |updated ");
+}
+
+TEST_F(Directory, TellsOfARestartWhenABackupWasRestored)
+{
+    add("Old");
+    const TemporaryFolder elsewhere;
+    const BackupOptions options{elsewhere / "a.backup", folder.path(), folder / "pictures"};
+    std::ostringstream said;
+    ASSERT_EQ(runBackup(options, said, said), 0) << said.str();
+    add("New");
+    std::filesystem::create_directory(folder / "pictures");
+    Observer observer;
+    directory->addObserver(&observer);
+    ASSERT_EQ(runRestore(options, said, said), 0) << said.str();
+    look();
+    EXPECT_EQ(observer.heard, "updated restart ");
+    EXPECT_NE(directory->getList().find("\tOld\t"), std::string::npos);
+    EXPECT_EQ(directory->getList().find("\tNew\t"), std::string::npos);
+    add("Further");
+    look();
+    EXPECT_EQ(observer.heard, "updated restart ");
+    importElsewhere("Foreign");
+    look();
+    EXPECT_EQ(observer.heard, "updated restart updated ");
 }
 
 TEST_F(Directory, DropsANoticeForAnObserverThatLeft)

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <ctime>
 
 #include <sys/syscall.h>
 
@@ -12,6 +13,7 @@ std::atomic<int> syncsLeft{-1};
 std::atomic<int> failWith{0};
 std::atomic<bool> onlyOnce{false};
 std::atomic<bool> failed{false};
+thread_local bool impatient = false;
 
 bool fails(std::atomic<int>& left)
 {
@@ -42,10 +44,28 @@ void overrideWrites(sqlite3_syscall_ptr function)
 
 } // namespace
 
-// SQLite offers no way to replace this one; the program's own comes before the C library's.
+// SQLite offers no way to replace these two; the program's own come before the C library's.
 extern "C" int fdatasync(int fd)
 {
     return fails(syncsLeft) ? -1 : static_cast<int>(::syscall(SYS_fdatasync, fd));
+}
+
+extern "C" int usleep(useconds_t microseconds)
+{
+    if (impatient)
+        return 0;
+    const timespec time{microseconds / 1'000'000, static_cast<long>(microseconds % 1'000'000) * 1000};
+    return ::nanosleep(&time, nullptr);
+}
+
+ImpatientSqlite::ImpatientSqlite()
+{
+    impatient = true;
+}
+
+ImpatientSqlite::~ImpatientSqlite()
+{
+    impatient = false;
 }
 
 FailingDisk::FailingDisk(What what, int nth, int error, How how)

@@ -39,6 +39,16 @@ public:
     bool hasFailed() const;
 };
 
+// While it lives, SQLite does not wait on this thread for programs that hold a lock: the time that it
+// would give them is over at once.
+class ImpatientSqlite {
+public:
+    ImpatientSqlite();
+    ~ImpatientSqlite();
+    ImpatientSqlite(const ImpatientSqlite&) = delete;
+    ImpatientSqlite& operator=(const ImpatientSqlite&) = delete;
+};
+
 // Takes away root's right to ignore permissions, for files.
 class AsOrdinaryUser {
 public:
