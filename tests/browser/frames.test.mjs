@@ -1,0 +1,158 @@
+// Screens that a telephone seldom shows, made here frame by frame and put into the page's connection.
+
+import assert from "node:assert/strict";
+import { after, afterEach, before, beforeEach, describe, test } from "node:test";
+import { Telephone, expectText, openBrowser, violations } from "./telephone.mjs";
+
+let browser;
+let telephone;
+let page;
+let connection;
+
+const popup = (role) => page.locator(`#popup [role=${role}]`);
+
+const screen = (role, rest = {}) => ({
+  role, id: 1, type: 0, state: 0, title: "", text: "", image: "", imageLost: false, rows: [], rowCount: rest.rows?.length ?? 0,
+  searchOpen: false, search: "", pending: "", highlighted: true, waiting: false, ...rest,
+});
+const row = (text, position, rest = {}) => ({ position, icon: 0, text, image: "", imageLost: false, selected: position === 0, ...rest });
+const field = (kind, position, rest = {}) => ({
+  kind, position, icon: 0, label: `Field ${position}`, value: "", image: "", imageLost: false, choice: -1, choices: 0,
+  cursor: -1, maxLength: -1, focused: false, readOnly: false, ...rest,
+});
+const form = (...fields) => screen("form", { title: "Contact", fields, rowCount: fields.length });
+const people = screen("list", { rows: [row("Adams, Alice", 0), row("Baker, Bob", 1)] });
+
+const FRAMES = {
+  "three tabs, one of a PBX": { tabs: ["Contacts", "Directory", "PBX"], currentTab: 2, base: screen("none", { text: "…" }) },
+  "the tab bar with the focus": { tabs: ["Contacts", "Directory"], currentTab: 1, tabBarFocused: true, base: { ...people, highlighted: false } },
+  "an empty list that is being filled": { tabs: ["Contacts"], currentTab: 0, base: screen("list", { waiting: true }) },
+  "lines of a PBX": { tabs: ["Contacts", "PBX"], currentTab: 1, base: screen("none"), systemWindow: ["Line 1   free", "", "Line 3   busy"] },
+  "work in progress over a form": { base: form(field("text", 0, { focused: true, cursor: 0 })), popup: screen("progress", { id: 2, text: "Loading pictures…" }) },
+  "a question with its answers as rows": { base: people, popup: screen("question", { id: 2, text: "Delete the group Sales? Its contacts stay.", rows: [row("Delete", 0), row("Cancel", 1)] }) },
+  "a menu that shows whom it is about": { base: people, popup: screen("menu", { id: 2, title: "Adams, Alice", image: "icon.svg", rows: [row("Dial", 0), row("Details", 1)] }) },
+  "a menu whose picture is lost": { base: people, popup: screen("menu", { id: 2, title: "Adams, Alice", imageLost: true, rows: [row("Dial", 0), row("Details", 1)] }) },
+  "rows with pictures": { base: screen("list", { rows: [row("Adams, Alice", 0, { image: "icon.svg" }), row("Baker, Bob", 1, { imageLost: true })] }) },
+  "a chosen picture": { base: form(field("selection", 0, { value: "anna.png", image: "icon.svg", choice: 1, choices: 2, focused: true })) },
+  "a value that is too long and one that cannot be changed": {
+    base: form(field("text", 0, { value: "Lindqvist", maxLength: 5, focused: true, cursor: 9 }), field("number", 1, { value: "4711", readOnly: true })),
+  },
+  "a dialler": {
+    base: people, signs: { offHook: true, dialPad: true },
+    popup: screen("dialler", { id: 2, dialler: { prefix: "0", line1: "Adams, Alice", line2: "+4930", edit: "", editMode: false, scrolls: true } }),
+  },
+};
+
+let number = 1e6;
+/** Shows a frame and waits until the page has it. */
+async function show(frame) {
+  number += 1;
+  connection.send(JSON.stringify({
+    frame: { number, tabs: [], currentTab: -1, tabBarFocused: false, popup: null, softKeys: [`Frame ${number}`], systemWindow: [], signs: { offHook: false, dialPad: false }, ...frame },
+  }));
+  await expectText(page.locator("#soft button"), `Frame ${number}`);
+}
+
+before(async () => {
+  browser = await openBrowser();
+  telephone = await new Telephone().start();
+});
+after(async () => {
+  await browser.close();
+  await telephone.end();
+});
+
+beforeEach(async () => {
+  const context = await browser.newContext({ viewport: { width: 520, height: 1000 } });
+  page = await context.newPage();
+  await page.routeWebSocket(/\/face$/, (socket) => {
+    connection = socket;
+    socket.connectToServer();
+  });
+  await page.goto(telephone.address);
+  await page.locator(".idle").waitFor();
+});
+afterEach(() => page.context().close());
+
+describe("the page", () => {
+  for (const [what, frame] of Object.entries(FRAMES))
+    test(`can be used by everybody: ${what}`, async () => {
+      for (const [media, size] of [[{ colorScheme: "light" }, 100], [{ colorScheme: "dark" }, 100], [{ colorScheme: "light" }, 200]]) {
+        await page.emulateMedia(media);
+        await page.evaluate((percent) => { document.documentElement.style.fontSize = `${percent}%`; }, size);
+        await show(frame);
+        assert.deepEqual(await violations(page), []);
+        assert.equal(await page.evaluate(() => document.activeElement?.closest("#display") !== null), true);
+      }
+    });
+
+  test("shows a picture, and a placeholder for one that is lost or cannot be shown", async () => {
+    await show(FRAMES["a menu that shows whom it is about"]);
+    const picture = page.locator("#popup img.picture");
+    await picture.waitFor();
+    assert.equal(await picture.getAttribute("alt"), "Picture");
+    const { width, height } = await picture.boundingBox();
+    assert.equal(width, height);
+    await show(FRAMES["a menu whose picture is lost"]);
+    await page.locator("#popup .picture.missing").waitFor();
+    assert.equal(await picture.count(), 0);
+    const placeholder = await page.locator("#popup .picture.missing").boundingBox();
+    assert.deepEqual([placeholder.width, placeholder.height], [width, height]);
+    await show({ base: form(field("selection", 0, { value: "gone.png", image: "gone.png", choice: 0, choices: 1, focused: true })) });
+    await page.locator("#base .picture.missing").waitFor();
+    assert.equal(await page.locator("#base img").count(), 0);
+  });
+
+  test("calls a field invalid that holds more than it may", async () => {
+    await show(FRAMES["a value that is too long and one that cannot be changed"]);
+    assert.equal(await page.getByRole("textbox", { name: "Field 0" }).getAttribute("aria-invalid"), "true");
+    assert.equal(await page.getByRole("textbox", { name: "Field 1" }).getAttribute("aria-invalid"), null);
+    assert.equal(await page.getByRole("textbox", { name: "Field 1" }).getAttribute("readonly"), "true");
+    await expectText(page.locator(".count[data-full=true]"), "9/5");
+  });
+
+  test("leaves a field alone in which letters are being composed, and then shows the telephone's truth", async () => {
+    const devtools = await page.context().newCDPSession(page);
+    const shown = (value) => ({ base: form(field("text", 0, { value, cursor: value.length, focused: true })) });
+    await show(shown("Re"));
+    const input = page.getByRole("textbox", { name: "Field 0" });
+    await input.and(page.locator(":focus")).waitFor();
+    await devtools.send("Input.imeSetComposition", { text: "´", selectionStart: 1, selectionEnd: 1 });
+    await show(shown("Re"));
+    assert.equal(await input.inputValue(), "Re´");
+    await show(shown("Rex"));
+    assert.equal(await input.inputValue(), "Re´");
+    await devtools.send("Input.imeSetComposition", { text: "", selectionStart: 0, selectionEnd: 0 });
+    assert.equal(await input.inputValue(), "Rex");
+  });
+
+  test("gives the focus to the first field that is wrong, when the message about it is gone", async () => {
+    const fields = (focused) => form(...[0, 1, 2].map((position) => field("text", position, { focused: position === focused, cursor: 0 })));
+    await show({ base: fields(2) });
+    await page.getByRole("textbox", { name: "Field 2" }).and(page.locator(":focus")).waitFor();
+    await show({ base: fields(0), popup: screen("notification", { id: 2, type: 2, text: "A contact needs a name." }) });
+    await popup("alert").and(page.locator(":focus")).waitFor();
+    await show({ base: fields(0) });
+    await page.getByRole("textbox", { name: "Field 0" }).and(page.locator(":focus")).waitFor();
+  });
+
+  test("keeps a menu's element while its selection moves", async () => {
+    const menu = (selected) => ({ base: people, popup: screen("menu", { id: 2, rows: ["Dial", "Details"].map((text, i) => row(text, i, { selected: i === selected })) }) });
+    await show(menu(0));
+    const list = await popup("menu").elementHandle();
+    await show(menu(1));
+    assert.equal(await list.evaluate((menuNow) => menuNow.isConnected && menuNow === document.activeElement), true);
+    assert.equal(await list.getAttribute("aria-activedescendant"), "choice-1");
+  });
+
+  test("keeps the focus where it is when fields scroll", async () => {
+    const part = (first, focused) => ({ ...form(...[0, 1, 2].map((i) => field("text", first + i, { focused: first + i === focused, cursor: 0 }))), rowCount: 9 });
+    await show({ base: part(0, 2) });
+    await page.getByRole("textbox", { name: "Field 2" }).and(page.locator(":focus")).waitFor();
+    const kept = await page.getByRole("textbox", { name: "Field 2" }).elementHandle();
+    await show({ base: part(1, 2) });
+    assert.equal(await kept.evaluate((input) => input === document.activeElement), true);
+    await show({ base: part(2, 4) });
+    await page.getByRole("textbox", { name: "Field 4" }).and(page.locator(":focus")).waitFor();
+  });
+});
