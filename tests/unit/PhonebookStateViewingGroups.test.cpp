@@ -1,9 +1,18 @@
+#include <algorithm>
+
 #include "GroupScreens.h"
 #include "TraceLines.h"
 
 namespace {
 
-class Groups : public GroupScreens {};
+class Groups : public GroupScreens {
+protected:
+    const DisplayAPI::FrameField& focusedField() const
+    {
+        const auto& fields = top().fields;
+        return *std::find_if(fields.begin(), fields.end(), [](const auto& field) { return field.focused; });
+    }
+};
 
 } // namespace
 
@@ -323,6 +332,34 @@ TEST_F(Groups, FindTheGroupOfEveryRow)
             EXPECT_EQ(groups().slotOfNamedGroup(position) + 1, slot);
             press(BACK);
         }
+    }
+}
+
+TEST_F(Groups, AreTheChoicesOfAContactInTheSameOrder)
+{
+    threeGroups();
+    directory.groups->updateGroup({9, "Club"});
+    const auto id = contact("Adams", "Amy");
+    startAtGroups();
+    ASSERT_EQ(rows(), (Texts{COPIED, "Family", "Work", "Club", "no.group"}));
+    for (int row = 0; row < 4; ++row) {
+        groupRows().setSelectedIndex(row);
+        press(MENU);
+        const auto slot = std::to_string(context().m_SelectedGroupIndex);
+        const auto name = groupRows().getText(row);
+        press(BACK);
+        press(BACK);
+
+        press(MENU);
+        choose("details");
+        while (focusedField().label != "groups.form")
+            press(DOWN);
+        press(Kind::Right);
+        EXPECT_EQ(focusedField().value, name);
+        press(Kind::Save);
+        press(OK);
+        EXPECT_EQ(directory.records[id]["Group"], slot) << name;
+        openGroups();
     }
 }
 
