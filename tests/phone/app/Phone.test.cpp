@@ -83,6 +83,27 @@ protected:
         phone->reloadConfiguration();
         phone->runPending();
     }
+    void openForm()
+    {
+        press("phonebook");
+        inEvent([this] {
+            phone->services().directory().addObserver(pBook);
+            pBook->display().setCurrent(&pBook->form);
+        });
+        called();
+    }
+    void leaveForm()
+    {
+        inEvent([this] { pBook->display().setCurrent(&pBook->list); });
+    }
+    // Another program adds a contact.
+    void othersAdd(const std::string& surname)
+    {
+        Contact contact;
+        contact.surname = surname;
+        ASSERT_TRUE(ContactStore(DirectoryService::fileIn(folder.path()), "").write(contact).ok());
+        inEvent([this] { phone->services().directory().lookForChanges(); });
+    }
     void openChild()
     {
         press("phonebook");
@@ -341,6 +362,54 @@ TEST_F(PhoneTest, HoldsAnotherLanguageBackWhileAFormIsOpen)
 
     EXPECT_EQ(called(), (Calls{"book: locale de", "child: locale de"}));
     EXPECT_TRUE(shows("( Zurück )"));
+}
+
+TEST_F(PhoneTest, HoldsChangesOfTheContactsBackWhateverLiesOverAForm)
+{
+    openForm();
+    othersAdd("Baker");
+    EXPECT_EQ(called(), Calls{});
+    const auto coverWith = [this](auto& popup) {
+        inEvent([&] { pBook->display().setCurrent(&popup); });
+        othersAdd("Cole");
+        phone->advance(60s);
+        inEvent([&] { popup.dismiss(); });
+    };
+    coverWith(pBook->notification);
+    coverWith(pBook->progress);
+    EXPECT_EQ(called(), Calls{});
+    press("home");
+    othersAdd("Dunn");
+    EXPECT_EQ(called(), Calls{"book: hide"});
+    press("phonebook");
+    called();
+
+    leaveForm();
+
+    EXPECT_EQ(called(), Calls{"book: contacts changed"});
+}
+
+TEST_F(PhoneTest, DeliversHeldChangesInTheirOrderWhenAFormIsLeft)
+{
+    openForm();
+    othersAdd("Baker");
+    administratorWrites("language = \"de\"\n");
+    othersAdd("Cole");
+    EXPECT_EQ(called(), Calls{});
+
+    leaveForm();
+
+    EXPECT_EQ(called(), (Calls{"book: contacts changed", "book: locale de", "child: locale de"}));
+}
+
+TEST_F(PhoneTest, TellsOfContactsThatChangeAgainAfterAForm)
+{
+    openForm();
+    othersAdd("Baker");
+    leaveForm();
+    called();
+    othersAdd("Cole");
+    EXPECT_EQ(called(), Calls{"book: contacts changed"});
 }
 
 TEST_F(PhoneTest, SaysOnTheIdleScreenWhichSettingIsRefused)

@@ -20,8 +20,11 @@
 #include <framework/display/PopupNotification.h>
 #include <framework/display/PopupProgress.h>
 #include <framework/display/SearchList.h>
+#include <framework/services/DirectoryServiceObserverIfc.h>
 
-class ScriptedPhonelet final : public Phonelet, public DisplayAPI::CommandListener {
+class ScriptedPhonelet final : public Phonelet,
+                               public DisplayAPI::CommandListener,
+                               public DirectoryServiceObserverIfc {
 public:
     using Calls = std::vector<std::string>;
 
@@ -80,6 +83,11 @@ public:
         default:
             return note("other");
         }
+    }
+
+    void phonebookDatabaseUpdated(bool restart) override
+    {
+        note(restart ? "contacts replaced" : "contacts changed");
     }
 
     std::string getInterfaces() override { return ""; }
