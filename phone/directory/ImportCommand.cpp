@@ -95,19 +95,13 @@ const char* fateName(CardFate fate)
     return "";
 }
 
-std::string nameOf(const Contact& contact)
-{
-    const bool both = !contact.surname.empty() && !contact.firstname.empty();
-    return contact.surname + (both ? ", " : "") + contact.firstname;
-}
-
 // Every card in the rehearsal; otherwise those that something is wrong with.
 void report(const std::vector<PlannedCard>& cards, bool all, std::ostream& out)
 {
     for (const auto& card : cards) {
         if (!all && card.fate != CardFate::Invalid && card.problems.empty())
             continue;
-        const auto name = nameOf(card.contact);
+        const auto name = listedName(card.contact);
         out << fateName(card.fate) << "  line " << card.line << (name.empty() ? "" : ": ") << name;
         if (!card.reason.empty())
             out << "  (" << card.reason << ")";

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "ContactText.h"
+#include "pictures/ClipFolder.h"
 #include "pictures/Thumbnail.h"
 
 namespace {
@@ -89,6 +90,12 @@ std::string hexadecimal(std::int64_t number)
 }
 
 } // namespace
+
+std::string listedName(const Contact& contact)
+{
+    const bool both = !contact.surname.empty() && !contact.firstname.empty();
+    return contact.surname + (both ? ", " : "") + contact.firstname;
+}
 
 // What is too large for memory: the cards and their pictures.
 struct Importer::Stage {
@@ -195,7 +202,7 @@ void Importer::keep(const CardRecord& record, const ImportedCard& imported)
 }
 
 // The card's texts as the telephone can keep them.
-Contact Importer::fit(const CardRecord& record, PlannedCard& card, ImportedCard& imported) const
+Contact Importer::fit(const CardRecord& record, PlannedCard& card, ImportedCard& imported)
 {
     Contact contact;
     for (const auto& field : nCARD_FIELDS) {
@@ -209,7 +216,7 @@ Contact Importer::fit(const CardRecord& record, PlannedCard& card, ImportedCard&
     }
     card.prefersNumber = hasNumber(contact, record.contact.defaultNumber);
     contact.defaultNumber = card.prefersNumber ? record.contact.defaultNumber : firstNumber(contact);
-    contact.picture = pictureName(record, card);
+    contact.picture = pictureName(record, contact, card);
 
     for (const auto& name : record.groups) {
         const std::string group(
@@ -225,7 +232,8 @@ Contact Importer::fit(const CardRecord& record, PlannedCard& card, ImportedCard&
     return contact;
 }
 
-std::string Importer::pictureName(const CardRecord& record, PlannedCard& card) const
+// Named after the contact, so that people recognise it among the others.
+std::string Importer::pictureName(const CardRecord& record, const Contact& contact, PlannedCard& card)
 {
     if (record.photo.empty())
         return "";
@@ -234,8 +242,20 @@ std::string Importer::pictureName(const CardRecord& record, PlannedCard& card) c
         card.problems.push_back("the picture is left out. " + seen.error().sentence);
         return "";
     }
-    const bool png = pictureMime(record.photo) == "image/png";
-    return hexadecimal(ContactStore::cardHash(record.photo)) + (png ? ".png" : ".jpg");
+    const auto hash = ContactStore::cardHash(record.photo);
+    const auto [known, isNew] = m_pictureNames.try_emplace(hash);
+    if (isNew) {
+        const auto kind = pictureHeader(record.photo).value().kind;
+        const std::string ending = kind == PictureKind::Png ? ".png" : ".jpg";
+        auto file = listedName(contact) + ending;
+        std::replace(file.begin(), file.end(), '/', '-');
+        known->second = clipNameFor(file, kind);
+        // What is there must not be replaced, and what is made of the content is never another one's.
+        const bool free = ClipFolder(m_pictures).isFree(known->second, record.photo);
+        if (!m_takenPictureNames.insert(known->second).second || !free)
+            known->second = hexadecimal(hash) + ending;
+    }
+    return known->second;
 }
 
 Result<void> Importer::compare()
@@ -418,7 +438,7 @@ void Importer::storeOne(const PlannedCard& card, std::size_t index)
         writePicture(card.contact.picture, picture);
 }
 
-// The name is made of the content, so a file that is there already is the same.
+// A file that is there already is the same: the name was chosen so.
 void Importer::writePicture(const std::string& name, std::string_view content)
 {
     const auto file = m_pictures / name;

@@ -12,6 +12,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -39,6 +40,9 @@ struct PlannedCard {
     bool prefersNumber = false;
 };
 
+// "Miller, Ann"
+std::string listedName(const Contact& contact);
+
 class Importer {
 public:
     // Pictures are kept in the folder `pictures`; there are `groupSlots` groups at most. The store
@@ -63,8 +67,8 @@ private:
     struct Stage;
 
     void take(const CardRecord& record);
-    Contact fit(const CardRecord& record, PlannedCard& card, ImportedCard& imported) const;
-    std::string pictureName(const CardRecord& record, PlannedCard& card) const;
+    Contact fit(const CardRecord& record, PlannedCard& card, ImportedCard& imported);
+    std::string pictureName(const CardRecord& record, const Contact& contact, PlannedCard& card);
     bool isRepeated(const CardRecord& record, std::int64_t hash);
     void keep(const CardRecord& record, const ImportedCard& imported);
 
@@ -90,5 +94,7 @@ private:
     std::set<std::string> m_claimed;              // their ids
     std::vector<std::string> m_groupNames;
     std::set<int> m_newGroups;
+    std::map<std::int64_t, std::string> m_pictureNames; // by the pictures' hashes
+    std::set<std::string> m_takenPictureNames;
     std::vector<std::filesystem::path> m_newPictures;
 };

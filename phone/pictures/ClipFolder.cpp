@@ -114,19 +114,25 @@ std::string ClipFolder::pathFromName(const std::string& name) const
     return file.empty() ? "" : (m_folder / file).string();
 }
 
+bool ClipFolder::isFree(const std::string& name, std::string_view content) const
+{
+    const auto file = m_folder / name;
+    return !fs::exists(fs::symlink_status(file)) || holds(file, content);
+}
+
 Result<ClipFolder::Added> ClipFolder::add(const std::string& name, std::string_view content) const
 {
     for (int number = 1;; ++number) {
         const auto free = number == 1 ? name : numbered(name, number);
-        const auto file = m_folder / free;
-        const bool exists = fs::exists(fs::symlink_status(file));
-        if (exists && !holds(file, content))
+        if (!isFree(free, content))
             continue;
-        if (!exists) {
+        const auto file = m_folder / free;
+        const bool isNew = !fs::exists(file);
+        if (isNew) {
             if (const auto written = write(file, content); !written)
                 return written.error();
         }
-        return Added{free, !exists};
+        return Added{free, isNew};
     }
 }
 

@@ -32,6 +32,9 @@ public:
     // The other way; "" for what does not lie in this folder.
     std::string nameFromPath(const std::filesystem::path& path) const;
 
+    // Whether nothing has this name, or this very picture has it already.
+    bool isFree(const std::string& name, std::string_view content) const;
+
     struct Added {
         std::string name;
         bool isNew = false; // the folder did not have it yet

@@ -231,6 +231,22 @@ TEST_F(Import, KeepsPicturesOnce)
     EXPECT_EQ(std::distance(begin(pictures), end(pictures)), 1);
 }
 
+TEST_F(Import, NamesPicturesAfterTheirContactsAndReplacesNone)
+{
+    const auto photo = "PHOTO;ENCODING=b;TYPE=PNG:" + nPIXEL + "\r\n";
+    std::filesystem::create_directory(folder / "pictures");
+    writeFile(folder / "pictures/Taken.png", "somebody else");
+    import(card("N:A/C;Al.;;;\r\nTEL:1\r\n" + photo));
+    EXPECT_EQ(contacts().at(0).picture, "A-C, Al..png");
+    EXPECT_FALSE(contentOf(folder / "pictures/A-C, Al..png").empty());
+
+    import(card("N:Taken;;;;\r\nTEL:1\r\n" + photo));
+    const auto name = contacts().at(1).picture;
+    EXPECT_EQ(name.size(), std::string("0123456789abcdef.png").size());
+    EXPECT_EQ(contentOf(folder / "pictures" / name), contentOf(folder / "pictures/A-C, Al..png"));
+    EXPECT_EQ(contentOf(folder / "pictures/Taken.png"), "somebody else");
+}
+
 TEST_F(Import, KeepsAContactWhosePictureCannotBeShown)
 {
     const auto photo = [](const std::string& base64) { return "PHOTO;ENCODING=b:" + base64 + "\r\n"; };
