@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cerrno>
 #include <fstream>
+#include <iterator>
 #include <utility>
 
 #include "directory/ContactText.h"
@@ -42,15 +43,18 @@ std::string numbered(const std::string& name, int number)
 
 bool holds(const fs::path& file, std::string_view content)
 {
-    const auto opened = PictureFile::open(file);
-    if (!opened || std::cmp_not_equal(opened.value().stamp().size, content.size()))
+    std::error_code failed;
+    if (!fs::is_regular_file(file, failed) || fs::file_size(file, failed) != content.size())
         return false;
-    const auto bytes = opened.value().content();
-    return bytes && bytes.value() == content;
+    std::ifstream stream(file, std::ios::binary);
+    return std::equal(content.begin(), content.end(), std::istreambuf_iterator<char>(stream), {});
 }
 
 Result<void> write(const fs::path& file, std::string_view content)
 {
+    std::error_code failed;
+    if (fs::create_directories(file.parent_path(), failed))
+        fs::permissions(file.parent_path(), fs::perms::owner_all, failed);
     auto part = NewFile::beside(file);
     if (!part)
         return part.error();
