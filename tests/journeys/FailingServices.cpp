@@ -19,9 +19,13 @@ public:
 
     std::string request(const std::string& xml) override
     {
-        if (!m_failing.fails())
+        const bool changes = xml.find("read_request") == xml.npos;
+        if (!m_failing.fails()) {
+            if (changes)
+                m_failing.noteChange(xml);
             return m_service.request(xml);
-        if (xml.find("read_request") == xml.npos)
+        }
+        if (changes)
             m_failing.noteChangeFailed();
         return "<Schema><ReasonForMessage>failure</ReasonForMessage><FailureMessage>The disk is gone"
                "</FailureMessage></Schema>";
@@ -51,11 +55,11 @@ public:
     }
     bool storeGroupList(PhonebookGroupList* groups) override
     {
-        return !m_failing.fails() && m_service.storeGroupList(groups);
+        return !changeFails() && m_service.storeGroupList(groups);
     }
     bool reassignGroup(unsigned group, unsigned to, int mode) override
     {
-        return !m_failing.fails() && m_service.reassignGroup(group, to, mode);
+        return !changeFails() && m_service.reassignGroup(group, to, mode);
     }
     std::string getFieldSizes() override { return m_failing.fails() ? "" : m_service.getFieldSizes(); }
     void addObserver(DirectoryServiceObserverIfc* observer) override { m_service.addObserver(observer); }
@@ -65,6 +69,14 @@ public:
     }
 
 private:
+    bool changeFails()
+    {
+        if (!m_failing.fails())
+            return false;
+        m_failing.noteChangeFailed();
+        return true;
+    }
+
     FailingServices& m_failing;
     DirectoryServiceIfc& m_service;
 };

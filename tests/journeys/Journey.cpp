@@ -29,6 +29,10 @@ void readHead(Journey& journey, const std::string& line)
     const auto value = trimmed(line.substr(colon + 1));
     if (name == "contact")
         journey.contacts.push_back(value);
+    else if (name == "group")
+        journey.groups.push_back(value);
+    else if (name == "picture")
+        journey.pictures.push_back(value);
     else if (name == "line")
         journey.line = value;
     else if (name != "absent")

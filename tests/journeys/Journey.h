@@ -4,6 +4,8 @@
 //     software-type: Veltrix SIP          any configuration item
 //     absent: CSTAServiceIfc              services that the telephone does not have
 //     line: 4711                          a line that answers
+//     group: Friends                      a group that nobody need be in
+//     picture: anna.png                   a clip that a contact may have
 //     contact: Miller, Anna; office=030 123; mobile=0170 1; group=Friends; default=mobile
 //
 //     >>> phonebook down menu
@@ -31,6 +33,8 @@ struct Journey {
     std::map<std::string, std::string> items;
     std::vector<std::string> absent;
     std::string line;
+    std::vector<std::string> groups;
+    std::vector<std::string> pictures;
     std::vector<std::string> contacts;
     std::vector<JourneyStep> steps;
 

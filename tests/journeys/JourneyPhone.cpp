@@ -1,11 +1,13 @@
 #include "JourneyPhone.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 
 #include <framework/display/Frame.h>
+#include <framework/display/PopupNotification.h>
 #include <framework/host/TextScreen.h>
 
 #include <testing/CheckedPhonelet.h>
@@ -63,7 +65,8 @@ void add(ContactStore& store, const std::string& description)
     contact.firstname = names.size() > 1 ? names[1] : "";
     const std::map<std::string, std::string*> fields{
         {"office", &contact.office},         {"office2", &contact.office2}, {"mobile", &contact.mobile},
-        {"private", &contact.privateNumber}, {"company", &contact.company}, {"email", &contact.email}};
+        {"private", &contact.privateNumber}, {"company", &contact.company}, {"email", &contact.email},
+        {"picture", &contact.picture}};
     for (std::size_t i = 1; i < parts.size(); ++i) {
         const auto pair = split(parts[i], '=');
         if (pair.at(0) == "group")
@@ -132,17 +135,27 @@ JourneyPhone::JourneyPhone(const Journey& journey, ReplaceService replace)
     , m_replace(std::move(replace))
 {
     setenv("TZ", "UTC", 1);
+    furnish();
+    start();
+}
+
+void JourneyPhone::furnish()
+{
     ContactStore contacts(store(), "en");
+    for (const auto& group : m_journey.groups)
+        slotOf(contacts, group);
     for (const auto& contact : m_journey.contacts)
         add(contacts, contact);
+    std::filesystem::create_directory(m_folder / "pictures");
+    for (const auto& picture : m_journey.pictures)
+        std::filesystem::copy_file(std::filesystem::path(TEST_DATA_DIR) / "one-pixel.png",
+                                   m_folder / "pictures" / picture);
     std::ofstream config(m_folder / "config.toml");
     for (const auto& [item, value] : m_journey.items) {
         const bool plain =
             value == "true" || value == "false" || value.find_first_not_of("0123456789") == value.npos;
         config << item << " = " << (plain ? value : "\"" + value + "\"") << "\n";
     }
-    config.close();
-    start();
 }
 
 JourneyPhone::~JourneyPhone()
@@ -221,6 +234,10 @@ void JourneyPhone::word(const std::string& word)
         m_phone->reloadConfiguration();
     } else if (word.starts_with("outside:")) {
         outside(rest);
+    } else if (word == "disk:full") {
+        m_pFullDisk = std::make_unique<FailingDisk>(FailingDisk::What::Write, 1, ENOSPC);
+    } else if (word == "disk:free") {
+        m_pFullDisk.reset();
     } else if (word == "restart") {
         m_phone->stop();
         m_phone.reset();
@@ -258,20 +275,21 @@ void JourneyPhone::settle()
 {
     m_phone->runPending();
     const auto frame = m_phone->frames().latest();
-    m_messageSeen = m_messageSeen || frame->top().role == FrameRole::Notification;
+    const auto& top = frame->top();
+    m_failureSeen = m_failureSeen ||
+                    (top.role == FrameRole::Notification && top.type == DisplayAPI::PopupNotification::ERROR);
 }
 
-std::vector<std::string> JourneyPhone::contacts() const
+std::map<std::string, std::string> JourneyPhone::contacts() const
 {
     ContactStore contacts(store(), "en");
-    std::vector<std::string> names;
+    std::map<std::string, std::string> names;
     const auto read = contacts.forEach([&](const Contact& contact, const auto&) {
-        names.push_back(contact.surname + ", " + contact.firstname);
+        names[contact.id] = contact.surname + ", " + contact.firstname;
         return true;
     });
     if (!read)
         throw std::runtime_error(read.error().sentence);
-    std::sort(names.begin(), names.end());
     return names;
 }
 

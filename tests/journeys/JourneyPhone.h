@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include <testing/LogCapture.h>
 
 #include "../phone/TemporaryFolder.h"
+#include "../phone/directory/StoreTesting.h"
 #include "Journey.h"
 #include "app/Phone.h"
 #include "calls/LineIfc.h"
@@ -30,18 +32,19 @@ public:
     //   outside:backup           another program backs everything up
     //   outside:restore          another program restores that
     //   outside:damage           another program writes rubbish over the contacts' file
+    //   disk:full, disk:free     whether anything can be written into the contacts' file
     //   restart                  the telephone is switched off and on
     //   answered, cleared        what becomes of the call that was placed last
     std::string run(const std::string& words);
 
     std::string screen();
-    // "Miller, Anna", sorted: what is in the store.
-    std::vector<std::string> contacts() const;
+    // What is in the store: "Miller, Anna", by id.
+    std::map<std::string, std::string> contacts() const;
 
     // What went wrong without being seen: exceptions, broken rules.
     std::vector<std::string> complaints() const;
-    // Whether a message was to be seen at any time.
-    bool messageSeen() const { return m_messageSeen; }
+    // Whether a message that something failed was to be seen at any time.
+    bool failureSeen() const { return m_failureSeen; }
 
     Phone& phone() { return *m_phone; }
     ManualClock& clock() { return m_clock; }
@@ -49,6 +52,7 @@ public:
 private:
     class Line;
 
+    void furnish();
     void start();
     void word(const std::string& word);
     void outside(const std::string& change);
@@ -63,6 +67,7 @@ private:
     std::vector<std::string> m_calls; // placed since the last screen
     Line* m_pLine = nullptr;          // the telephone's
     std::vector<std::string> m_complaints;
-    bool m_messageSeen = false;
+    bool m_failureSeen = false;
+    std::unique_ptr<FailingDisk> m_pFullDisk;
     std::unique_ptr<Phone> m_phone;
 };
