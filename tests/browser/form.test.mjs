@@ -84,9 +84,9 @@ async function paste(text) {
   await press("Control+V");
 }
 
-async function start(config = "") {
+async function start(config = "", options = {}) {
   telephone = await new Telephone({ contacts: PEOPLE, config }).start();
-  page = await openPage(browser, telephone, { permissions: ["clipboard-read", "clipboard-write"] });
+  page = await openPage(browser, telephone, { permissions: ["clipboard-read", "clipboard-write"], ...options });
   devtools = await page.context().newCDPSession(page);
 }
 
@@ -505,6 +505,33 @@ describe("the list's search", () => {
     const row = page.getByRole("option", { selected: true });
     assert.equal(await list.getAttribute("aria-activedescendant"), await row.getAttribute("id"));
     assert.equal(await list.getAttribute("aria-owns"), await row.evaluate((option) => option.parentElement.id));
+  });
+});
+
+describe("a finger", () => {
+  beforeEach(() => start("", { hasTouch: true }));
+  afterEach(end);
+
+  test("on the telephone's keys brings up no touch keyboard, and the caret is to be seen all the same", async () => {
+    await openForm("Details");
+    await key("5").tap();
+    await expectValue(field("Last name"), "Lindqvistj");
+    assert.equal(await page.evaluate(() => document.activeElement instanceof HTMLInputElement), false);
+    await page.locator(".field[data-focused=true] .still").waitFor();
+    await field("First name").tap();
+    await expectFocus(field("First name"));
+  });
+
+  test("on a row brings up no touch keyboard, on the search does", async () => {
+    await key("phonebook").tap();
+    const list = page.getByRole("listbox");
+    await list.and(page.locator("[inputmode=none]")).waitFor();
+    await key("5").tap();
+    await expectText(page.locator(".search .found"), "j");
+    await page.locator(".search").tap();
+    await expectFocus(list.and(page.locator("[inputmode=search]")));
+    await insert("o");
+    await expectText(page.locator(".search .found"), "jo");
   });
 });
 

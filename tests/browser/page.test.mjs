@@ -68,6 +68,18 @@ describe("the page", () => {
     assert.ok(await page.getByRole("option").count() < 15);
   });
 
+  test("loses no key and keeps its connection however fast keys are pressed", async () => {
+    await openPhonebook();
+    for (const [key, position] of [["ArrowDown", PEOPLE.length], ["ArrowUp", 1]]) {
+      for (let i = 1; i < PEOPLE.length; ++i)
+        await page.keyboard.press(key);
+      await page.locator(`[role=option][aria-selected=true][aria-posinset='${position}']`).waitFor();
+    }
+    await page.keyboard.press("ArrowUp");
+    await page.locator("[role=tab]:focus").waitFor();
+    await page.locator("body[data-state=connected]").waitFor();
+  });
+
   test("enters letters by repeated presses of the digit keys", async () => {
     await openPhonebook();
     const six = page.locator("#keypad button[data-key='6']");
