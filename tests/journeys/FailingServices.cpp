@@ -55,11 +55,15 @@ public:
     }
     bool storeGroupList(PhonebookGroupList* groups) override
     {
-        return !changeFails() && m_service.storeGroupList(groups);
+        if (!m_failing.fails())
+            return m_service.storeGroupList(groups);
+        m_failing.noteChangeFailed();
+        return false;
     }
     bool reassignGroup(unsigned group, unsigned to, int mode) override
     {
-        return !changeFails() && m_service.reassignGroup(group, to, mode);
+        // Not told when it fails: writing the group list leaves no member of a spare group behind.
+        return !m_failing.fails() && m_service.reassignGroup(group, to, mode);
     }
     std::string getFieldSizes() override { return m_failing.fails() ? "" : m_service.getFieldSizes(); }
     void addObserver(DirectoryServiceObserverIfc* observer) override { m_service.addObserver(observer); }
@@ -69,14 +73,6 @@ public:
     }
 
 private:
-    bool changeFails()
-    {
-        if (!m_failing.fails())
-            return false;
-        m_failing.noteChangeFailed();
-        return true;
-    }
-
     FailingServices& m_failing;
     DirectoryServiceIfc& m_service;
 };
