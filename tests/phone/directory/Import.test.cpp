@@ -15,6 +15,7 @@
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
 #include "directory/Importer.h"
+#include "pictures/ClipFolder.h"
 
 namespace {
 
@@ -245,6 +246,13 @@ TEST_F(Import, NamesPicturesAfterTheirContactsAndReplacesNone)
     EXPECT_EQ(name.size(), std::string("0123456789abcdef.png").size());
     EXPECT_EQ(contentOf(folder / "pictures" / name), contentOf(folder / "pictures/A-C, Al..png"));
     EXPECT_EQ(contentOf(folder / "pictures/Taken.png"), "somebody else");
+}
+
+TEST_F(Import, KeepsEveryPictureOfTheDemo)
+{
+    import(contentOf(std::filesystem::path(SOURCE_DIR) / "demo/contacts.vcf"));
+    EXPECT_FALSE(says("picture is left out"));
+    EXPECT_GE(ClipFolder(folder / "pictures").clips().size(), 20u);
 }
 
 TEST_F(Import, KeepsAContactWhosePictureCannotBeShown)
