@@ -7,6 +7,7 @@ void IdleDialler::typed(char digit)
 {
     m_digits += digit;
     m_refused = false;
+    m_actions.changed(m_digits);
 }
 
 void IdleDialler::clear()

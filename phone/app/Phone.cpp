@@ -11,6 +11,7 @@
 #include "system/KeypadLetters.h"
 
 using DisplayAPI::FrameMoment;
+using DisplayAPI::FrameRole;
 using std::chrono::milliseconds;
 
 namespace {
@@ -257,6 +258,9 @@ KeyRouter::Dialling Phone::dialling()
         m_services->digits().onHook();
     };
     const auto digit = [this](char typed) {
+        // What is in front takes no digits: the telephone itself does.
+        if (m_stage.front() && !m_services->digits().hasProvider())
+            m_stage.home();
         m_services->digits().digit(typed);
         if (!m_stage.front())
             m_idleDialler.typed(typed);
@@ -267,11 +271,24 @@ KeyRouter::Dialling Phone::dialling()
 void Phone::eventDone()
 {
     m_updates.eventDone();
+    forgetCancelledDigits();
     if (auto* front = m_stage.front())
         front->display().eventDone();
     else
         m_frames.publish(m_idle.paint(), FrameMoment::AfterEvent);
     m_frames.setSigns({m_router->isOffHook(), m_router->isDialPadOn()});
+}
+
+// A dialler that was closed must not dial what it held when the time for another digit is over.
+void Phone::forgetCancelledDigits()
+{
+    auto* front = m_stage.front();
+    if (!front || !m_services->digits().isDialling())
+        return;
+    const auto frame = front->display().paint();
+    if (std::ranges::none_of(frame.popups,
+                             [](const auto& popup) { return popup.role == FrameRole::Dialler; }))
+        m_services->digits().dialingStopped();
 }
 
 void Phone::becomeIdle()

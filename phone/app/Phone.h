@@ -101,6 +101,7 @@ private:
     Executable* service(const std::string& name);
     bool dialsItself(const std::string& number, const std::string& device);
     bool placeCall(const std::string& number, const std::string& device);
+    void forgetCancelledDigits();
     void becomeIdle();
     Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletLibrary& named);
 

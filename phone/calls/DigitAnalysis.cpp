@@ -37,6 +37,8 @@ bool DigitAnalysis::setCallContextProvider(DigitAnalysisServiceEventIfc* provide
 {
     if (!provider)
         return false;
+    if (m_report == Report::Delivered && provider != m_pTold)
+        startAnew();
     m_pProvider = provider;
     return true;
 }
@@ -52,6 +54,8 @@ bool DigitAnalysis::clearCallContextProvider(DigitAnalysisServiceEventIfc* provi
 bool DigitAnalysis::setDialString(const std::string& digits, int complete)
 {
     m_digits = digits;
+    if (m_report == Report::Delivered || m_report == Report::Dialled)
+        m_report = complete != 0 ? Report::Dialled : Report::Delivered;
     if (digits.empty() || complete != 0)
         stopTimer();
     else if (m_offHook)
@@ -93,8 +97,11 @@ void DigitAnalysis::offHook()
 
 void DigitAnalysis::digit(char digit)
 {
+    if (m_report == Report::Delivered || m_report == Report::Dialled)
+        startAnew();
     m_digits += digit;
-    if (!std::exchange(m_dialing, true))
+    m_dialing = true;
+    if (m_report == Report::None)
         reportStarted();
     if (m_offHook)
         startTimer(m_times.interDigit);
@@ -109,9 +116,7 @@ void DigitAnalysis::onHook()
 
 void DigitAnalysis::dialingStopped()
 {
-    stopTimer();
-    m_dialing = false;
-    m_digits.clear();
+    startAnew();
     m_partyKnown = false;
     post("dialling stopped", [this] {
         if (m_pProvider)
@@ -119,12 +124,26 @@ void DigitAnalysis::dialingStopped()
     });
 }
 
+void DigitAnalysis::startAnew()
+{
+    stopTimer();
+    m_dialing = false;
+    m_report = Report::None;
+    m_digits.clear();
+}
+
 // Digits that were typed until the report is delivered are part of it.
 void DigitAnalysis::reportStarted()
 {
+    m_report = Report::Posted;
     post("dialling started", [this] {
-        if (!m_dialing || !m_pProvider || !m_pProvider->isDiallingOk())
+        if (m_report != Report::Posted)
             return;
+        m_report = Report::None;
+        if (!m_pProvider || !m_pProvider->isDiallingOk())
+            return;
+        m_report = Report::Delivered;
+        m_pTold = m_pProvider;
         std::string name;
         m_pProvider->getEventHandlerName(name);
         PHONE_TRACE("dialling started, told to %s", name.c_str());
@@ -154,6 +173,8 @@ void DigitAnalysis::timedOut()
     m_timer = 0;
     if (!m_pProvider)
         return;
+    if (!m_digits.empty() && m_report == Report::Delivered)
+        m_report = Report::Dialled;
     InterDigitTimeOutEvent event(toDialString(m_digits));
     if (m_digits.empty())
         m_pProvider->handleInitialDigitTimeout(&event);

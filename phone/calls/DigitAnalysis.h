@@ -2,7 +2,8 @@
 //
 // Off-hook, and with the dial-pad key, digits come here by digit(); the first one opens the dialler of
 // the phonelet in front, and from then on the dialler's own text comes by setDialString(). All reports
-// are events.
+// are events. Digits that nobody was told of are kept for whoever becomes the provider; those that one
+// provider was told of are never another's.
 //
 // The time-outs run while the telephone is off-hook only: who prepares a number with the handset on
 // its hook takes their time.
@@ -51,11 +52,15 @@ public:
 
     // Off-hook reports dialling started, with no digits yet.
     void offHook();
-    // Reports dialling started with the first digit.
+    // Reports dialling started with the first digit. One that comes after the report was delivered
+    // begins anew: while the dialler is on the screen, digits are the dialler's.
     void digit(char digit);
     // Reports dialling stopped if it had started.
     void onHook();
     bool isOffHook() const { return m_offHook; }
+    bool hasProvider() const { return m_pProvider != nullptr; }
+    // Whether somebody was told of digits that are not dialled yet.
+    bool isDialling() const { return m_report == Report::Delivered; }
     // A placed call was connected, failed or was cleared, or the user cancelled.
     void dialingStopped();
 
@@ -64,7 +69,11 @@ public:
     CallPartyIdentifier partyOf(const std::string& number);
 
 private:
+    // That dialling started.
+    enum class Report { None, Posted, Delivered, Dialled };
+
     void reportStarted();
+    void startAnew();
     void startTimer(std::chrono::milliseconds after);
     void stopTimer();
     void timedOut();
@@ -76,8 +85,10 @@ private:
     std::atomic<std::shared_ptr<const DialPlan>> m_plan; // convertToCanonical() comes from any thread
     DialTimes m_times;
     DigitAnalysisServiceEventIfc* m_pProvider = nullptr;
+    const DigitAnalysisServiceEventIfc* m_pTold = nullptr; // only compared
     bool m_offHook = false;
     bool m_dialing = false;
+    Report m_report = Report::None;
     std::string m_digits;
     CallPartyIdentifier m_party;
     bool m_partyKnown = false;

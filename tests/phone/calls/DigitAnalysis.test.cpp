@@ -74,8 +74,55 @@ TEST_F(Digits, ReportTheFirstDigitOnTheHook)
 {
     analysis.digit('0');
     EXPECT_EQ(after(), "started(0) ");
-    analysis.digit('3');
+    EXPECT_TRUE(analysis.isDialling());
+}
+
+TEST_F(Digits, ThatFollowAClosedDiallerBeginAnew)
+{
+    analysis.digit('0');
+    EXPECT_EQ(after(), "started(0) ");
+    analysis.setDialString("03", 0);
+    analysis.digit('4');
+    EXPECT_EQ(after(), "started(4) ");
+}
+
+TEST_F(Digits, ThatWereDialledAreNotBegunWith)
+{
+    analysis.offHook();
+    EXPECT_EQ(after(), "started() ");
+    analysis.setDialString("03", 1);
+    EXPECT_FALSE(analysis.isDialling());
+    analysis.digit('4');
+    EXPECT_EQ(after(), "started(4) ");
+}
+
+TEST_F(Digits, ThatNobodyWasToldOfAreKept)
+{
+    ASSERT_TRUE(analysis.clearCallContextProvider(&provider));
+    EXPECT_FALSE(analysis.hasProvider());
+    analysis.offHook();
+    analysis.digit('1');
     EXPECT_EQ(after(), "");
+
+    ASSERT_TRUE(analysis.setCallContextProvider(&provider));
+    analysis.digit('2');
+    EXPECT_EQ(after(), "started(12) ");
+}
+
+TEST_F(Digits, OfOneProviderAreNeverAnothers)
+{
+    Provider other;
+    analysis.offHook();
+    analysis.digit('1');
+    EXPECT_EQ(after(), "started(1) ");
+
+    ASSERT_TRUE(analysis.setCallContextProvider(&other));
+    after(10s);
+    EXPECT_EQ(other.take(), "");
+    analysis.digit('2');
+    after();
+    EXPECT_EQ(other.take(), "started(2) ");
+    analysis.clearCallContextProvider(&other);
 }
 
 TEST_F(Digits, TypedBeforeTheReportArePartOfIt)
