@@ -183,10 +183,10 @@ PhonebookGroupList* DirectoryService::getGroupList()
         PHONE_ERROR("reading the groups failed: %s", names.error().sentence.c_str());
         return nullptr;
     }
-    m_groupsGiven = names.value();
     auto groups = std::make_unique<PhonebookGroupList>(static_cast<int>(names.value().size()));
     for (std::size_t index = 0; index < names.value().size(); ++index)
         groups->updateGroup(PhonebookGroup(static_cast<int>(index) + 1, names.value()[index]));
+    groups->setStoredNames(names.value());
     return groups.release();
 }
 
@@ -201,9 +201,9 @@ bool DirectoryService::storeGroupList(PhonebookGroupList* groups)
         groups->getGroup(index, group);
         names.push_back(fitText(group.getName(), contact_limits::nGROUP_NAME));
     }
-    if (!succeeded("writing the groups", m_pStore->writeGroupNames(names, m_groupsGiven)))
+    if (!succeeded("writing the groups", m_pStore->writeGroupNames(names, groups->storedNames())))
         return false;
-    m_groupsGiven = std::move(names);
+    groups->setStoredNames(std::move(names));
     return true;
 }
 

@@ -88,8 +88,6 @@ private:
     EventPoster& m_notices;
     std::unique_ptr<ContactStore> m_pStore;
     std::vector<DirectoryServiceObserverIfc*> m_observers;
-    // As the phonelet has last seen them.
-    std::vector<std::string> m_groupsGiven;
     bool m_noticePosted = false;
     bool m_noticeIsRestart = false;
     // Tells an event that is queued that the service is gone.

@@ -4,6 +4,7 @@
 
 PhonebookGroupList::PhonebookGroupList(int slots)
     : m_names(static_cast<std::size_t>(std::max(slots, 0)))
+    , m_storedNames(m_names.size())
 {
 }
 

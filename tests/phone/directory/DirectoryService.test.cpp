@@ -252,6 +252,33 @@ TEST_F(Directory, StoresNoGroupsOverThoseThatSomebodyElseMadeMeanwhile)
     EXPECT_EQ(other.groupNames(2).value(), (std::vector<std::string>{"Club", "Band"}));
 }
 
+TEST_F(Directory, TakesNoGroupAwayForAListThatWasNotReadFromIt)
+{
+    ContactStore other(DirectoryService::fileIn(folder.path()), "");
+    ASSERT_TRUE(other.writeGroupNames({"Club", "", "Choir"}).ok());
+    // What a telephone goes on with that could not read the groups when it started.
+    PhonebookGroupList madeUp;
+    const std::unique_ptr<PhonebookGroupList> readMeanwhile(directory->getGroupList());
+    madeUp.updateGroup(PhonebookGroup(2, "Band"));
+    EXPECT_TRUE(directory->storeGroupList(&madeUp));
+    EXPECT_EQ(other.groupNames(3).value(), (std::vector<std::string>{"Club", "Band", "Choir"}));
+    madeUp.updateGroup(PhonebookGroup(1, "Friends"));
+    EXPECT_FALSE(directory->storeGroupList(&madeUp));
+    EXPECT_EQ(other.groupNames(3).value(), (std::vector<std::string>{"Club", "Band", "Choir"}));
+}
+
+TEST_F(Directory, TakesNoGroupAwayThatAnotherReaderHasSeenSince)
+{
+    const std::unique_ptr<PhonebookGroupList> groups(directory->getGroupList());
+    ContactStore other(DirectoryService::fileIn(folder.path()), "");
+    ASSERT_TRUE(other.writeGroupNames({"", "Choir"}).ok());
+    const std::unique_ptr<PhonebookGroupList> look(directory->getGroupList());
+    PhonebookGroupList copy = *groups;
+    copy.updateGroup(PhonebookGroup(1, "Club"));
+    EXPECT_TRUE(directory->storeGroupList(&copy));
+    EXPECT_EQ(other.groupNames(2).value(), (std::vector<std::string>{"Club", "Choir"}));
+}
+
 TEST_F(Directory, WritesEveryWayToSayNoGroupInOneWay)
 {
     for (const auto* tag : {"", "0", "00", "9", "-1", "x", "4294967297"}) {

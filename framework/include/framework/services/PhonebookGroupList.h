@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <framework/services/PhonebookGroup.h>
@@ -44,6 +45,13 @@ public:
     // Takes the slot that the group's id says; false when it is not spare or outside.
     bool addGroup(const PhonebookGroup& group);
 
+    // What the store held when this list was last read or written, [0] being slot 1; copies keep it.
+    // Nothing but spare slots in a list that never was, so that it cannot take a stored name away.
+    const std::vector<std::string>& storedNames() const { return m_storedNames; }
+    // The store's part: `names`, one for each slot, is what it holds now.
+    void setStoredNames(std::vector<std::string> names) { m_storedNames = std::move(names); }
+
 private:
     std::vector<std::string> m_names; // [0] is slot 1
+    std::vector<std::string> m_storedNames;
 };
