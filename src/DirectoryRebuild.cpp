@@ -102,7 +102,12 @@ void DirectoryRebuild::reloadLocalDirectory()
 
 void DirectoryRebuild::alphabetChanged(bool visible)
 {
-    m_context.reallocateDisplayList(true);
+    // A question whether to refresh that goes with its state counts as answered: the list it was asked
+    // about is out of date.
+    if (m_context.m_pCurrentState == &m_context.m_Refreshing)
+        m_context.m_Refreshing.updateList(&m_context);
+    else
+        m_context.reallocateDisplayList(true);
     if (m_tabs.hasLdap())
         m_context.reallocateLdapDisplayList(true);
     // Its rows hold translated texts.

@@ -111,6 +111,40 @@ TEST_F(Refreshing, AsksOnReturnEvenIfItNeverAskedBefore)
     EXPECT_EQ(screen(), "? directory.in.use\n");
 }
 
+TEST_F(Refreshing, ShowsWhatChangedWhenTheLanguageTakesItsQuestionAway)
+{
+    start();
+    contact("Miller", "Jane");
+    directory.groups->updateGroup({3, "Friends"});
+    directoryChanges();
+    mode().updateAlphaOrder(true);
+    host.settle();
+    EXPECT_EQ(current(), &context().m_ViewingList);
+    EXPECT_EQ(popups(), 0u);
+    EXPECT_EQ(rows(), Texts{"Miller, Jane"});
+    EXPECT_EQ(context().m_pGroupList->findGroup("Friends"), 3);
+
+    phonelet().tab();
+    contact("Adams", "Amy");
+    directoryChanges();
+    mode().updateAlphaOrder(true);
+    host.settle();
+    EXPECT_TRUE(mode().isLdapTabActive());
+    phonelet().tab();
+    host.settle();
+    EXPECT_EQ(popups(), 0u);
+    EXPECT_EQ(rows(), (Texts{"Adams, Amy", "Miller, Jane"}));
+}
+
+TEST_F(Refreshing, TakesItsQuestionAwayItself)
+{
+    start();
+    directoryChanges();
+    EXPECT_EQ(state().tabFrom(&context()), &state());
+    host.settle();
+    EXPECT_EQ(popups(), 0u);
+}
+
 TEST_F(Refreshing, LetsTheUserLeaveForAnotherTab)
 {
     start();
