@@ -237,11 +237,13 @@ bool PhonebookStateCreatingEntry::getDialPartyDetails(CallPartyIdentifier& party
     // Somebody else's number must not be shown under this name.
     if (!party.getNumber().empty() && party.getNumber() != number)
         return false;
-    party.setFirstname(textOf(FIRSTNAME));
-    party.setSurname(textOf(SURNAME));
+    // Names that are not saved yet are nobody's.
+    const auto& entry = pContext->m_SelectedEntry;
+    party.setFirstname(entry.getFirstname());
+    party.setSurname(entry.getSurname());
     party.setNumber(number);
     party.setIcon(nNUMBER_KINDS[*selected].partyIcon);
-    party.setPicture(pContext->m_SelectedEntry.getPicture());
+    party.setPicture(entry.getPicture());
     return true;
 }
 

@@ -277,6 +277,25 @@ TEST_F(ContactFormDialling, TellsWhoHasTheNumberInFocus)
     }
 }
 
+TEST_F(ContactFormDialling, TellsTheNameThatIsSavedWithTheNumberThatWasTyped)
+{
+    amy();
+    configuration.clips = {"clips/amy.png", "clips/bob.jpg"};
+    start();
+    openDetails();
+    fill("last.name", "Young");
+    fill("first.name", "Yan");
+    pick("picture", "bob");
+    fill("mobile", "0170");
+    CallPartyIdentifier party;
+    EXPECT_TRUE(mode().getDialPartyDetails(party));
+    EXPECT_EQ(party.getFirstname(), "Amy");
+    EXPECT_EQ(party.getSurname(), "Adams");
+    EXPECT_EQ(party.getNumber(), "0170");
+    EXPECT_EQ(party.getIcon(), 4);
+    EXPECT_EQ(party.getPicture(), "amy.png");
+}
+
 TEST_F(ContactFormDialling, KnowsNobodyElsewhereOrWithoutANumber)
 {
     contact("Adams", "Amy", {{"Office", "1"}});
