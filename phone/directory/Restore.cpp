@@ -128,6 +128,9 @@ Result<Restored> replaceContent(ContactStore& store, const Backup& backup, const
         return true;
     };
     const auto replaced = store.replaceAll(replace);
+    // Also when that failed at the very end: the disk may have it all the same.
+    if (done)
+        pictures.keep();
     if (done && !replaced)
         done = replaced;
     if (!done) {
@@ -136,7 +139,6 @@ Result<Restored> replaceContent(ContactStore& store, const Backup& backup, const
             error.sentence += " What is there now is kept in \"" + restored.before.string() + "\".";
         return error;
     }
-    pictures.keep();
     return restored;
 }
 
