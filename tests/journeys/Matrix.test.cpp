@@ -1,6 +1,10 @@
-// One way through the telephone on every variant: what differs between them is what they are.
+// The ways through the telephone on every variant: what differs between them is what they are.
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <framework/display/Frame.h>
 
 #include "JourneyPhone.h"
 
@@ -36,6 +40,14 @@ protected:
 
     bool shows(const std::string& text) { return screen.find(text) != screen.npos; }
     void run(const std::string& words) { screen = phone.run(words); }
+    // The word that points at the row of this text.
+    std::string rowOf(const std::string& text)
+    {
+        const auto& rows = phone.phone().frames().latest()->top().rows;
+        const auto row = std::ranges::find(rows, text, &DisplayAPI::FrameRow::text);
+        EXPECT_NE(row, rows.end()) << text << " in\n" << screen;
+        return "row" + std::to_string(row - rows.begin() + 1);
+    }
     bool has(const std::string& service) const { return GetParam().absent != service; }
     bool isTdm() const { return GetParam().hardware == "10"; }
 
@@ -96,6 +108,80 @@ TEST_P(Matrix, OpensTheDiallerForDigitsOffHook)
     EXPECT_EQ(shows("#030"), has("DigitAnalysisServiceIfc"));
     run("hook");
     EXPECT_FALSE(shows("#030"));
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, MakesAContact)
+{
+    run("phonebook");
+    const bool isEmpty = !has("DirectoryServiceIfc");
+    run(!GetParam().softKeys ? "ok ok" : isEmpty ? "menu ok" : "menu");
+    if (GetParam().softKeys && !isEmpty)
+        run(rowOf("New contact"));
+    EXPECT_TRUE(shows("Last name:"));
+
+    run("text:Lee down text:Amy save");
+    EXPECT_EQ(shows("! Changes saved"), has("DirectoryServiceIfc"));
+    run("wait:3000");
+    EXPECT_EQ(shows("> Lee, Amy"), has("DirectoryServiceIfc"));
+    EXPECT_EQ(shows("> Last name: Lee") || shows("> First name: Amy"), isEmpty); // nothing typed is lost
+
+    run("back");
+    EXPECT_EQ(shows("? Save the changes?"), isEmpty);
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, ChangesAContact)
+{
+    if (!has("DirectoryServiceIfc"))
+        return; // there is none
+    run("phonebook text:m menu");
+    run(rowOf("Details"));
+    EXPECT_TRUE(shows("Mobile: 0170 333"));
+    run("clearall text:Zorn back");
+    EXPECT_TRUE(shows("? Save the changes?"));
+    run(GetParam().softKeys ? "soft1" : "ok");
+    run("wait:3000");
+    EXPECT_TRUE(shows("> Zorn, Anna"));
+    EXPECT_FALSE(shows("Miller"));
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, MakesShowsAndDeletesAGroup)
+{
+    run(GetParam().softKeys ? "phonebook menu" : "phonebook ok");
+    run(rowOf("Groups"));
+    EXPECT_TRUE(shows("No group"));
+    run(GetParam().softKeys ? "menu" : "ok");
+    run(rowOf("New group"));
+    run("text:Club save");
+    EXPECT_EQ(shows("! Changes saved"), has("DirectoryServiceIfc"));
+    run("wait:3000");
+    EXPECT_TRUE(shows("Club")); // in the list, or still in the form
+    if (!has("DirectoryServiceIfc"))
+        return;
+
+    run(rowOf("Club"));
+    run("ok");
+    run(rowOf("Delete"));
+    EXPECT_TRUE(shows("? Delete the group Club?"));
+    run(GetParam().softKeys ? "soft1" : "ok");
+    run("wait:3000");
+    EXPECT_FALSE(shows("Club"));
+    run("back");
+    EXPECT_TRUE(shows("Miller, Anna"));
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, WritesNamesInAnotherWay)
+{
+    if (!has("DirectoryServiceIfc"))
+        return; // there are no names
+    run(GetParam().softKeys ? "phonebook menu" : "phonebook ok");
+    run(rowOf("Name format"));
+    run("down back");
+    EXPECT_TRUE(shows("Anna Miller"));
+    EXPECT_LT(screen.find("Anna Miller"), screen.find("Bob Adams"));
     EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
 }
 

@@ -1,0 +1,175 @@
+// Every key, and whatever else may happen, on every screen of the contacts: none leads to a screen that
+// cannot be left again, and the telephone can be used as before.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <framework/display/Frame.h>
+
+#include "JourneyPhone.h"
+
+using DisplayAPI::FrameRole;
+
+namespace {
+
+// Words from the idle screen, with a soft-key bar and without.
+struct Screen {
+    std::string name;
+    std::string withSoftKeys;
+    std::string without;
+};
+
+std::ostream& operator<<(std::ostream& out, const Screen& screen)
+{
+    return out << screen.name;
+}
+
+std::vector<Screen> screens()
+{
+    std::vector<Screen> all;
+    const auto add = [&](const std::string& name, const std::string& words, const std::string& without) {
+        all.push_back({name, words, without});
+    };
+    // The screens that lie behind another one.
+    const auto behind = [&](const std::string& name, const std::string& before, const std::string& words,
+                            const std::string& without) {
+        const auto screen = std::ranges::find(all, before, &Screen::name);
+        add(name, screen->withSoftKeys + " " + words, screen->without + " " + without);
+    };
+    add("List", "phonebook", "phonebook");
+    add("TabBar", "phonebook up", "phonebook up");
+    add("EntryMenu", "phonebook menu", "phonebook down menu");
+    behind("DeleteQuestion", "EntryMenu", "down down down down down ok", "down down ok");
+    behind("Deleted", "DeleteQuestion", "ok", "ok");
+    behind("DeleteAllQuestion", "EntryMenu", "up ok", "back up ok down down ok");
+    behind("Details", "EntryMenu", "down ok", "down ok");
+    behind("NumberField", "Details", "down down", "down down");
+    behind("DefaultNumberField", "NumberField", "down down down down", "down down down down");
+    behind("FormOptions", "Details", "up", "up");
+    behind("ChangedForm", "Details", "text:x 2", "text:x 2");
+    behind("SaveQuestion", "ChangedForm", "back", "back");
+    behind("Saved", "ChangedForm", "save", "save");
+    behind("NoName", "Details", "clearall down clearall save", "clearall down clearall save");
+    behind("DiallerOverForm", "ChangedForm", "hook", "hook");
+    add("NewContact", "phonebook menu down down down ok", "phonebook ok ok");
+    add("NameFormat", "phonebook menu up up ok down", "phonebook ok down ok down");
+    add("Groups", "phonebook menu down down down down ok", "phonebook ok up ok down");
+    behind("GroupMenu", "Groups", "menu", "menu");
+    behind("GroupView", "GroupMenu", "ok", "ok");
+    behind("GroupForm", "GroupMenu", "down ok", "down ok");
+    behind("GroupSaveQuestion", "GroupForm", "text:x back", "text:x back");
+    behind("GroupSaved", "GroupForm", "text:x save", "text:x save");
+    behind("NoGroupName", "GroupForm", "clearall save", "clearall save");
+    behind("GroupDeleteQuestion", "GroupMenu", "down down down ok", "down down ok");
+    behind("GroupDeleted", "GroupDeleteQuestion", "ok", "ok");
+    return all;
+}
+
+constexpr const char* EVENTS[] = {
+    "ok",
+    "back",
+    "menu",
+    "save",
+    "up",
+    "down",
+    "left",
+    "right",
+    "clear",
+    "0",
+    "#",
+    "text:a",
+    "clearall",
+    "soft1",
+    "soft2",
+    "soft3",
+    "row1",
+    "tab2",
+    "phonebook",
+    "home",
+    "hook",
+    "hook 3 wait:6000",
+    "dialpad 3",
+    "hangup",
+    "wait:3000",
+    "outside:Zander,Zoe",
+    "outside:delete-all",
+    "item:language=de",
+    "restart",
+};
+
+class EveryKey : public testing::TestWithParam<std::tuple<Screen, bool>> {
+protected:
+    static Journey journey()
+    {
+        Journey journey;
+        journey.items = {{"soft-key-bar", hasSoftKeys() ? "true" : "false"}, {"language", "en"}};
+        journey.groups = {"Friends"};
+        journey.contacts = {"Adams, Bob; office=030 1111; group=Friends", "Miller, Anna; mobile=0170 333",
+                            "Smith"};
+        journey.line = "4711";
+        return journey;
+    }
+
+    static bool hasSoftKeys() { return std::get<1>(GetParam()); }
+    static std::string wordsToTheScreen()
+    {
+        const auto& screen = std::get<0>(GetParam());
+        return hasSoftKeys() ? screen.withSoftKeys : screen.without;
+    }
+
+    static bool isIdle(JourneyPhone& phone) { return phone.screen().starts_with("09:"); }
+
+    // A person who wants out: Back, and the last answer of a question.
+    static bool findsToIdle(JourneyPhone& phone)
+    {
+        constexpr int PATIENCE = 12;
+        phone.run("tab1");
+        for (int i = 0; i < PATIENCE && !isIdle(phone); ++i) {
+            const auto frame = phone.phone().frames().latest();
+            const bool isQuestion = frame->top().role == FrameRole::Question;
+            if (!isQuestion)
+                phone.run("back");
+            else if (hasSoftKeys())
+                phone.run("soft" + std::to_string(frame->softKeys.size() - 1)); // the last one is Back
+            else
+                phone.run("row" + std::to_string(frame->top().rows.size()));
+        }
+        return isIdle(phone);
+    }
+
+    // Each contact has one, below the options where there are no soft keys; without contacts one says so.
+    static std::size_t rowsOf(const JourneyPhone& phone)
+    {
+        const auto contacts = phone.contacts().size();
+        return hasSoftKeys() ? std::max<std::size_t>(contacts, 1) : contacts + 1;
+    }
+};
+
+std::string nameOf(const testing::TestParamInfo<std::tuple<Screen, bool>>& info)
+{
+    return std::get<0>(info.param).name + (std::get<1>(info.param) ? "SoftKeys" : "NoSoftKeys");
+}
+
+} // namespace
+
+TEST_P(EveryKey, LeavesTheTelephoneUsable)
+{
+    for (const std::string event : EVENTS) {
+        SCOPED_TRACE(event);
+        JourneyPhone phone(journey());
+        phone.run(wordsToTheScreen());
+        phone.run(event);
+        phone.run("hangup");
+        if (isIdle(phone))
+            phone.run("phonebook");
+
+        ASSERT_TRUE(findsToIdle(phone)) << phone.screen();
+        const auto screen = phone.run("phonebook");
+        EXPECT_EQ(phone.phone().frames().latest()->base.rows.size(), rowsOf(phone)) << screen;
+        EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EveryKey, testing::Combine(testing::ValuesIn(screens()), testing::Bool()),
+                         nameOf);
