@@ -247,15 +247,14 @@ KeyRouter::Dialling Phone::dialling()
 {
     const auto hangUp = [this] {
         m_services->calls().hangUp();
+        m_services->digits().onHook();
         m_idleDialler.handleDialingStopped();
     };
     const auto hook = [this, hangUp](bool offHook) {
-        if (offHook) {
+        if (offHook)
             m_services->digits().offHook();
-            return;
-        }
-        hangUp();
-        m_services->digits().onHook();
+        else
+            hangUp();
     };
     const auto digit = [this](char typed) {
         // What is in front takes no digits: the telephone itself does.
