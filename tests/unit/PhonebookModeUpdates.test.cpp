@@ -159,7 +159,15 @@ TEST_F(ModeUpdates, EndsOnTheLocalTabWhenTheOtherOneVanished)
     selectTab(PBX_TAB);
     local.onEvent = [&] { mode().removePBXPhonebookTab(); };
     mode().phonebookDatabaseUpdated();
+    EXPECT_EQ(currentTab(), OFFICE_TAB);
 
+    mode().addPBXPhonebookTab();
+    selectTab(PBX_TAB);
+    local.onEvent = [&] {
+        mode().removePBXPhonebookTab();
+        selectTab(LDAP_TAB);
+    };
+    mode().phonebookDatabaseUpdated();
     EXPECT_EQ(currentTab(), OFFICE_TAB);
 }
 
@@ -223,6 +231,26 @@ TEST_F(ModeUpdates, RestartsBothDirectories)
     EXPECT_GE(ldapEntered, 0);
     EXPECT_LT(ldapEntered, log.position("PhonebookStateViewingList::enterStateEvent"));
     EXPECT_EQ(tabs().getDisplayable(LDAP_TAB), context().m_pLdapDisplayList.get());
+}
+
+TEST_F(ModeUpdates, RestartsWithAllContactsAndNothingFound)
+{
+    directory.groups->updateGroup({3, "Family"});
+    contact("Miller", "Ann");
+    start();
+    showGroup(3);
+    ASSERT_EQ(title(), "Family");
+    directory.found = {{{"lastname", "Found"}}, {{"nickname", "false"}}};
+    directory.status = DIRECTORY_SUCCESS;
+    PhonebookSearchCriteria criteria({}, "", true);
+    context().m_pLdapPhonebookList->populate(criteria, false);
+    ASSERT_EQ(context().m_pLdapPhonebookList->size(), 1u);
+    mode().RestartLocalPhonebook();
+    host.settle();
+
+    EXPECT_EQ(title(), "");
+    EXPECT_EQ(rows(), Texts({"Miller, Ann"}));
+    EXPECT_EQ(context().m_pLdapPhonebookList->size(), 0u);
 }
 
 TEST_F(ModeUpdates, LeavesEachStateOnItsOwnTabForARestart)
