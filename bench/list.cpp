@@ -161,11 +161,11 @@ void plainSort(std::vector<std::string>& names)
     });
 }
 
-std::vector<std::string> shownNames(PhonebookList& list)
+std::vector<std::string> shownNames(PhonebookList& list, displayMode mode)
 {
     std::vector<std::string> names;
     for (unsigned int row = 0; row < list.size(); ++row)
-        names.push_back(list.elementAt(row).getDisplayName(list.getDisplayMode(), displayQualifier::None));
+        names.push_back(list.elementAt(row).getDisplayName(mode, displayQualifier::None));
     return names;
 }
 
@@ -219,10 +219,7 @@ void sortAgain(benchmark::State& state)
         state, [&] { return secondsFor([&] { list.setDisplayMode(displayMode::FirstnameSurname); }); },
         [&] {
             list.setDisplayMode(displayMode::SurnameFirstname);
-            std::vector<std::string> names;
-            for (unsigned int row = 0; row < list.size(); ++row)
-                names.push_back(list.elementAt(row).getDisplayName(displayMode::FirstnameSurname,
-                                                                   displayQualifier::None));
+            auto names = shownNames(list, displayMode::FirstnameSurname);
             return secondsFor([&] { plainSort(names); });
         });
 }
@@ -234,7 +231,7 @@ void saveContact(benchmark::State& state)
     PhonebookList list(&book().service());
     list.setDisplayMode(displayMode::SurnameFirstname);
     list.populate(-1);
-    std::vector<std::string> names = shownNames(list);
+    std::vector<std::string> names = shownNames(list, displayMode::SurnameFirstname);
     std::mt19937 random(3);
     compare(
         state,
@@ -267,7 +264,7 @@ void switchNameFormat(benchmark::State& state)
     list.setDisplayMode(displayMode::FirstnameSurname);
     list.populate(-1);
     DisplayAPI::SearchList widget;
-    for (const auto& name : shownNames(list))
+    for (const auto& name : shownNames(list, list.getDisplayMode()))
         widget.append(new DisplayAPI::PhonebookItem(3, 0, name, 1));
     compare(
         state,
@@ -283,10 +280,7 @@ void switchNameFormat(benchmark::State& state)
         },
         [&] {
             list.setDisplayMode(displayMode::SurnameFirstname);
-            std::vector<std::string> names;
-            for (unsigned int row = 0; row < list.size(); ++row)
-                names.push_back(list.elementAt(row).getDisplayName(displayMode::FirstnameSurname,
-                                                                   displayQualifier::None));
+            auto names = shownNames(list, displayMode::FirstnameSurname);
             return secondsFor([&] { plainSort(names); });
         });
 }
@@ -325,7 +319,7 @@ void bytesARow(benchmark::State& state)
         DisplayAPI::SearchList widget;
         std::size_t listTexts = 0;
         std::size_t widgetTexts = 0;
-        for (const auto& name : shownNames(list)) {
+        for (const auto& name : shownNames(list, list.getDisplayMode())) {
             widget.append(new DisplayAPI::PhonebookItem(3, 0, name, 1));
             widgetTexts += name.size();
         }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -91,8 +92,9 @@ void StartToFirstFrame(benchmark::State& state)
 }
 BENCHMARK(StartToFirstFrame)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// `word` and `back` in turn, so that every press makes a new frame.
-void keyToFrame(benchmark::State& state, const char* word, const char* back)
+// `word` and `back` in turn, so that every press makes a new frame; `first` leads to their screen.
+void keyToFrame(benchmark::State& state, const char* word, const char* back,
+                const std::vector<const char*>& first = {})
 {
     Desk desk(static_cast<int>(state.range(0)));
     auto phone = desk.telephone();
@@ -100,6 +102,8 @@ void keyToFrame(benchmark::State& state, const char* word, const char* back)
     phone->runPending();
     press(*phone, "phonebook");
     press(*phone, "down");
+    for (const char* key : first)
+        press(*phone, key);
     bool there = false;
     for ([[maybe_unused]] auto round : state) {
         const auto before = phone->frames().latest()->number;
@@ -115,6 +119,15 @@ BENCHMARK_CAPTURE(keyToFrame, letter, "text:s", "clear")
     ->Arg(100'000)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(keyToFrame, menu, "menu", "back")->Arg(100)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+// The second choice of a contact's menu is its form.
+BENCHMARK_CAPTURE(keyToFrame, form, "ok", "back", {"menu", "down"})
+    ->Arg(100)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(keyToFrame, formLetter, "text:s", "clear", {"menu", "down", "ok"})
+    ->Arg(100)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(keyToFrame, homeAndOpen, "home", "phonebook")
     ->Arg(100)
     ->Arg(100'000)
