@@ -64,6 +64,16 @@ TEST_F(ContactFormDialling, DialsWhatWasTypedAndKeepsTheForm)
     EXPECT_EQ(directory.records.begin()->second.at("Mobile"), "3");
 }
 
+TEST_F(ContactFormDialling, DialsANumberWithoutTheBlanksAroundIt)
+{
+    contact("Adams", "Amy", {{"Mobile", " 0170 1 "}});
+    start();
+    openDetails();
+    focus("mobile");
+    press(OK);
+    EXPECT_EQ(calls(), Texts{"MakeCall 0170 1"});
+}
+
 TEST_F(ContactFormDialling, RefusesASecondCallUntilDiallingStops)
 {
     amy();
@@ -238,9 +248,11 @@ TEST_F(ContactFormDialling, ShowsTheDiallerAfreshOnBack)
     openDetails();
     dialingStarts("0");
     type("30");
+    ASSERT_EQ(top().dialler.edit, "030");
     press(BACK);
     EXPECT_EQ(top().role, DisplayAPI::FrameRole::Dialler);
     EXPECT_EQ(top().dialler.line2, "0");
+    EXPECT_EQ(top().dialler.edit, "");
     EXPECT_TRUE(inForm());
 }
 
