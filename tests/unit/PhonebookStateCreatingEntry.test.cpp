@@ -171,6 +171,36 @@ TEST_F(ContactForm, SpeaksTheLanguageOfTheMoment)
     EXPECT_EQ(choices("x.groups.form"), (Texts{"x.no.group", "x.group.copied.contacts", "Friends"}));
 }
 
+TEST_F(ContactForm, TranslatesEveryChoiceAndMessage)
+{
+    telephone.translator.prefix = "x.";
+    start();
+    press(MENU);
+    choose("x.new.contact");
+    EXPECT_EQ(choices("x.form.options"), (Texts{"x.save.exit", "x.exit.no.save"}));
+    EXPECT_EQ(value("x.default.no"), "x.no.default");
+    EXPECT_EQ(value("x.groups.form"), "x.no.group");
+    EXPECT_EQ(value("x.picture"), "x.no.picture");
+    for (const auto* number : NUMBERS)
+        fill(telephone.translator.prefix + number, "7");
+    EXPECT_EQ(choices("x.default.no"), (Texts{"x.business1", "x.business2", "x.mobile", "x.private"}));
+    press(BACK);
+    EXPECT_EQ(top().text, "x.save.changes.prompt");
+    EXPECT_EQ(host.frame->softKeys[0].label, "x.save");
+    EXPECT_EQ(host.frame->softKeys[1].label, "x.do.not.save");
+    choose("x.save");
+    EXPECT_EQ(screen(), "! x.PBerror.name\n");
+    press(OK);
+    fill("x.last.name", "Young");
+    press(SAVE);
+    EXPECT_EQ(screen(), "! x.changes.saved\n");
+    press(OK);
+    configuration.whileLoading = [&] { EXPECT_EQ(screen(), "~ x.loading.picture.clips\n"); };
+    openDetails();
+    focus("x.mobile");
+    EXPECT_EQ(host.frame->softKeys[0].label, "x.dial");
+}
+
 // --- Entering and leaving ---
 
 TEST_F(ContactForm, IsBuiltInItsOrder)
