@@ -1,5 +1,6 @@
 #include "ContactStore.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 
@@ -462,20 +463,39 @@ bool ContactStore::holds(const Contact& contact)
     return found.ok() && found.value() == contact;
 }
 
-Result<std::string> ContactStore::write(Contact contact)
+Result<std::string> ContactStore::write(Contact contact, const std::optional<Contact>& before)
 {
     makeFit(contact);
     if (contact.id.empty())
         contact.id = newId();
+    Contact merged;
     const auto written = change(
         [&] {
-            put(contact);
+            merged = contact;
+            if (before)
+                keepChangesOfOthers(merged, *before);
+            put(merged);
             return true;
         },
-        [&] { return holds(contact); });
+        [&] { return holds(merged); });
     if (!written)
         return written.error();
     return contact.id;
+}
+
+void ContactStore::keepChangesOfOthers(Contact& contact, const Contact& before)
+{
+    const auto stored = read(contact.id);
+    if (!stored || !stored.value() || *stored.value() == before)
+        return;
+    const Contact& theirs = *stored.value();
+    const auto keep = [&](auto field) {
+        if (contact.*field == before.*field)
+            contact.*field = theirs.*field;
+    };
+    std::ranges::for_each(nTEXT_FIELDS, keep);
+    keep(&Contact::group);
+    keep(&Contact::defaultNumber);
 }
 
 void ContactStore::put(const Contact& contact)

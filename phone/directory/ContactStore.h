@@ -57,8 +57,9 @@ public:
 
     Result<std::optional<Contact>> read(const std::string& id);
     // Stores a new contact or changes one, also one that was deleted meanwhile, and gives its id. A
-    // group that has no name counts as none.
-    Result<std::string> write(Contact contact);
+    // group that has no name counts as none. Of a contact that others have changed since it was read
+    // as `before`, what is still as it was then keeps their changes.
+    Result<std::string> write(Contact contact, const std::optional<Contact>& before = std::nullopt);
     // Deleting what is gone already succeeds.
     Result<void> erase(const std::string& id);
     // Those of one group, 0 being those of none; without `group` all.
@@ -141,6 +142,7 @@ private:
     Result<void> change(const std::function<bool()>& work, const std::function<bool()>& isDone);
     std::optional<SqliteError> tryTransaction(const std::function<bool()>& work);
     bool holds(const Contact& contact);
+    void keepChangesOfOthers(Contact& contact, const Contact& before);
     std::string readList(std::optional<int> group, bool& badIds);
     bool replaceBadIds();
     std::vector<std::string> readGroups(std::size_t slots);

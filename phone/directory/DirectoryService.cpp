@@ -107,12 +107,16 @@ std::string DirectoryService::read(const std::string& id)
         return failure("reading a contact", found.error());
     if (!found.value())
         return failure("reading a contact", {ErrorCode::NotFound, "There is no such contact any more."});
-    return readAnswer(*found.value());
+    m_lastRead = found.value();
+    return readAnswer(*m_lastRead);
 }
 
 std::string DirectoryService::write(const Contact& contact)
 {
-    const auto id = m_pStore->write(contact);
+    const bool wasRead = m_lastRead && m_lastRead->id == contact.id;
+    const auto id = m_pStore->write(contact, wasRead ? m_lastRead : std::nullopt);
+    if (id)
+        m_lastRead.reset();
     return id ? writeAnswer(id.value()) : failure("writing a contact", id.error());
 }
 

@@ -87,6 +87,8 @@ private:
     DirectoryOptions m_options;
     EventPoster& m_notices;
     std::unique_ptr<ContactStore> m_pStore;
+    // What the next save most likely changes, as it was read.
+    std::optional<Contact> m_lastRead;
     std::vector<DirectoryServiceObserverIfc*> m_observers;
     bool m_noticePosted = false;
     bool m_noticeIsRestart = false;

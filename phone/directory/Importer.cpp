@@ -284,7 +284,8 @@ void Importer::claim(PlannedCard& card, const Contact& contact)
 // Cards that a contact was imported from, word for word.
 void Importer::findUnchanged()
 {
-    Statement find(m_store.database()->handle(), "SELECT id, card FROM cards WHERE hash = ?1");
+    Statement find(m_store.database()->handle(),
+                   "SELECT id, card FROM cards JOIN contacts USING(id) WHERE hash = ?1");
     for (std::size_t index = 0; index < m_cards.size(); ++index) {
         auto& card = m_cards[index];
         if (card.fate != CardFate::New)
@@ -309,7 +310,8 @@ void Importer::findUnchanged()
 void Importer::findByUid()
 {
     Statement find(m_store.database()->handle(),
-                   "SELECT id FROM cards WHERE uid = ?1 AND uid <> '' ORDER BY rowid");
+                   "SELECT id FROM cards JOIN contacts USING(id) WHERE uid = ?1 AND uid <> '' "
+                   "ORDER BY cards.rowid");
     for (auto& card : m_cards) {
         if (card.fate != CardFate::New || card.uid.empty())
             continue;

@@ -307,6 +307,36 @@ TEST_F(Directory, CutsWhatARequestMakesTooLongBetweenCharacters)
     EXPECT_EQ(element(read(id), "Firstname"), "   ");
 }
 
+TEST_F(Directory, KeepsWhatOthersChangedInAContactThatIsSaved)
+{
+    const auto id = add("Miller");
+    read(id);
+    {
+        ContactStore other(DirectoryService::fileIn(folder.path()), "");
+        auto contact = *other.read(id).value();
+        contact.email = "theirs@mail.example";
+        contact.surname = "Theirs";
+        contact.office = contact.mobile = "2";
+        contact.defaultNumber = DefaultNumber::Mobile;
+        ASSERT_TRUE(other.write(contact).ok());
+    }
+    const std::string ours =
+        "<UniqueID>" + id + "</UniqueID><Surname>Ours</Surname><Private>1</Private><Office>1</Office>";
+    write(ours);
+    const auto saved = read(id);
+    EXPECT_EQ(element(saved, "Email"), "theirs@mail.example");
+    EXPECT_EQ(element(saved, "Mobile"), "2");
+    EXPECT_EQ(element(saved, "DefaultNumber"), "3");
+    EXPECT_EQ(element(saved, "Private"), "1");
+    // What both changed is as it was saved last.
+    EXPECT_EQ(element(saved, "Surname"), "Ours");
+    EXPECT_EQ(element(saved, "Office"), "1");
+
+    // Read anew, it was seen: an empty field is the user's will now.
+    write(ours);
+    EXPECT_EQ(element(read(id), "Email"), "");
+}
+
 TEST_F(Directory, MovesTheMembersOfADeletedGroup)
 {
     PhonebookGroupList groups;

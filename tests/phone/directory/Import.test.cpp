@@ -128,6 +128,15 @@ TEST_F(Import, OfTheSameFileAgainKeepsWhatTheUserChanged)
     EXPECT_EQ(names(), "Smith");
 }
 
+TEST_F(Import, BringsBackAContactWhoseCardAnotherProgramLeftBehind)
+{
+    import(nANN);
+    Database(DirectoryService::fileIn(folder.path()), Database::Mode::ReadWrite)
+        .execute("PRAGMA foreign_keys = OFF; DELETE FROM contacts");
+    EXPECT_EQ(summary(nANN), "Imported: 1 new, 0 changed, 0 duplicate, 0 invalid.");
+    EXPECT_EQ(names(), "Miller");
+}
+
 TEST_F(Import, RehearsesWithoutChangingAnything)
 {
     import(nANN);
