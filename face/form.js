@@ -66,6 +66,8 @@ class TextView extends FieldView {
     this.still = element("span", { class: "still", "aria-hidden": "true", dir: "auto" });
     this.line = element("span", { class: "line" }, this.input, this.still);
     this.count = element("span", { class: "count", id: `count-${position}` });
+    /** @type {Field | null} */
+    this.shown = null;
     this.box.append(this.line, this.count);
   }
 
@@ -79,6 +81,7 @@ class TextView extends FieldView {
     const characters = [...field.value];
     const before = characters.slice(0, Math.max(field.cursor, 0)).join("");
     this.showCount(field, characters.length);
+    this.shown = field;
     set(this.input, { readonly: field.readOnly, "data-limit": field.maxLength, "aria-invalid": field.maxLength >= 0 && characters.length > field.maxLength ? "true" : null });
     this.showFocus(field);
     this.page.typing.show(this.input, { value: field.value, caret: field.cursor < 0 ? -1 : before.length });
@@ -89,11 +92,11 @@ class TextView extends FieldView {
   }
 
   /** @param {Field} field @param {number} length */
-  showCount({ focused, readOnly, maxLength }, length) {
+  showCount({ focused, readOnly, maxLength, value }, length) {
     const counts = focused && !readOnly && maxLength >= 0 && length > maxLength - COUNTS_WITHIN - 1;
     const shown = counts ? `${length}/${maxLength}` : "";
     const isFull = counts && length >= maxLength;
-    if (isFull && this.count.textContent !== "" && this.count.textContent !== shown)
+    if (isFull && this.shown?.focused && this.shown.value !== value)
       this.page.announce(this.page.text("phone.fieldFull"));
     setText(this.count, shown);
     set(this.input, { "aria-describedby": counts ? this.count.id : null });

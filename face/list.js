@@ -50,20 +50,26 @@ export class ListView {
     this.rows = element("ul", { class: "rows", id: "rows", role: "presentation" });
     this.bar = new ScrollBar();
     this.list = element("div", { class: "list" }, this.rows, this.bar.root);
+    this.leave = element("kbd");
+    this.effect = element("span");
+    this.legend = element("p", { class: "legend", id: "legend" }, this.leave, this.effect);
   }
 
   /** @param {HTMLElement} content @param {Screen} screen */
   show(content, screen) {
     if (this.list.parentElement !== content)
-      content.replaceChildren(this.search, this.list);
+      content.replaceChildren(this.search, this.list, this.legend);
     this.showSearch(screen);
+    this.showLegend(screen);
     const selected = screen.rows.find((row) => row.selected);
     set(this.editable, {
       contenteditable: screen.role === "list",
       "aria-label": screen.title || this.text("phone.rows"),
       "aria-activedescendant": selected && screen.highlighted ? `row-${selected.position}` : null,
       "aria-busy": String(screen.waiting),
+      "aria-describedby": screen.role === "exclusive" ? this.legend.id : null,
     });
+    set(this.list, { "data-role": screen.role });
     this.typing.show(this.editable, { value: "", caret: 0 });
     set(this.rows, { "data-highlighted": String(screen.highlighted) });
     update(this.rows, screen.rows, (row) => element("li", {
@@ -87,6 +93,13 @@ export class ListView {
     else
       this.found.replaceChildren(screen.search, element("u", {}, screen.pending));
     this.found.scrollLeft = this.found.scrollWidth; // of a long text the end is to be seen
+  }
+
+  /** One of several choices is taken by leaving them, which nobody would guess. @param {Screen} screen */
+  showLegend({ role }) {
+    this.legend.hidden = role !== "exclusive";
+    setText(this.leave, this.text("phone.back"));
+    setText(this.effect, this.text("phone.save"));
   }
 
   /** Brings up a touch keyboard when the list gets the focus, or does not. @param {boolean} wanted */

@@ -96,6 +96,8 @@ document.addEventListener("pointerdown", (event) => {
 document.addEventListener("pointerup", () => clearTimeout(holdTimer));
 document.addEventListener("pointercancel", () => clearTimeout(holdTimer));
 document.addEventListener("click", (event) => {
+  if (screen.doubleClick.isMisled(event))
+    return;
   const button = event.target instanceof Element ? event.target.closest("button[data-key]") : null;
   if (button && heldKey === "")
     press(button.getAttribute("data-key") ?? "");

@@ -7,10 +7,15 @@
  */
 
 import { byId, element, icon, set, setText, update } from "./dom.js";
+import { DoubleClick } from "./doubleclick.js";
 import { FormView } from "./form.js";
 import { ListView } from "./list.js";
 import { PopupView } from "./popup.js";
+import { Scrolling } from "./scrolling.js";
 import { Typing } from "./typing.js";
+
+/** The keys that a click beside a popup presses. @type {Record<string, string>} */
+const AWAY = { menu: "back", notification: "ok" };
 
 export class ScreenView {
   /** @param {(key: string) => void} press @param {(key: string) => string} text */
@@ -30,7 +35,10 @@ export class ScreenView {
     this.list = new ListView(text, this.typing);
     this.form = new FormView({ text, typing: this.typing, announce: (said) => this.announce(said) });
     this.popup = new PopupView(this.popupBox, text);
+    this.scrolling = new Scrolling(this.display, press);
+    this.doubleClick = new DoubleClick();
     this.role = "";
+    this.popupRole = "";
     this.display.addEventListener("click", (event) => this.clicked(event));
     this.display.addEventListener("focusin", (event) => this.focused(event));
     new ResizeObserver(() => this.form.keepCaretInSight()).observe(this.display);
@@ -42,6 +50,9 @@ export class ScreenView {
     this.showStrip(frame);
     this.showBase(frame);
     this.popup.show(frame.popup);
+    this.popupRole = frame.popup?.role ?? "";
+    this.scrolling.show(frame.popup ?? frame.base);
+    this.doubleClick.show(frame);
     this.base.inert = frame.popup !== null;
     this.window.hidden = frame.systemWindow.length === 0;
     update(this.window, frame.systemWindow, (line) => element("div", {}, line));
@@ -96,7 +107,9 @@ export class ScreenView {
   /** The title, and what the telephone shows of itself: its hook, and what its digit keys do. @param {Frame} frame */
   showStrip(frame) {
     const { offHook, dialPad } = frame.signs;
-    setText(byId("title"), frame.base.role === "idle" ? "" : frame.base.title);
+    const title = frame.base.role === "idle" ? "" : frame.base.title;
+    setText(byId("title"), title);
+    set(this.display, { "data-titled": String(title !== "") });
     update(byId("signs"), [...(offHook ? ["offHook"] : []), ...(dialPad ? ["dialPad"] : [])], (sign) =>
       element("span", { class: "sign", role: "img", "aria-label": this.text(sign === "offHook" ? "phone.offHook" : "phone.dialPadOn") },
         icon(sign === "offHook" ? "call" : "pad")));
@@ -158,17 +171,32 @@ export class ScreenView {
     }
   }
 
-  /** @param {Event} event */
+  /** @param {MouseEvent} event */
   clicked(event) {
+    if (this.doubleClick.isMisled(event))
+      return;
     const target = event.target instanceof Element ? event.target : null;
     const row = target?.closest("[data-key]");
-    // A field that is typed into takes the focus as soon as it is pointed at: see focused().
-    if (row && !(target instanceof HTMLInputElement) && row.getAttribute("data-focused") !== "true")
+    if (row && !this.isThere(row, event))
       this.press(row.getAttribute("data-key") ?? "");
+    else if (target === this.popupBox && this.popupRole in AWAY)
+      this.press(AWAY[this.popupRole] ?? "");
     const step = target?.closest("[data-step]")?.getAttribute("data-step");
     if (step)
       this.press(step);
     this.pointed(event);
+  }
+
+  /**
+   * Whether to point at something changes nothing. A field that is typed into takes the focus as soon as
+   * it is pointed at, see focused(); the choice of several that is marked already stays marked, where
+   * pressed again it would be OK, which leaves it.
+   * @param {Element} row
+   * @param {MouseEvent} event
+   */
+  isThere(row, { target, detail }) {
+    const isChosen = this.role === "exclusive" && (row.getAttribute("aria-selected") === "true" || detail > 1);
+    return target instanceof HTMLInputElement || row.getAttribute("data-focused") === "true" || isChosen;
   }
 
   /** A field that got the focus by the pointer, or by what assists a person, is to be the telephone's. @param {FocusEvent} event */

@@ -3,7 +3,7 @@
 
 import assert from "node:assert/strict";
 import { after, afterEach, before, beforeEach, describe, test } from "node:test";
-import { Telephone, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
+import { Telephone, doubleClick, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
 
 const PEOPLE = [{ surname: "Lindqvist", firstname: "Anna", work: "+493023125001", cell: "+4917123456789" }];
 const LETTERS = [..."abcdefghijklmnopqrstuvwxyz"];
@@ -202,6 +202,74 @@ describe("a form", () => {
     assert.match(value, /^(👩‍?🚀?‍?)+$/u);
     assert.ok(!value.includes("\uFFFD"));
     await page.locator("body[data-state=connected]").waitFor();
+    await expectText(page.locator("#live"), "Field full");
+  });
+
+  test("says nothing of a full field that one only comes by", async () => {
+    await openForm();
+    await page.keyboard.type("x".repeat(Number(await field("Last name").evaluate((input) => input.dataset.limit))));
+    await expectText(page.locator("#live"), "Field full");
+    await press("ArrowDown");
+    await expectFocus(field("First name"));
+    await page.evaluate(() => document.querySelector("#live").replaceChildren());
+    await press("ArrowUp");
+    await page.locator(".count[data-full=true]").waitFor();
+    assert.equal(await page.locator("#live").textContent(), "");
+  });
+
+  test("is scrolled through with the mouse wheel", async () => {
+    await openForm();
+    await field("Mobile").hover();
+    for (let i = 0; i < 8; ++i)
+      await page.mouse.wheel(0, 120);
+    await expectFocus(selection("Picture"));
+    for (let i = 0; i < 8; ++i)
+      await page.mouse.wheel(0, -120);
+    await expectFocus(selection("Options"));
+  });
+
+  test("has all that was typed when the page is loaded anew, and takes more", async () => {
+    await openForm();
+    await page.keyboard.type("Berg");
+    await press("Tab");
+    await page.keyboard.type("Jo");
+    await expectValue(field("First name"), "Jo");
+    await page.reload();
+    await expectValue(field("First name"), "Jo");
+    assert.equal(await field("Last name").inputValue(), "Berg");
+    await expectFocus(field("First name"));
+    await page.goto("about:blank");
+    await page.goBack();
+    await expectValue(field("First name"), "Jo");
+    await page.keyboard.type("e");
+    await expectValue(field("First name"), "Joe");
+  });
+
+  test("is the same on two pages, whichever is typed at", async () => {
+    await openForm();
+    const other = await page.context().newPage();
+    await other.goto(telephone.address);
+    const there = (label) => other.getByRole("textbox", { name: label, exact: true });
+    await there("Last name").and(other.locator(":focus")).waitFor();
+    await other.keyboard.type("ab");
+    await expectValue(field("Last name"), "ab");
+    await page.bringToFront();
+    await page.keyboard.type("c");
+    await expectValue(there("Last name"), "abc");
+    await there("Office").click();
+    await expectFocus(field("Office"));
+    await page.keyboard.type("1");
+    await expectValue(there("Office"), "1");
+    await other.keyboard.type("2");
+    await expectValue(field("Office"), "12");
+    await other.close();
+  });
+
+  test("leaves the focus where a form begins when its menu was clicked twice", async () => {
+    await openMenu();
+    await doubleClick(page, page.getByRole("menuitem", { name: "New contact", exact: true }), page.getByRole("form"));
+    await page.keyboard.type("Berg");
+    await expectValue(field("Last name"), "Berg");
   });
 
   test("takes dropped text where the telephone's caret is", async () => {
@@ -520,6 +588,17 @@ describe("a finger", () => {
     await page.locator(".field[data-focused=true] .still").waitFor();
     await field("First name").tap();
     await expectFocus(field("First name"));
+  });
+
+  test("that swipes goes through the form", async () => {
+    await openForm();
+    const { x, y } = await field("Default number").or(field("Private")).first().boundingBox();
+    const touch = (type, at) => devtools.send("Input.dispatchTouchEvent", { type, touchPoints: at === undefined ? [] : [{ x, y: at }] });
+    await touch("touchStart", y);
+    for (let moved = 20; moved <= 120; moved += 20)
+      await touch("touchMove", y - moved);
+    await touch("touchEnd");
+    await page.locator(".field[data-focused=true]", { has: field("Office 2") }).waitFor();
   });
 
   test("on a row brings up no touch keyboard, on the search does", async () => {

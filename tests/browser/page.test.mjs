@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import { request } from "node:http";
 import { after, afterEach, before, beforeEach, describe, test } from "node:test";
-import { Telephone, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
+import { Telephone, doubleClick, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
 
 const PEOPLE = [
   { surname: "Adams", firstname: "Alice", work: "+49 30 23125 001" },
@@ -253,6 +253,104 @@ describe("the page", () => {
     await page.keyboard.up("Enter");
     await page.keyboard.press("ArrowDown");
     await page.locator("#popup #choice-1.selected").waitFor();
+  });
+
+  test("moves through the rows with the mouse wheel, and never off to the tabs", async () => {
+    await openPhonebook();
+    const at = (position) => page.locator(`[role=option][aria-selected=true][aria-posinset='${position}']`);
+    await page.locator("#rows").hover();
+    await page.mouse.wheel(0, 120);
+    await at(4).waitFor();
+    for (let i = 0; i < 10; ++i)
+      await page.mouse.wheel(0, -120);
+    await at(1).waitFor();
+    await page.keyboard.press("ArrowDown");
+    await at(2).waitFor(); // after all that the wheel pressed
+  });
+
+  test("leaves a menu and a message when one clicks beside them", async () => {
+    await openPhonebook();
+    await page.keyboard.press("ArrowRight");
+    await popup("menu").waitFor();
+    await page.locator("#popup").click({ position: { x: 3, y: 60 } });
+    await popup("menu").waitFor({ state: "detached" });
+    await page.keyboard.press("Enter");
+    await popup("alert").waitFor();
+    await page.locator("#popup").click({ position: { x: 3, y: 60 } });
+    await popup("alert").waitFor({ state: "detached" });
+    await row("<b>Zed</b>").and(selected()).waitFor();
+  });
+
+  test("asks before it deletes even whom clicks twice", async () => {
+    await openPhonebook();
+    await page.keyboard.type("ba");
+    await row("Baker, Bob").and(selected()).waitFor();
+    await page.keyboard.press("ArrowRight");
+    await popup("menu").waitFor();
+    for (let i = 0; i < 5; ++i)
+      await page.keyboard.press("ArrowDown");
+    await page.locator("#popup .selected", { hasText: /^Delete$/ }).waitFor();
+    await doubleClick(page, page.locator("#soft button").first(), popup("alertdialog"));
+    await page.keyboard.press("Escape");
+    await popup("menu").waitFor();
+    await page.keyboard.press("Escape");
+    await row("Baker, Bob").and(selected()).waitFor();
+  });
+
+  test("does not close a message with the second click of what brought it up", async () => {
+    await openPhonebook();
+    await row("Baker, Bob").click();
+    await row("Baker, Bob").and(selected()).waitFor();
+    await doubleClick(page, page.locator(".nav .ok"), popup("alert"));
+    await page.locator("body").click({ position: { x: 2, y: 2 } });
+    assert.equal(await popup("alert").count(), 1);
+    await page.locator(".nav .ok").click(); // a click of its own does
+    await popup("alert").waitFor({ state: "detached" });
+  });
+
+  test("presses digits as often as they are clicked", async () => {
+    await openPhonebook();
+    await page.locator("#keypad button[data-key='2']").click({ clickCount: 3 });
+    await expectText(page.locator(".search .found"), /^c$/);
+  });
+
+  test("says how one of several choices is taken, and loses none by a double click", async () => {
+    await openPhonebook();
+    await selected().waitFor();
+    await page.keyboard.press("ArrowRight");
+    await page.getByRole("menuitem", { name: "Name format", exact: true }).click();
+    const choice = row("First name, last name");
+    await expectText(page.locator(".legend"), "Back");
+    assert.equal(await page.getByRole("listbox").getAttribute("aria-describedby"), "legend");
+    await expectNoViolations("choices");
+    await choice.dblclick();
+    await choice.and(selected()).waitFor();
+    await choice.click();
+    await page.keyboard.press("Escape");
+    await row("Alice Adams").waitFor();
+    assert.equal(await page.locator(".legend").isVisible(), false);
+  });
+
+  test("keeps no empty strip above the tabs, and its signs off their names", async () => {
+    await openPhonebook();
+    const display = await page.locator("#display").boundingBox();
+    const tabs = await page.getByRole("tablist").boundingBox();
+    assert.ok(tabs.y - display.y < 10, `${tabs.y - display.y} px`);
+    const lastTab = await page.getByRole("tab").last().boundingBox();
+    const mode = await page.locator("#mode").boundingBox();
+    assert.ok(lastTab.x + lastTab.width <= mode.x);
+    await page.locator("[data-key=hook]").click();
+    await popup("dialog").waitFor();
+    await page.getByRole("img", { name: "Off-hook" }).click({ trial: true }); // nothing lies over it
+  });
+
+  test("dims its keys while they press nothing", async () => {
+    const opacity = () => page.locator(".nav .ok").evaluate((button) => Number(getComputedStyle(button).opacity));
+    assert.equal(await opacity(), 1);
+    await telephone.stop();
+    await page.locator("#cover").waitFor();
+    assert.ok(await opacity() < 1);
+    page.problems.length = 0; // the browser reports each refused connection
   });
 
   test("shows an emptied number as empty while it is edited", async () => {

@@ -102,6 +102,22 @@ export async function expectText(locator, text) {
   await locator.filter({ hasText: text }).waitFor();
 }
 
+/**
+ * Clicks twice as a person does: the second time on what the first click has brought up meanwhile.
+ * @param {import("playwright-core").Page} page
+ * @param {import("playwright-core").Locator} at
+ * @param {import("playwright-core").Locator} until what the first click brings up
+ */
+export async function doubleClick(page, at, until) {
+  const { x, y, width, height } = await at.boundingBox();
+  await page.mouse.move(x + width / 2, y + height / 2);
+  await page.mouse.down({ clickCount: 1 });
+  await page.mouse.up({ clickCount: 1 });
+  await until.waitFor();
+  await page.mouse.down({ clickCount: 2 });
+  await page.mouse.up({ clickCount: 2 });
+}
+
 /** What keeps some people from using what the page shows now. */
 export async function violations(page) {
   await page.evaluate(AXE);

@@ -49,8 +49,9 @@ void sanitise(std::string& text)
 
 void sanitise(FrameScreen& screen)
 {
-    for (auto* text : {&screen.title, &screen.image, &screen.text, &screen.search, &screen.pending, &screen.dialler.prefix,
-                       &screen.dialler.line1, &screen.dialler.line2, &screen.dialler.edit})
+    for (auto* text :
+         {&screen.title, &screen.image, &screen.text, &screen.search, &screen.pending, &screen.dialler.prefix,
+          &screen.dialler.line1, &screen.dialler.line2, &screen.dialler.edit})
         sanitise(*text);
     for (auto& row : screen.rows) {
         sanitise(row.text);
