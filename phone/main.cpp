@@ -20,6 +20,7 @@
 #include "directory/BackupCommand.h"
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
+#include "directory/NewFile.h"
 #include "pictures/AddPictureCommand.h"
 #include "system/Log.h"
 #include "web/PageFace.h"
@@ -36,6 +37,12 @@ struct Arguments {
     bool open = true;
     std::uint16_t port = 0;
 };
+
+// A script's variable that is not set must not mean the user's own profile.
+std::string isNamed(const std::string& folder)
+{
+    return folder.empty() ? "a folder's name is missing" : "";
+}
 
 int refuse(const Error& error)
 {
@@ -128,6 +135,8 @@ int runTelephone(const Arguments& arguments)
     const auto lock = ProfileLock::take(profile);
     if (!lock)
         return refuse(lock.error());
+    for (const auto& folder : {profile.data, profile.pictures()})
+        removeLeftParts(folder);
 
     Log log(profile.log / "deskphone.log", arguments.log ? Log::Echo::StandardError : Log::Echo::None);
     PhoneOptions options;
@@ -162,6 +171,7 @@ int main(int argc, char** argv)
     app.fallthrough(); // "deskphone config list --profile DIR" too
     auto* demo = app.add_flag("--demo", arguments.demo, "Use a profile of its own with made-up contacts");
     app.add_option("--profile", arguments.profile, "Keep contacts and settings in this folder")
+        ->check(isNamed)
         ->excludes(demo);
     app.add_flag("--text", arguments.text, "Show the screen as text and read keys as words");
     app.add_option("--port", arguments.port, "Serve the page on this port");

@@ -48,8 +48,7 @@ Result<void> checkIsFile(const fs::path& file)
     const auto status = fs::status(file, failed);
     if (!fs::exists(status))
         return Error{ErrorCode::NotFound,
-                     "\"" + file.string() + "\" cannot be read: " +
-                         std::make_error_code(std::errc::no_such_file_or_directory).message() + "."};
+                     "\"" + file.string() + "\" cannot be read: " + failed.message() + "."};
     if (!fs::is_regular_file(status))
         return Error{ErrorCode::Denied, "\"" + file.string() + "\" is no file."};
     if (::access(file.c_str(), R_OK) != 0)

@@ -1,23 +1,36 @@
 #include "ExportCommand.h"
 
+#include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <ostream>
-#include <sstream>
+#include <utility>
 
 #include "Cards.h"
-#include "DirectoryService.h"
+#include "ContactStore.h"
 #include "NewFile.h"
+#include "OutputFile.h"
+#include "pictures/PictureFile.h"
 
 namespace {
 
 constexpr int nFAILED = 1;
 
-std::string contentOf(const std::filesystem::path& file)
+bool isCardFile(const std::filesystem::path& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return std::move(content).str();
+    std::string begin(64, '\0');
+    std::ifstream(file, std::ios::binary).read(begin.data(), static_cast<std::streamsize>(begin.size()));
+    std::transform(begin.begin(), begin.end(), begin.begin(),
+                   [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
+    return begin.find("BEGIN:VCARD") != std::string::npos;
+}
+
+// "" for what is no picture that the telephone would show.
+std::string pictureIn(const std::filesystem::path& file)
+{
+    const auto opened = PictureFile::open(file);
+    auto content = opened ? opened.value().content() : opened.error();
+    return content ? std::move(content).value() : "";
 }
 
 Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std::filesystem::path& pictures)
@@ -34,7 +47,7 @@ Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std:
     const auto read = store.forEach([&](const Contact& contact, const KeptCard& card) {
         // A picture's name is no path: whatever stands before its last part is not looked at.
         const auto clip = std::filesystem::path(contact.picture).filename();
-        const auto photo = clip.empty() ? "" : contentOf(pictures / clip);
+        const auto photo = clip.empty() ? "" : pictureIn(pictures / clip);
         written = writer.write(contact, card, groupName(contact.group), photo);
         count += written ? 1 : 0;
         return written.ok();
@@ -48,27 +61,32 @@ Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std:
     return count;
 }
 
-Result<std::size_t> exportTo(const std::filesystem::path& part, const ExportOptions& options)
+Result<std::size_t> exportBook(const std::filesystem::path& book, const std::filesystem::path& pictures,
+                               const std::filesystem::path& part, const std::string& version)
 {
-    ContactStore store(DirectoryService::fileIn(options.profile), "");
+    ContactStore store(book, "");
     if (store.state() == ContactStore::State::Unusable)
         return Error{ErrorCode::Malformed, store.notice()};
-    auto writer = CardWriter::open(part, options.version);
+    auto writer = CardWriter::open(part, version);
     if (!writer)
         return writer.error();
-    const auto pictures = options.pictures.empty() ? options.profile / "pictures" : options.pictures;
     return writeAll(store, *writer.value(), pictures);
 }
 
 Result<std::size_t> replaceFile(const ExportOptions& options)
 {
-    const auto target = fileToReplace(options.file);
+    const auto book = phonebookIn(options.profile);
+    if (!book)
+        return book.error();
+    const auto pictures = options.pictures.empty() ? options.profile / "pictures" : options.pictures;
+    const auto target =
+        whereToWrite({options.file, options.profile, pictures, "vCard file", ".vcf", isCardFile});
     if (!target)
         return target.error();
     auto file = NewFile::beside(target.value());
     if (!file)
         return file.error();
-    auto count = exportTo(file.value().part(), options);
+    auto count = exportBook(book.value(), pictures, file.value().part(), options.version);
     if (!count)
         return count;
     if (const auto placed = file.value().putInPlace(); !placed)

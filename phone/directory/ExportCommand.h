@@ -13,5 +13,6 @@ struct ExportOptions {
     std::string version = "3.0";    // of the cards: "2.1", "3.0" or "4.0"
 };
 
-// Gives the program's exit code: 0 done, 1 failed. The file is whole, or as it was before.
+// Gives the program's exit code: 0 done, 1 failed. The file is whole, or as it was before. What is there
+// and holds no cards is not replaced.
 int runExport(const ExportOptions& options, std::ostream& out, std::ostream& errors);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <iterator>
 
 #include "ContactText.h"
@@ -403,15 +402,43 @@ int Importer::groupFor(PlannedCard& card)
 
 Result<void> Importer::apply(const Progress& progress)
 {
+    // Before anything is locked: waiting for the disk takes long, and a running telephone must not.
+    auto done = writePictures(progress);
     bool cancelled = false;
-    const auto done = m_store.inTransaction([&] {
-        cancelled = !store(progress);
-        return !cancelled;
-    });
-    if (done && !cancelled)
-        return {};
-    removeNewPictures();
-    return cancelled ? nCANCELLED : done.error();
+    if (done)
+        done = m_store.inTransaction([&] {
+            cancelled = !store(progress);
+            return !cancelled;
+        });
+    if (done && cancelled)
+        done = nCANCELLED;
+    if (!done)
+        removeNewPictures();
+    return done;
+}
+
+Result<void> Importer::writePictures(const Progress& progress)
+{
+    const ClipFolder clips(m_pictures);
+    for (std::size_t index = 0; index < m_cards.size(); ++index) {
+        auto& card = m_cards[index];
+        if (card.fate != CardFate::New && card.fate != CardFate::Changed)
+            continue;
+        StatementUse row(*m_pStage->get);
+        row->bind(1, static_cast<std::int64_t>(index));
+        row->step();
+        if (row->blob(2).empty())
+            continue;
+        const auto added = clips.add(card.contact.picture, row->blob(2));
+        if (!added)
+            return added.error();
+        card.contact.picture = added.value().name;
+        if (added.value().isNew)
+            m_newPictures.push_back(clips.pathFromName(added.value().name));
+        if (!progress(0, m_cards.size()))
+            return nCANCELLED;
+    }
+    return {};
 }
 
 bool Importer::store(const Progress& progress)
@@ -436,28 +463,6 @@ void Importer::storeOne(const PlannedCard& card, std::size_t index)
     row->step();
     m_store.putCard(card.contact.id,
                     {card.uid, std::string(row->text(0)), whatBecameOf(card, std::string(row->text(1)))});
-    if (const auto picture = row->blob(2); !picture.empty())
-        writePicture(card.contact.picture, picture);
-}
-
-// A file that is there already is the same: the name was chosen so.
-void Importer::writePicture(const std::string& name, std::string_view content)
-{
-    const auto file = m_pictures / name;
-    if (std::filesystem::exists(file))
-        return;
-    std::error_code ignored;
-    std::filesystem::create_directories(m_pictures, ignored);
-    const auto part = m_pictures / (name + ".part");
-    std::ofstream stream(part, std::ios::binary);
-    stream.write(content.data(), static_cast<std::streamsize>(content.size()));
-    stream.close();
-    if (!stream) {
-        std::filesystem::remove(part, ignored);
-        throw SqliteError{SQLITE_FULL, "a picture cannot be written"};
-    }
-    std::filesystem::rename(part, file, ignored);
-    m_newPictures.push_back(file);
 }
 
 void Importer::removeNewPictures()

@@ -83,7 +83,7 @@ private:
 
     bool store(const Progress& progress);
     void storeOne(const PlannedCard& card, std::size_t index);
-    void writePicture(const std::string& name, std::string_view content);
+    Result<void> writePictures(const Progress& progress);
     void removeNewPictures();
 
     ContactStore& m_store;

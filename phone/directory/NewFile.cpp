@@ -1,14 +1,25 @@
 #include "NewFile.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <ctime>
+#include <string_view>
+#include <tuple>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::string_view nPART = ".part-";
+constexpr std::string_view nANY = "XXXXXX"; // as mkstemp() wants it
+constexpr std::chrono::hours nSURELY_LEFT{1};
 
 std::error_code lastError()
 {
@@ -18,6 +29,40 @@ std::error_code lastError()
 fs::path folderOf(const fs::path& file)
 {
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+// Databases have logs beside them. Of any target if it is "".
+bool isNameOfPart(std::string_view name, std::string_view target)
+{
+    const auto at = name.rfind(nPART);
+    if (at == std::string_view::npos || (!target.empty() && name.substr(0, at) != target))
+        return false;
+    auto rest = name.substr(at + nPART.size());
+    for (const std::string_view log : {"-wal", "-shm", "-journal"}) {
+        if (rest.ends_with(log))
+            rest.remove_suffix(log.size());
+    }
+    return rest.size() == nANY.size() && std::all_of(rest.begin(), rest.end(), [](unsigned char character) {
+               return std::isalnum(character) != 0;
+           });
+}
+
+// Parts are always for their owner's eyes only, what people call so seldom is.
+bool isLeft(const fs::path& file)
+{
+    struct stat status {};
+    if (::lstat(file.c_str(), &status) != 0)
+        return false;
+    const auto age = std::chrono::seconds(std::time(nullptr) - status.st_mtime);
+    return status.st_mode == (S_IFREG | S_IRUSR | S_IWUSR) && age >= nSURELY_LEFT;
+}
+
+void giveToOwnerOf(const fs::path& target, int descriptor)
+{
+    struct stat status {};
+    const bool known = ::stat(target.c_str(), &status) == 0 || ::stat(folderOf(target).c_str(), &status) == 0;
+    if (::geteuid() == 0 && known)
+        std::ignore = ::fchown(descriptor, status.st_uid, status.st_gid);
 }
 
 } // namespace
@@ -33,6 +78,8 @@ Result<fs::path> fileToReplace(const fs::path& file)
 {
     std::error_code failed;
     const auto target = fs::weakly_canonical(file, failed);
+    if (failed)
+        return cannotBeWritten(file, failed);
     const auto status = fs::status(target, failed);
     if (fs::is_directory(status))
         return cannotBeWritten(file, std::make_error_code(std::errc::is_a_directory));
@@ -43,12 +90,24 @@ Result<fs::path> fileToReplace(const fs::path& file)
     return target;
 }
 
+void removeLeftParts(const fs::path& folder, const std::string& target)
+{
+    std::error_code failed;
+    fs::directory_iterator entry(folder, failed);
+    for (; !failed && entry != fs::directory_iterator(); entry.increment(failed)) {
+        std::error_code ignored;
+        if (isNameOfPart(entry->path().filename().string(), target) && isLeft(entry->path()))
+            fs::remove(entry->path(), ignored);
+    }
+}
+
 Result<NewFile> NewFile::beside(const fs::path& target)
 {
-    auto part = target.string() + ".part-XXXXXX";
+    auto part = target.string().append(nPART).append(nANY);
     const int descriptor = ::mkostemp(part.data(), O_CLOEXEC);
     if (descriptor < 0)
         return cannotBeWritten(target, lastError());
+    giveToOwnerOf(target, descriptor);
     ::close(descriptor);
     return NewFile(target, part);
 }

@@ -12,9 +12,14 @@
 // meant. What is no ordinary file, a device say, is refused: it must not be replaced by one.
 Result<std::filesystem::path> fileToReplace(const std::filesystem::path& file);
 
+// Removes what programs that were killed an hour ago or earlier left of new files in `folder`; of the
+// new file for `target` only, if that is given.
+void removeLeftParts(const std::filesystem::path& folder, const std::string& target = "");
+
 class NewFile {
 public:
-    // Makes an empty file beside `target`, for its owner's eyes only.
+    // Makes an empty file beside `target`, for its owner's eyes only. Made by root, it belongs to whom
+    // the target or else its folder belongs to: their telephone must be able to read it.
     static Result<NewFile> beside(const std::filesystem::path& target);
     // Removes it if it was not put in place.
     ~NewFile();

@@ -301,6 +301,10 @@ TEST_F(Backups, OfNothingAreRefused)
     EXPECT_EQ(err.str(), "There is no phonebook in \"" + empty.path().string() + "\".\n");
     EXPECT_TRUE(fs::is_empty(empty.path()));
 
+    fs::create_symlink("loop", empty / "loop");
+    EXPECT_EQ(runBackup({file, empty / "loop", empty / "loop"}, out, err), 1);
+    EXPECT_NE(err.str().find("/loop\" (Too many levels of symbolic links).\n"), std::string::npos);
+
     writeFile(book.file(), "rubbish");
     EXPECT_EQ(backup(book, file), 1);
     EXPECT_FALSE(fs::exists(file));

@@ -433,11 +433,41 @@ TEST_F(Import, ExportsIntoOrdinaryFilesOnly)
 TEST_F(Import, ExportsIntoTheFileBehindALink)
 {
     ASSERT_EQ(import(nANN), 0);
-    writeFile(folder / "real.vcf", "old");
+    writeFile(folder / "real.vcf", "begin:vcard\n");
     std::filesystem::create_symlink("real.vcf", folder / "out.vcf");
     const auto text = exported();
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "out.vcf"));
     EXPECT_EQ(contentOf(folder / "real.vcf"), text);
+}
+
+TEST_F(Import, ExportsIntoNothingThatItWouldDestroy)
+{
+    ASSERT_EQ(import(nANN), 0);
+    ExportOptions options;
+    options.profile = folder.path();
+    const TemporaryFolder elsewhere;
+    elsewhere.write("letter.txt", "Dear Jane,");
+    const std::vector<std::filesystem::path> targets{folder / "contacts.db", folder / "contacts.db-wal",
+                                                     folder / "config.toml", elsewhere / "letter.txt"};
+    for (const auto& target : targets) {
+        SCOPED_TRACE(target);
+        const auto before = contentOf(target);
+        options.file = target;
+        EXPECT_EQ(runExport(options, out, errors), 1);
+        EXPECT_EQ(contentOf(target), before);
+    }
+    EXPECT_EQ(names(), "Miller");
+    EXPECT_FALSE(std::filesystem::exists(folder / "config.toml"));
+}
+
+TEST_F(Import, ExportsNothingOfAProfileThatDoesNotExist)
+{
+    ExportOptions options;
+    options.profile = folder / "mistyped";
+    options.file = folder / "out.vcf";
+    EXPECT_EQ(runExport(options, out, errors), 1);
+    EXPECT_EQ(errors.str(), "There is no phonebook in \"" + options.profile.string() + "\".\n");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(Import, NamesTheFileThatAnExportCannotWrite)
@@ -460,6 +490,42 @@ TEST_F(Import, ExportsAContactWhosePictureIsAFolder)
 }
 
 // Every file of the converter's own tests, hostile ones included.
+TEST_F(Import, ExportsAContactWhosePictureNeverEnds)
+{
+    ASSERT_EQ(import(nANN), 0);
+    std::filesystem::create_directories(folder.path() / "pictures");
+    ASSERT_EQ(::mkfifo((folder / "pictures/ann.png").c_str(), 0600), 0);
+    edit([](Contact& contact) { contact.picture = "ann.png"; });
+    EXPECT_NE(exported().find("Miller"), std::string::npos);
+}
+
+TEST_F(Import, OfAPictureThatCannotBeWrittenChangesNothing)
+{
+    const auto photo = "PHOTO;ENCODING=b;TYPE=PNG:" + nPIXEL + "\r\n";
+    ASSERT_EQ(import(nANN), 0);
+    std::filesystem::remove_all(folder / "pictures");
+    writeFile(folder / "pictures", "no folder");
+    EXPECT_EQ(import(card("N:Bond;;;;\r\nTEL:1\r\n" + photo)), 1);
+    EXPECT_NE(errors.str().find("/pictures/Bond.png\" cannot be written: "), std::string::npos)
+        << errors.str();
+    EXPECT_EQ(names(), "Miller");
+}
+
+TEST_F(Import, KeepsAPictureUnderAnotherNameWhenItsOwnIsTakenMeanwhile)
+{
+    const auto photo = "PHOTO;ENCODING=b;TYPE=PNG:" + nPIXEL + "\r\n";
+    writeFile(folder / "bond.vcf", card("N:Bond;;;;\r\nTEL:1\r\n" + photo));
+    ContactStore store(DirectoryService::fileIn(folder.path()), "");
+    Importer importer(store, folder / "pictures", 20);
+    ASSERT_TRUE(importer.read(folder / "bond.vcf", [](auto, auto) { return true; }).ok());
+    std::filesystem::create_directories(folder / "pictures");
+    writeFile(folder / "pictures/Bond.png", "somebody else");
+    ASSERT_TRUE(importer.apply([](auto, auto) { return true; }).ok());
+    EXPECT_EQ(contacts().at(0).picture, "Bond-2.png");
+    EXPECT_EQ(pictureMime(contentOf(folder / "pictures/Bond-2.png")), "image/png");
+    EXPECT_EQ(contentOf(folder / "pictures/Bond.png"), "somebody else");
+}
+
 TEST_F(Import, TakesWhateverFilesThereAre)
 {
     for (const auto& entry :
