@@ -4,7 +4,13 @@
 #include <fstream>
 #include <sstream>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <toml++/toml.h>
+
+#include "directory/NewFile.h"
 
 namespace fs = std::filesystem;
 
@@ -120,6 +126,22 @@ std::string withItem(const std::string& text, const toml::table& table, const st
     return changed;
 }
 
+// While it lives, other programs wait to change a file of the folder: none undoes another's change.
+class ChangingAlone {
+public:
+    explicit ChangingAlone(const fs::path& folder)
+        : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        ::flock(m_descriptor, LOCK_EX);
+    }
+    ~ChangingAlone() { ::close(m_descriptor); }
+    ChangingAlone(const ChangingAlone&) = delete;
+    ChangingAlone& operator=(const ChangingAlone&) = delete;
+
+private:
+    const int m_descriptor;
+};
+
 Result<void> replaceFile(const fs::path& file, const std::string& text)
 {
     auto beside = file;
@@ -127,8 +149,8 @@ Result<void> replaceFile(const fs::path& file, const std::string& text)
     std::ofstream out(beside, std::ios::binary);
     out << text;
     out.close();
-    std::error_code error;
-    if (out)
+    std::error_code error = out ? syncToDisk(beside) : std::error_code();
+    if (out && !error)
         fs::rename(beside, file, error);
     if (out && !error)
         return {};
@@ -161,6 +183,7 @@ ConfigurationLines readConfigurationFile(const fs::path& file)
 Result<void> writeConfigurationItem(const fs::path& file, const ConfigurationItem& item,
                                     const std::string& value)
 {
+    const ChangingAlone alone(file.parent_path());
     const auto text = textOf(file);
     if (!text)
         return Error{text.error().code, file.string() + ": " + text.error().sentence + "."};

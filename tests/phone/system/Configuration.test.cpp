@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <regex>
 #include <set>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -166,6 +167,22 @@ TEST_F(ConfigurationTest, SetsAnItemAndLeavesEveryOtherLineAsItIs)
 
     EXPECT_EQ(folder.read("config.toml"), "# mine\nlanguage = \"fr\" # French\n"
                                           "emergency-numbers = ['110', '112']\n\n# end\nvisible-rows = 12\n");
+}
+
+TEST_F(ConfigurationTest, LosesNoItemWhenProgramsSetSeveralAtOnce)
+{
+    const std::vector<std::string> items{"visible-rows", "group-slots", "internal-digits", "log-level"};
+    for (int round = 3; round < 6; ++round) {
+        const auto value = std::to_string(round);
+        std::vector<std::thread> programs;
+        for (const auto& item : items)
+            programs.emplace_back([&] { EXPECT_TRUE(Configuration(file).set(item, value)) << item; });
+        for (auto& program : programs)
+            program.join();
+        const Configuration configuration(file);
+        for (const auto& item : items)
+            EXPECT_EQ(configuration.text(item), value) << item;
+    }
 }
 
 TEST_F(ConfigurationTest, SetsTextThatNeedsQuoting)
