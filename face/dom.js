@@ -99,6 +99,20 @@ export function update(parent, items, make) {
     parent.lastElementChild?.remove();
 }
 
+/**
+ * Scrolls what a part of the screen is in until the part is seen. Never the page: whoever has scrolled
+ * it to the keypad goes on pressing there.
+ * @param {Element | null} part
+ */
+export function bringIntoView(part) {
+  for (let box = part?.parentElement; part && box && box.id !== "display"; box = box.parentElement) {
+    const margin = parseFloat(getComputedStyle(box).scrollPaddingTop) || 0;
+    const [at, within] = [part.getBoundingClientRect(), box.getBoundingClientRect()];
+    const above = within.top + margin - at.top;
+    box.scrollTop += above > 0 ? -above : Math.max(0, at.bottom + margin - within.bottom);
+  }
+}
+
 /** Makes `parent`'s children `wanted`, without moving any that stays in its order. @param {Element} parent @param {Element[]} wanted */
 export function arrange(parent, wanted) {
   for (const child of [...parent.children])

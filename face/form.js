@@ -1,7 +1,7 @@
 // A form as HTML: its visible fields, each an element of its own for as long as it is visible, so
 // that the focus and what a screen reader says follow the telephone's.
 
-import { arrange, element, icon, picture, set, setText, update } from "./dom.js";
+import { arrange, bringIntoView, element, icon, picture, set, setText, update } from "./dom.js";
 import { ScrollBar } from "./list.js";
 
 /**
@@ -188,7 +188,7 @@ export class FormView {
     this.fields = new Map(fields.map(({ position }, i) => [position, /** @type {FieldView} */ (views[i])]));
     arrange(this.form, views.map(({ root }) => root));
     fields.forEach((field, i) => views[i]?.show(field));
-    this.form.querySelector("[data-focused=true]")?.scrollIntoView({ block: "nearest" });
+    bringIntoView(this.form.querySelector("[data-focused=true]"));
     this.bar.show(fields, screen.rowCount);
     this.keepCaretInSight();
   }

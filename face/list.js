@@ -1,7 +1,7 @@
 // A list as HTML. The element with the focus is editable, so that dead keys, input methods and paste
 // search as plain letters do; to a screen reader it is the list, and the rows are its own.
 
-import { element, icon, picture, set, setText, update } from "./dom.js";
+import { bringIntoView, element, icon, picture, set, setText, update } from "./dom.js";
 
 /**
  * @typedef {import("./types").Screen} Screen
@@ -80,8 +80,7 @@ export class ListView {
       "aria-posinset": row.position + 1,
       "data-key": `row${row.position + 1}`,
     }, ...rowContent(row, this.text("picture"))));
-    if (this.rows.scrollHeight > this.rows.clientHeight)
-      this.rows.querySelector("[aria-selected=true]")?.scrollIntoView({ block: "nearest" });
+    bringIntoView(this.rows.querySelector("[aria-selected=true]"));
     this.bar.show(screen.rows, screen.rowCount);
   }
 

@@ -1,6 +1,6 @@
 // The popup on top as HTML: a menu, a question, a message, work in progress, the dialler.
 
-import { element, icon, picture, set, setText, update } from "./dom.js";
+import { bringIntoView, element, icon, picture, set, setText, update } from "./dom.js";
 import { rowContent } from "./list.js";
 
 /**
@@ -106,8 +106,7 @@ export class PopupView {
       "aria-activedescendant": selected ? `choice-${selected.position}` : null,
     });
     update(rows, screen.rows, (row) => this.choice(row, screen));
-    if (rows.scrollHeight > rows.clientHeight)
-      rows.querySelector(".selected")?.scrollIntoView({ block: "nearest" });
+    bringIntoView(rows.querySelector(".selected"));
   }
 
   /** @param {Row} row @param {Screen} screen */

@@ -590,6 +590,17 @@ describe("a finger", () => {
     await expectFocus(field("First name"));
   });
 
+  test("on the keypad finds it where it was, however far from the field", async () => {
+    await openForm();
+    await page.setViewportSize({ width: 320, height: 500 });
+    await page.evaluate(() => scrollTo(0, document.body.scrollHeight));
+    const scrolled = await page.evaluate(() => scrollY);
+    await key("2").tap();
+    await key("2").tap();
+    await expectValue(field("Last name"), "b");
+    assert.equal(await page.evaluate(() => scrollY), scrolled);
+  });
+
   test("that swipes goes through the form", async () => {
     await openForm();
     const { x, y } = await field("Default number").or(field("Private")).first().boundingBox();

@@ -203,6 +203,37 @@ describe("the page", () => {
     assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth));
   });
 
+  test("shows its screen and the soft keys at once in a low window, with the selected row", async () => {
+    await page.setViewportSize({ width: 740, height: 360 });
+    await openPhonebook();
+    for (let i = 0; i < 6; ++i)
+      await page.keyboard.press("ArrowDown");
+    const last = page.locator("[aria-selected=true][aria-posinset='7']");
+    await last.waitFor();
+    await page.evaluate(() => scrollTo(0, 0));
+    const bottomOf = async (shown) => { const { y, height } = await shown.boundingBox(); return y + height; };
+    assert.ok(await bottomOf(page.locator("#soft")) <= 360);
+    assert.ok(await bottomOf(last) <= await bottomOf(page.locator("#rows")));
+  });
+
+  test("overlaps no choices and hides no menu behind its heading where all of it is large", async () => {
+    await openPhonebook();
+    await page.setViewportSize({ width: 320, height: 600 });
+    await page.evaluate(() => { document.documentElement.style.fontSize = "200%"; });
+    await page.keyboard.type("<");
+    await row("<b>Zed</b>").and(selected()).waitFor();
+    await page.keyboard.press("ArrowRight");
+    await popup("menu").waitFor();
+    const heading = await page.locator(".head").boundingBox();
+    const choices = await popup("menu").boundingBox();
+    assert.ok(heading.height < choices.height, `${heading.height} ${choices.height}`);
+    await page.getByRole("menuitem", { name: "Name format", exact: true }).click();
+    await page.locator(".legend").waitFor();
+    const overflows = await page.locator(".list li, .legend").evaluateAll((shown) =>
+      shown.filter((part) => part.scrollHeight > part.clientHeight || part.scrollWidth > part.clientWidth).map((part) => part.textContent));
+    assert.deepEqual(overflows, []);
+  });
+
   test("keeps the names of its keys whole in a narrow window", async () => {
     await openPhonebook();
     await page.setViewportSize({ width: 320, height: 900 });
