@@ -1,7 +1,10 @@
 #include "system/Log.h"
 
 #include <cstdio>
+#include <tuple>
 #include <vector>
+
+#include <sys/stat.h>
 
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
@@ -26,14 +29,24 @@ spdlog::level::level_enum importanceOf(int level)
     }
 }
 
+// Names and numbers stand in the log, and the folder may be one that everybody reads.
+spdlog::file_event_handlers forItsOwnerOnly()
+{
+    spdlog::file_event_handlers handlers;
+    handlers.after_open = [](const spdlog::filename_t&, std::FILE* file) {
+        std::ignore = ::fchmod(::fileno(file), S_IRUSR | S_IWUSR);
+    };
+    return handlers;
+}
+
 } // namespace
 
 Log::Log(const std::filesystem::path& file, Echo echo)
 {
     std::vector<spdlog::sink_ptr> sinks;
     try {
-        sinks.push_back(
-            std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file.string(), LARGEST_FILE, OLDER_FILES));
+        sinks.push_back(std::make_shared<spdlog::sinks::rotating_file_sink_mt>(
+            file.string(), LARGEST_FILE, OLDER_FILES, false, forItsOwnerOnly()));
     } catch (const spdlog::spdlog_ex& error) {
         std::fprintf(stderr, "There is no log: %s\n", error.what());
     }

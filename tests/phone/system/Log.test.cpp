@@ -14,6 +14,16 @@ TEST(Log, WritesComponentFileLineAndTextOnOneLine)
     EXPECT_NE(text.find(" E PhonebookPhonelet ./src/PhonebookList:12 first second\n"), text.npos) << text;
 }
 
+TEST(Log, IsForItsOwnersEyesOnly)
+{
+    TemporaryFolder folder;
+    folder.write("deskphone.log", "of an earlier start\n");
+    const Log log(folder / "deskphone.log", Log::Echo::None);
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(folder / "deskphone.log").permissions(),
+              perms::owner_read | perms::owner_write);
+}
+
 TEST(Log, LeavesOutWhatIsBelowItsLevel)
 {
     TemporaryFolder folder;
