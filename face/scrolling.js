@@ -16,7 +16,7 @@ function placeOn({ rows, fields, highlighted }) {
 
 /** Whether the browser itself still has something to scroll there. @param {Event} event @param {number} way */
 function scrollsByItself({ target }, way) {
-  const box = target instanceof Element ? target.closest(".rows, .fields, .popup > *") : null;
+  const box = target instanceof Element ? target.closest(".fields, .popup .rows, .popup > *") : null;
   if (!box || box.scrollHeight <= box.clientHeight + 1)
     return false;
   return way < 0 ? box.scrollTop > 0 : box.scrollTop + box.clientHeight < box.scrollHeight - 1;

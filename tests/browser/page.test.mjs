@@ -214,6 +214,10 @@ describe("the page", () => {
     const bottomOf = async (shown) => { const { y, height } = await shown.boundingBox(); return y + height; };
     assert.ok(await bottomOf(page.locator("#soft")) <= 360);
     assert.ok(await bottomOf(last) <= await bottomOf(page.locator("#rows")));
+    await expectNoViolations("a low window");
+    await page.locator("#rows").hover();
+    await page.mouse.wheel(0, 40);
+    await page.locator("[aria-selected=true][aria-posinset='8']").waitFor();
   });
 
   test("overlaps no choices and hides no menu behind its heading where all of it is large", async () => {
