@@ -4,14 +4,8 @@
 
 #pragma once
 
-#include <array>
-#include <memory>
-
+#include "OptionList.h"
 #include "PhonebookStateBase.h"
-
-namespace DisplayAPI {
-class ExclusiveList;
-}
 
 class PhonebookStateDisplayOptions final : public PhonebookStateBase {
 public:
@@ -31,11 +25,7 @@ public:
     DisplayAPI::ExclusiveList* getListItem() const;
 
 private:
-    int rowOf(displayMode mode) const;
-    displayMode modeOf(int row) const;
     void relabelRows(EventContext* pContext);
 
-    std::unique_ptr<DisplayAPI::ExclusiveList> m_pOptionsList;
-    int m_rowOnEntry = 0;
-    std::array<int, 4> m_rows{}; // by displayMode
+    OptionList m_options; // by displayMode
 };
