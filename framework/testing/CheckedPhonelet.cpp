@@ -93,6 +93,11 @@ public:
         check("releaseFocus()");
         m_context.releaseFocus(&m_checked);
     }
+    void sleep(std::chrono::microseconds time) override
+    {
+        check("sleep()");
+        m_context.sleep(time);
+    }
 
 private:
     void check(const char* call) const { m_checked.checkThread("phonelet", call); }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include <framework/Executable.h>
@@ -69,4 +70,9 @@ public:
     // [phonelet-thread]
     virtual void requestFocus(Phonelet* phonelet) = 0;
     virtual void releaseFocus(Phonelet* phonelet) = 0;
+
+    // Returns after `time`. No event is delivered meanwhile; what was made current before is on the
+    // screen. The default blocks the calling thread.
+    // [phonelet-thread]
+    virtual void sleep(std::chrono::microseconds time);
 };

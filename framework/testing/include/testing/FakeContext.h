@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -31,6 +33,8 @@ public:
     std::vector<int> expiries; // what timerEvent() was given
     int focusRequests = 0;
     int focusReleases = 0;
+    std::vector<std::chrono::microseconds> sleeps; // asked for; they take no time
+    std::function<void()> whileSleeping;
 
     Executable* getService(const std::string& name) override
     {
@@ -90,6 +94,12 @@ public:
     }
     void requestFocus(Phonelet*) override { ++focusRequests; }
     void releaseFocus(Phonelet*) override { ++focusReleases; }
+    void sleep(std::chrono::microseconds time) override
+    {
+        sleeps.push_back(time);
+        if (whileSleeping)
+            whileSleeping();
+    }
 
 private:
     int m_lastId = 0;
