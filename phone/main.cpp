@@ -12,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/Commands.h"
+#include "app/DemoDirectory.h"
 #include "app/Phone.h"
 #include "app/ProfileLock.h"
 #include "app/Resources.h"
@@ -92,6 +93,16 @@ Result<void> prepare(const Profile& profile, const Arguments& arguments, const R
     });
 }
 
+// Null when it cannot be started: the rest of the demo does not need it.
+std::unique_ptr<ChildProgram> demoDirectory(const Profile& profile, const Resources& resources)
+{
+    auto started = startDemoDirectory(profile, resources.demo);
+    if (started)
+        return std::move(started).value();
+    std::fprintf(stderr, "The demo has no corporate directory. %s\n", started.error().sentence.c_str());
+    return nullptr;
+}
+
 // Shows the address on the desktop, if there is one; whether that worked is of no consequence.
 void openOnDesktop(const std::string& address)
 {
@@ -137,6 +148,7 @@ int runTelephone(const Arguments& arguments)
         return refuse(lock.error());
     for (const auto& folder : {profile.data, profile.pictures()})
         removeLeftParts(folder);
+    const auto directory = arguments.demo ? demoDirectory(profile, resources) : nullptr;
 
     Log log(profile.log / "deskphone.log", arguments.log ? Log::Echo::StandardError : Log::Echo::None);
     PhoneOptions options;
