@@ -161,7 +161,7 @@ class Company:
         person = [("dn", f"uid={uid},ou=People,{BASE}"), ("objectClass", "inetOrgPerson"), ("uid", uid),
                   ("cn", whole), ("sn", surname)]
         if first in NICKNAMES:
-            person.append(("cn", NICKNAMES[first]))
+            person.append(("uid", NICKNAMES[first]))
         person.append(("givenName", first))
         if not dice.happens(0.05):
             person.append(("displayName", whole))
