@@ -19,6 +19,12 @@ const std::map<std::string, OptionNames> SHARED_ITEMS{
     {"ldap-qualifier", {"LdapQualifier", "administrator ldap-qualifier"}},
     {"ldap-display-option", {"LdapDisplayOptions", "administrator ldap-display-option"}}};
 
+bool concernsCorporateDirectory(const std::string& item)
+{
+    return item == "country-code" || (item.starts_with("ldap-") && !SHARED_ITEMS.contains(item) &&
+                                      item != "ldap-search-trigger-timeout");
+}
+
 DialPlanRules rulesOf(const Configuration& configuration)
 {
     DialPlanRules rules;
@@ -70,6 +76,7 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
 {
     for (const auto& [item, names] : SHARED_ITEMS)
         copyToOptionStore(item);
+    setCorporateDirectory();
 }
 
 CallHooks Services::callHooks()
@@ -113,8 +120,15 @@ bool Services::hasLine() const
 void Services::itemChanged(const std::string& name)
 {
     copyToOptionStore(name);
+    if (concernsCorporateDirectory(name))
+        setCorporateDirectory();
     m_digits.setRules(rulesOf(m_parts.configuration), timesOf(m_parts.configuration));
     m_localMgmt.itemChanged(name);
+}
+
+void Services::setCorporateDirectory()
+{
+    m_directory->setCorporateDirectory(ldapSettingsOf(m_parts.configuration, m_parts.profile.data));
 }
 
 void Services::dropObservers()

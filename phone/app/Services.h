@@ -75,6 +75,7 @@ private:
     CallHooks callHooks();
     // An administrator's value of an item that the option store keeps too goes there.
     void copyToOptionStore(const std::string& item);
+    void setCorporateDirectory();
 
     const Parts m_parts;
     std::unique_ptr<DirectoryService> m_directory;

@@ -153,15 +153,15 @@ std::string DirectoryService::listText(std::optional<int> group)
     return std::move(list).value();
 }
 
-DirectoryStatus DirectoryService::search(PhonebookSearchCriteria& /*criteria*/,
-                                         PhonebookSearchResults& /*results*/, bool /*ignoreNickname*/)
+DirectoryStatus DirectoryService::search(PhonebookSearchCriteria& criteria, PhonebookSearchResults& results,
+                                         bool ignoreNickname)
 {
-    return DIRECTORY_NOT_CONFIGURED;
+    return m_corporate.search(criteria, results, ignoreNickname);
 }
 
 bool DirectoryService::isNicknameAttributeActive()
 {
-    return false;
+    return m_corporate.usesNickname();
 }
 
 int DirectoryService::readOption(const std::string& tag)

@@ -1,5 +1,4 @@
-// The telephone's directory service: the contacts of a profile. A corporate directory is never
-// configured.
+// The telephone's directory service: the contacts of a profile, and the corporate directory.
 //
 // Observers hear only of what others did to the contacts. Several changes at once are one notice.
 
@@ -16,6 +15,7 @@
 #include "ContactStore.h"
 #include "app/EventPoster.h"
 #include "app/Result.h"
+#include "directory/ldap/LdapClient.h"
 
 class ChangeWatch;
 
@@ -51,6 +51,8 @@ public:
 
     // Sorts by another language from now on.
     void setLanguage(const std::string& language);
+    // Asks another corporate directory from now on; none before the first time.
+    void setCorporateDirectory(LdapSetup setup) { m_corporate.setUp(std::move(setup)); }
     // Forgets the observers of phonelets that were stopped.
     void dropObservers() { m_observers.clear(); }
     // Tells the observers if others changed the contacts. [event thread]
@@ -87,6 +89,7 @@ private:
     DirectoryOptions m_options;
     EventPoster& m_notices;
     std::unique_ptr<ContactStore> m_pStore;
+    LdapClient m_corporate;
     // What the next save most likely changes, as it was read.
     std::optional<Contact> m_lastRead;
     std::vector<DirectoryServiceObserverIfc*> m_observers;

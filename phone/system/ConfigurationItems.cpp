@@ -40,6 +40,13 @@ ConfigurationItem list(std::string name, std::string byDefault, std::string help
     return {std::move(name), Type::List, "", 0, 0, {}, std::move(byDefault), std::move(help)};
 }
 
+// Which attributes of the directory make a field.
+ConfigurationItem attributes(const std::string& field, const std::string& bySchema)
+{
+    return list("ldap-attribute-" + field, "",
+                "Attributes in order of preference; \"-\": none. Without it " + bySchema + ".");
+}
+
 ConfigurationItem number(std::string name, std::string unit, int least, int most, int byDefault,
                          std::string help)
 {
@@ -126,6 +133,48 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         number("initial-digit-timeout", "s", 1, 120, 15, "How long the telephone waits for a first digit."),
         number("inter-digit-timeout", "s", 1, 60, 5,
                "A number is complete when no digit came for this long."),
+        list("ldap-servers", "",
+             "Servers of the corporate directory, in the order in which they are tried: ldap://NAME or "
+             "ldaps://NAME, with :PORT if need be."),
+        text("ldap-base", "", "Where the directory is searched: \"ou=people,dc=example,dc=com\"."),
+        text("ldap-bind-dn", "",
+             "The name that the telephone shows the directory; empty: it asks unnamed. \"deskphone "
+             "ldap-password\" takes the password."),
+        text("ldap-ca-file", "/etc/ssl/certs/ca-certificates.crt",
+             "Certificates (PEM) of those who may sign the server's own; a relative path is looked up in "
+             "the profile."),
+        choice("ldap-schema", {"inetOrgPerson", "activeDirectory"},
+               "Which attributes and which kind of entries the directory has."),
+        choice("ldap-security", {"starttls", "none"},
+               "How connections to ldap:// servers are encrypted; those to ldaps:// always are. With none no "
+               "password is ever sent."),
+        yesNo("ldap-check-certificate", true,
+              "Whether a server must prove who it is. If not, no password is ever sent."),
+        choice("ldap-scope", {"subtree", "one", "base"},
+               "How far below ldap-base the directory is searched."),
+        text("ldap-filter", "",
+             "What all entries must match (RFC 4515); empty: (objectClass=person), and in Active Directory "
+             "(objectCategory=person)."),
+        number("ldap-size-limit", "entries", 1, 5000, 100,
+               "How many entries of the directory one search shows."),
+        number("ldap-connect-timeout", "s", 1, 60, 3,
+               "How long a server may take until it can be asked; then the next one is tried."),
+        number("ldap-search-timeout", "s", 1, 60, 10, "How long a whole search of the directory may take."),
+        yesNo("ldap-nickname", false, "Whether a typed name is looked for among nicknames too."),
+        attributes("nickname", "uid, in Active Directory mailNickname"),
+        attributes("surname", "sn"),
+        attributes("firstname", "givenName"),
+        attributes("display-name", "displayName, cn"),
+        attributes("office", "telephoneNumber"),
+        attributes("office2", "otherTelephone, telephoneNumber (its second value), in Active Directory "
+                              "otherTelephone"),
+        attributes("mobile", "mobile"),
+        attributes("private", "homePhone"),
+        attributes("email", "mail"),
+        attributes("company", "o, in Active Directory company"),
+        attributes("jobfunction", "title"),
+        attributes("address1", "street, postalAddress, in Active Directory streetAddress, postalAddress"),
+        attributes("address2", "l"),
         number("ldap-search-trigger-timeout", "s", 0, 60, 3,
                "The corporate directory is searched when no key came for this long."),
         number("ldap-qualifier", "", 0, 9, 0,

@@ -1,0 +1,74 @@
+#include "directory/ldap/LdapCertificate.h"
+
+#include <ctime>
+#include <memory>
+#include <type_traits>
+
+#include <gnutls/gnutls.h>
+#include <gnutls/x509.h>
+
+#include "directory/ContactText.h"
+
+namespace {
+
+constexpr std::size_t nLONGEST_NAME = 200;
+
+struct CertificateDeleter {
+    void operator()(gnutls_x509_crt_t certificate) const { gnutls_x509_crt_deinit(certificate); }
+};
+using Certificate = std::unique_ptr<std::remove_pointer_t<gnutls_x509_crt_t>, CertificateDeleter>;
+
+Certificate parsed(const std::string& der)
+{
+    gnutls_x509_crt_t made = nullptr;
+    if (gnutls_x509_crt_init(&made) != 0)
+        return nullptr;
+    Certificate certificate(made);
+    std::string bytes = der;
+    const gnutls_datum_t data{reinterpret_cast<unsigned char*>(bytes.data()),
+                              static_cast<unsigned>(bytes.size())};
+    if (gnutls_x509_crt_import(made, &data, GNUTLS_X509_FMT_DER) != 0)
+        return nullptr;
+    return certificate;
+}
+
+template <typename Getter> std::string nameBy(Getter getter, gnutls_x509_crt_t certificate)
+{
+    char text[1024] = "";
+    std::size_t size = sizeof text;
+    return getter(certificate, text, &size) == 0 ? fitText(text, nLONGEST_NAME) : "?";
+}
+
+std::string dayOf(std::time_t time)
+{
+    std::tm parts{};
+    char text[32] = "";
+    if (::gmtime_r(&time, &parts))
+        std::strftime(text, sizeof text, "%Y-%m-%d", &parts);
+    return text;
+}
+
+} // namespace
+
+std::string whatIsWrongWith(const std::string& der, const std::string& host,
+                            const std::filesystem::path& caFile)
+{
+    const auto certificate = parsed(der);
+    if (!certificate)
+        return "cannot be read";
+    const auto now = std::time(nullptr);
+    const auto until = gnutls_x509_crt_get_expiration_time(certificate.get());
+    const auto since = gnutls_x509_crt_get_activation_time(certificate.get());
+    if (until < now)
+        return "expired on " + dayOf(until) + ": the server needs a new one";
+    if (since > now)
+        return "is not valid before " + dayOf(since) +
+               ": look at the clocks of the server and of this computer";
+    if (gnutls_x509_crt_check_hostname(certificate.get(), host.c_str()) == 0)
+        return "is not for \"" + host + "\" but for " + nameBy(gnutls_x509_crt_get_dn, certificate.get()) +
+               ": name the server in \"ldap-servers\" as its certificate does";
+    if (gnutls_x509_crt_check_issuer(certificate.get(), certificate.get()) != 0)
+        return "is signed by itself: name a file that holds it in \"ldap-ca-file\"";
+    return "is signed by " + nameBy(gnutls_x509_crt_get_issuer_dn, certificate.get()) +
+           ", which \"ldap-ca-file\" (" + caFile.string() + ") does not hold, or not with all in between";
+}

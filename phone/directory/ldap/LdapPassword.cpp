@@ -1,0 +1,128 @@
+#include "directory/ldap/LdapPassword.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <sstream>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "app/PhoneLog.h"
+#include "directory/NewFile.h"
+
+namespace {
+
+constexpr char nSOURCE[] = "./phone/directory/ldap/LdapPassword";
+constexpr std::size_t nLONGEST_PASSWORD = 256;
+constexpr std::size_t nLARGEST_FILE = 64 * 1024;
+constexpr char nHOW[] = " Run \"deskphone ldap-password\".";
+
+// The first line names the hosts, the second is the password.
+struct Kept {
+    std::vector<std::string> hosts;
+    std::string password;
+};
+
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return text;
+}
+
+Result<std::string> contentOf(int descriptor)
+{
+    std::string text(nLARGEST_FILE, '\0');
+    const auto length = ::read(descriptor, text.data(), text.size());
+    if (length < 0)
+        return Error{ErrorCode::Denied, ""};
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+Result<Kept> keptIn(const std::filesystem::path& file)
+{
+    const auto name = "\"" + file.string() + "\"";
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0 && errno == ENOENT)
+        return Error{ErrorCode::NotFound, std::string("There is no password for the directory.") + nHOW};
+    struct stat status {};
+    if (descriptor < 0 || ::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        if (descriptor >= 0)
+            ::close(descriptor);
+        return Error{ErrorCode::Denied, name + " is no file that can be read: remove it." + nHOW};
+    }
+    const bool ownersAlone =
+        (status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == (S_IRUSR | S_IWUSR) && status.st_uid == geteuid();
+    const auto text = ownersAlone ? contentOf(descriptor) : Result<std::string>(std::string());
+    ::close(descriptor);
+    if (!ownersAlone)
+        return Error{ErrorCode::Denied, name + " must belong to you, and nobody else may read it: " +
+                                            "\"chmod 600\" it, or remove it." + nHOW};
+    Kept kept;
+    std::istringstream lines(text ? text.value() : "");
+    std::string hosts;
+    if (!std::getline(lines, hosts) || !std::getline(lines, kept.password) || kept.password.empty())
+        return Error{ErrorCode::Malformed, name + " holds no password." + nHOW};
+    std::istringstream words(hosts);
+    for (std::string host; words >> host;)
+        kept.hosts.push_back(host);
+    return kept;
+}
+
+bool isFor(const Kept& kept, const std::vector<std::string>& hosts)
+{
+    return std::all_of(hosts.begin(), hosts.end(), [&kept](const auto& host) {
+        return std::find(kept.hosts.begin(), kept.hosts.end(), lowered(host)) != kept.hosts.end();
+    });
+}
+
+} // namespace
+
+Result<std::string> LdapPassword::read(const std::vector<std::string>& hosts) const
+{
+    auto kept = keptIn(m_file);
+    if (!kept)
+        return kept.error();
+    if (!isFor(kept.value(), hosts))
+        return Error{ErrorCode::NotFound,
+                     std::string("The password was given for another server than \"ldap-servers\" names.") +
+                         nHOW};
+    return std::move(kept).value().password;
+}
+
+Result<void> LdapPassword::write(const std::string& password, const std::vector<std::string>& hosts) const
+{
+    const bool oneLine = password.find_first_of(std::string_view("\n\r\0", 3)) == std::string::npos;
+    if (password.empty() || password.size() > nLONGEST_PASSWORD || !oneLine)
+        return Error{ErrorCode::Malformed, "A password is one line of at most " +
+                                               std::to_string(nLONGEST_PASSWORD) + " bytes, and not empty."};
+    auto file = NewFile::beside(m_file);
+    if (!file)
+        return file.error();
+    std::ofstream out(file.value().part(), std::ios::binary);
+    for (const auto& host : hosts)
+        out << lowered(host) << ' ';
+    out << '\n' << password << '\n';
+    out.close();
+    if (!out)
+        return cannotBeWritten(m_file, std::make_error_code(std::errc::no_space_on_device));
+    return file.value().putInPlace();
+}
+
+void LdapPassword::forgetUnlessFor(const std::vector<std::string>& hosts) const
+{
+    const auto kept = keptIn(m_file);
+    if (!kept || isFor(kept.value(), hosts))
+        return;
+    std::error_code failed;
+    std::filesystem::remove(m_file, failed);
+    if (failed)
+        PHONE_ERROR("the password of another directory server cannot be deleted: %s",
+                    failed.message().c_str());
+    else
+        PHONE_USER("\"ldap-servers\" names another server: the password for the directory is forgotten.%s",
+                   nHOW);
+}
