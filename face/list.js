@@ -50,9 +50,7 @@ export class ListView {
     this.rows = element("ul", { class: "rows", id: "rows", role: "presentation" });
     this.bar = new ScrollBar();
     this.list = element("div", { class: "list" }, this.rows, this.bar.root);
-    this.leave = element("kbd");
-    this.effect = element("span");
-    this.legend = element("p", { class: "legend", id: "legend" }, this.leave, this.effect);
+    this.legend = element("p", { class: "legend", id: "legend" });
   }
 
   /** @param {HTMLElement} content @param {Screen} screen */
@@ -97,8 +95,7 @@ export class ListView {
   /** One of several choices is taken by leaving them, which nobody would guess. @param {Screen} screen */
   showLegend({ role }) {
     this.legend.hidden = role !== "exclusive";
-    setText(this.leave, this.text("phone.back"));
-    setText(this.effect, this.text("phone.save"));
+    setText(this.legend, this.text("phone.backSaves"));
   }
 
   /** Brings up a touch keyboard when the list gets the focus, or does not. @param {boolean} wanted */

@@ -51,7 +51,7 @@ constexpr std::string_view nKEEP = "private, max-age=31536000, immutable";
 // The texts that the page itself shows.
 constexpr std::array nPAGE_TEXTS = {
     "phone.ok",           "phone.menu",
-    "phone.back",         "phone.save",
+    "phone.back",         "phone.backSaves",
     "phone.select",       "phone.phonebook",
     "phone.home",         "phone.clear",
     "phone.hook",         "phone.hangup",

@@ -355,7 +355,7 @@ describe("the page", () => {
     await page.keyboard.press("ArrowRight");
     await page.getByRole("menuitem", { name: "Name format", exact: true }).click();
     const choice = row("First name, last name");
-    await expectText(page.locator(".legend"), "Back");
+    await expectText(page.locator(".legend"), "Back saves the choice.");
     assert.equal(await page.getByRole("listbox").getAttribute("aria-describedby"), "legend");
     await expectNoViolations("choices");
     await choice.dblclick();
