@@ -10,12 +10,9 @@
 
 class TemporaryFolder {
 public:
-    TemporaryFolder()
+    explicit TemporaryFolder(const std::filesystem::path& parent = fast())
     {
-        // In memory where possible: the stores wait for the disk at every change.
-        const std::filesystem::path memory = "/dev/shm";
-        const bool fast = std::filesystem::is_directory(memory);
-        auto name = ((fast ? memory : std::filesystem::temp_directory_path()) / "deskbook-XXXXXX").string();
+        auto name = (parent / "deskbook-XXXXXX").string();
         m_path = mkdtemp(name.data());
     }
     ~TemporaryFolder()
@@ -43,5 +40,12 @@ public:
     }
 
 private:
+    // In memory where possible: the stores wait for the disk at every change.
+    static std::filesystem::path fast()
+    {
+        const std::filesystem::path memory = "/dev/shm";
+        return std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();
+    }
+
     std::filesystem::path m_path;
 };
