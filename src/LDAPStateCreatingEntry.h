@@ -1,11 +1,13 @@
-// A corporate directory entry as a form.
+// A place for a form of the corporate directory. It shows nothing; Back leads to the directory's list.
 
 #pragma once
 
-#include "NotThereYetState.h"
+#include "PhonebookStateBase.h"
 
-class LDAPStateCreatingEntry final : public NotThereYetState {
+class LDAPStateCreatingEntry final : public PhonebookStateBase {
 public:
-    LDAPStateCreatingEntry();
-    ~LDAPStateCreatingEntry() override;
+    void enterStateEvent(EventContext* pContext) override;
+    void exitStateEvent(EventContext* pContext) override;
+    PhonebookStateBase* backEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                  DisplayAPI::Displayable* pDisplayable) override;
 };

@@ -240,6 +240,21 @@ DisplayAPI::ListItem* PhonebookStateBase::makeRow(const PhonebookListEntry& entr
                                          entry.getDisplayName(mode, qualifier), nLIST_ROW);
 }
 
+void PhonebookStateBase::insertRow(EventContext* pContext, const PhonebookListEntry& entry, int row,
+                                   bool isFirst)
+{
+    PB_TRACE("PhonebookStateBase::insertRow()");
+    auto& list = *pContext->m_pDisplayList;
+    auto& entries = *pContext->m_pPhonebookList;
+    // One row alone would pass for the whole list.
+    if (list.size() == 0)
+        return;
+    if (isFirst && pContext->m_HasSoftKeyBar)
+        list.clear();
+    list.insert(row, makeRow(entry, entries.getDisplayMode(), entries.getDisplayQualifier()));
+    list.setSelectedIndex(row);
+}
+
 int PhonebookStateBase::rowIcon(const std::string& defaultNumber)
 {
     auto icon = DisplayIcon::None;

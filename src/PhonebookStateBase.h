@@ -97,6 +97,9 @@ protected:
     // The same row for a list to take, at another place.
     static DisplayAPI::ListItem* makeRow(const PhonebookListEntry& entry, displayMode mode,
                                          displayQualifier qualifier);
+    // Puts a saved entry's row into the local list, and selects it. A list without any row is not built
+    // yet, and will show the entry when it is. `isFirst`: until now it said that there are no contacts.
+    static void insertRow(EventContext* pContext, const PhonebookListEntry& entry, int row, bool isFirst);
     // A row's DisplayIcon, from the name of the entry's default number. Not traced either.
     static int rowIcon(const std::string& defaultNumber);
     // A group's name as it is shown: the telephone's own group is kept under its key.

@@ -33,6 +33,21 @@ bool isTdmVariant()
     return variant == 10 || variant == 11;
 }
 
+// None for a number that is not the entry's.
+CallPartyIdentifier::PhoneNumberIconType iconOfNumber(const PhonebookFullEntry& entry,
+                                                      const std::string& number)
+{
+    if (number == entry.getOffice())
+        return CallPartyIdentifier::OFFICE;
+    if (number == entry.getOffice2())
+        return CallPartyIdentifier::OFFICE2;
+    if (number == entry.getMobile())
+        return CallPartyIdentifier::MOBILE;
+    if (number == entry.getPrivate())
+        return CallPartyIdentifier::PRIVATE;
+    return CallPartyIdentifier::NONE;
+}
+
 } // namespace
 
 PhonebookStateBaseDialer::~PhonebookStateBaseDialer() = default;
@@ -294,6 +309,32 @@ void PhonebookStateBaseDialer::dialingEnded(EventContext* pContext)
     if (pContext->m_CallRequestInitiated)
         pContext->setCallRequestInitiated(false);
     dismissPopupDialer(pContext);
+}
+
+bool PhonebookStateBaseDialer::offerParty(CallPartyIdentifier& party, const PhonebookFullEntry& entry,
+                                          const std::string& number,
+                                          CallPartyIdentifier::PhoneNumberIconType icon)
+{
+    PB_TRACE("PhonebookStateBaseDialer::offerParty()");
+    // Somebody else's number must not be shown under this name.
+    if (number.empty() || (!party.getNumber().empty() && party.getNumber() != number))
+        return false;
+    party.setFirstname(entry.getFirstname());
+    party.setSurname(entry.getSurname());
+    party.setNumber(number);
+    party.setIcon(icon);
+    party.setPicture(entry.getPicture());
+    return true;
+}
+
+bool PhonebookStateBaseDialer::offerEntry(CallPartyIdentifier& party, const PhonebookFullEntry& entry)
+{
+    PB_TRACE("PhonebookStateBaseDialer::offerEntry()");
+    const bool isGiven = !party.getNumber().empty();
+    const auto number = isGiven ? party.getNumber() : entry.getDefaultPhonebookNo();
+    const auto icon = isGiven ? iconOfNumber(entry, number) : entry.getDefaultIcon();
+    // Somebody else's number must not be shown under this name.
+    return icon != CallPartyIdentifier::NONE && offerParty(party, entry, number, icon);
 }
 
 bool PhonebookStateBaseDialer::isDialingPopup(EventContext* pContext,

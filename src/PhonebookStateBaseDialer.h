@@ -8,11 +8,14 @@
 
 #include <string>
 
+#include <framework/services/CallPartyIdentifier.h>
+
 #include "PhonebookStateBase.h"
 
 namespace DisplayAPI {
 class PopupNotification;
 }
+class PhonebookFullEntry;
 
 class PhonebookStateBaseDialer : public PhonebookStateBase {
 public:
@@ -53,6 +56,13 @@ protected:
     void openDialerWithDigits(EventContext* pContext, const std::string& digits);
     // Dialling ended: the next call may be placed, and the dialler goes.
     void dialingEnded(EventContext* pContext);
+    // Fills in that this entry is called at this number; false without a number, and for a party that
+    // already has another one.
+    static bool offerParty(CallPartyIdentifier& party, const PhonebookFullEntry& entry,
+                           const std::string& number, CallPartyIdentifier::PhoneNumberIconType icon);
+    // The same for the number that the party has, else the entry's default number; false also for a number
+    // that is not the entry's.
+    static bool offerEntry(CallPartyIdentifier& party, const PhonebookFullEntry& entry);
     bool isRedialCommand(EventContext* pContext, const DisplayAPI::Command* pCommand) const;
     // One of the three popups of dialling.
     static bool isDialingPopup(EventContext* pContext, const DisplayAPI::Displayable* pDisplayable);

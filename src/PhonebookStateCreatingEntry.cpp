@@ -233,18 +233,9 @@ bool PhonebookStateCreatingEntry::getDialPartyDetails(CallPartyIdentifier& party
     const auto selected = selectedNumber();
     if (!selected || !holdsNumber(*selected))
         return false;
-    const auto number = textOf(static_cast<Text>(OFFICE + *selected));
-    // Somebody else's number must not be shown under this name.
-    if (!party.getNumber().empty() && party.getNumber() != number)
-        return false;
     // Names that are not saved yet are nobody's.
-    const auto& entry = pContext->m_SelectedEntry;
-    party.setFirstname(entry.getFirstname());
-    party.setSurname(entry.getSurname());
-    party.setNumber(number);
-    party.setIcon(nNUMBER_KINDS[*selected].partyIcon);
-    party.setPicture(entry.getPicture());
-    return true;
+    return offerParty(party, pContext->m_SelectedEntry, textOf(static_cast<Text>(OFFICE + *selected)),
+                      nNUMBER_KINDS[*selected].partyIcon);
 }
 
 PhonebookStateBase* PhonebookStateCreatingEntry::dialingStoppedEvent(EventContext* pContext)
@@ -572,20 +563,14 @@ int PhonebookStateCreatingEntry::saveEntry(EventContext* pContext)
 void PhonebookStateCreatingEntry::showSavedEntry(EventContext* pContext, int index, bool isFirst)
 {
     PB_TRACE("PhonebookStateCreatingEntry::showSavedEntry");
-    auto& entries = *pContext->m_pPhonebookList;
-    auto& list = *pContext->m_pDisplayList;
-    const auto& entry = entries.elementAt(static_cast<unsigned>(index));
+    const auto entry = pContext->m_pPhonebookList->elementAt(static_cast<unsigned>(index));
     pContext->m_SelectedEntryIndex = index;
     m_EditedEntry.setUniqueId(entry.getUniqueId());
     pContext->m_SelectedEntry = m_EditedEntry;
 
     const int row = static_cast<int>(
         Toolbox::phonebookToDisplayIndex(static_cast<unsigned>(index), pContext->m_HasSoftKeyBar));
-    // Until now it said that there are no contacts.
-    if (isFirst && pContext->m_HasSoftKeyBar)
-        list.clear();
-    list.insert(row, makeRow(entry, entries.getDisplayMode(), entries.getDisplayQualifier()));
-    list.setSelectedIndex(row);
+    insertRow(pContext, entry, row, isFirst);
 }
 
 void PhonebookStateCreatingEntry::showForm(EventContext* pContext)

@@ -25,8 +25,8 @@ COMMENT = re.compile(r"^\s*//.*$", re.M)
 
 # The corporate directory's own screens show these. A key that is shown leaves the list.
 OF_DIRECTORY_SCREENS = frozenset("""
-    advanced.find configuration.error connection.failure exit find.options ldap.entry.duplicate
-    ldap.entry.saved ldap.entry.unable.to.add ldap.find.unexpected.error ldap.save.entry.prompt
+    advanced.find configuration.error connection.failure find.options
+    ldap.find.unexpected.error
     no.find.criteria no.matches.found no.qualifier qualifier qualifier.options retrieving.entries
     too.many.matches""".split())
 

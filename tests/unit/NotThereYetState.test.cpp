@@ -14,10 +14,7 @@ protected:
         auto& c = context();
         return {{&c.m_LdapFind, "phone.notThere.form"},
                 {&c.m_LdapDisplayOptions, "phone.notThere.options"},
-                {&c.m_LdapQualifierOptions, "phone.notThere.options"},
-                {&c.m_LdapCreatingEntry, "phone.notThere.form"},
-                {&c.m_LdapDisplayingEntry, "phone.notThere.form"},
-                {&c.m_LdapSavingEntry, "phone.notThere.form"}};
+                {&c.m_LdapQualifierOptions, "phone.notThere.options"}};
     }
     // Leaves the directory's list for a screen, as a menu does.
     void go(PhonebookStateBase& screen)
@@ -82,18 +79,18 @@ TEST_F(NotThereYet, IgnoresOtherPopups)
 TEST_F(NotThereYet, TakesItsMessageAlong)
 {
     start();
-    go(context().m_LdapCreatingEntry);
-    context().m_LdapCreatingEntry.exitStateEvent(&context());
+    go(context().m_LdapFind);
+    context().m_LdapFind.exitStateEvent(&context());
     host.settle();
     EXPECT_EQ(popups(), 0u);
-    EXPECT_EQ(current(), &context().m_LdapCreatingEntry); // its own dismissal reports nothing
+    EXPECT_EQ(current(), &context().m_LdapFind); // its own dismissal reports nothing
 }
 
 TEST_F(NotThereYet, LeavesTheTabWithTheTabKeyOnceTheMessageClosed)
 {
     start();
-    go(context().m_LdapCreatingEntry);
-    EXPECT_FALSE(context().m_LdapCreatingEntry.tabValid(&context()));
+    go(context().m_LdapFind);
+    EXPECT_FALSE(context().m_LdapFind.tabValid(&context()));
     display().closeNotification();
     host.settle();
     phonelet().tab();
