@@ -29,21 +29,6 @@ constexpr int nWITHOUT_GROUP = 0;
 constexpr unsigned nROWS_PER_QUERY = 8;
 constexpr int nWARNING = 1; // a question before something is lost
 
-// None for a number that is not the entry's.
-CallPartyIdentifier::PhoneNumberIconType iconOfNumber(const PhonebookFullEntry& entry,
-                                                      const std::string& number)
-{
-    if (number == entry.getOffice())
-        return CallPartyIdentifier::OFFICE;
-    if (number == entry.getOffice2())
-        return CallPartyIdentifier::OFFICE2;
-    if (number == entry.getMobile())
-        return CallPartyIdentifier::MOBILE;
-    if (number == entry.getPrivate())
-        return CallPartyIdentifier::PRIVATE;
-    return CallPartyIdentifier::NONE;
-}
-
 } // namespace
 
 PhonebookStateViewingList::~PhonebookStateViewingList() = default;
@@ -240,20 +225,7 @@ PhonebookStateBase* PhonebookStateViewingList::dialingStartedEvent(EventContext*
 bool PhonebookStateViewingList::getDialPartyDetails(CallPartyIdentifier& party, EventContext* pContext)
 {
     PB_TRACE("PhonebookStateViewingList::getDialPartyDetails");
-    const auto& entry = pContext->m_SelectedEntry;
-    if (party.getNumber().empty()) {
-        party.setNumber(entry.getDefaultPhonebookNo());
-        party.setIcon(entry.getDefaultIcon());
-    } else {
-        party.setIcon(iconOfNumber(entry, party.getNumber()));
-    }
-    // Somebody else's number must not be shown under this name.
-    if (party.getNumber().empty() || party.getIcon() == CallPartyIdentifier::NONE)
-        return false;
-    party.setFirstname(entry.getFirstname());
-    party.setSurname(entry.getSurname());
-    party.setPicture(entry.getPicture());
-    return true;
+    return offerEntry(party, pContext->m_SelectedEntry);
 }
 
 PhonebookStateBase* PhonebookStateViewingList::dialingStoppedEvent(EventContext* pContext)

@@ -477,6 +477,7 @@ TEST_F(ModeTabs, DoesNotOpenTheSearchWhileTheTabBarHasTheFocus)
     startOnQra();
     context().m_pLdapCurrentState = &context().m_LdapViewingList;
     selectTab(LDAP_TAB);
+    fillLdapList(1);
     command(Command::TAB_BAR_ENTERED);
     mode().show();
 
