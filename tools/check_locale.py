@@ -25,10 +25,7 @@ COMMENT = re.compile(r"^\s*//.*$", re.M)
 
 # The corporate directory's own screens show these. A key that is shown leaves the list.
 OF_DIRECTORY_SCREENS = frozenset("""
-    advanced.find configuration.error connection.failure find.options
-    ldap.find.unexpected.error
-    no.find.criteria no.matches.found no.qualifier qualifier qualifier.options retrieving.entries
-    too.many.matches""".split())
+    find.options no.find.criteria no.qualifier qualifier.options""".split())
 
 # How many characters a text may have where it is shown, parameters not counted.
 ROUND_KEY, SOFT_KEY, TAB, PAGE_KEY, ANSWER, ROW, NOTICE = 3, 12, 18, 16, 18, 28, 84
