@@ -23,10 +23,6 @@ QUOTED = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 FILE_NAME = re.compile(r"\.(?:toml|po|mo|vcf|png|jpg|svg|html|css|js|json|sqlite|db|log|so|txt|wav)$")
 COMMENT = re.compile(r"^\s*//.*$", re.M)
 
-# The corporate directory's own screens show these. A key that is shown leaves the list.
-OF_DIRECTORY_SCREENS = frozenset("""
-    find.options no.find.criteria no.qualifier qualifier.options""".split())
-
 # How many characters a text may have where it is shown, parameters not counted.
 ROUND_KEY, SOFT_KEY, TAB, PAGE_KEY, ANSWER, ROW, NOTICE = 3, 12, 18, 16, 18, 28, 84
 LIMITS = {
@@ -175,10 +171,7 @@ def keys_without_text(known):
 
 def texts_without_key(known):
     named = {text for _, source in sources() for text in QUOTED.findall(source)}
-    yield from (f"{key}: named in no source" for key in sorted(known - named - OF_DIRECTORY_SCREENS))
-    yield from (f"{key}: named in a source, take it out of OF_DIRECTORY_SCREENS"
-                for key in sorted(OF_DIRECTORY_SCREENS & named))
-    yield from (f"{key}: in no catalogue" for key in sorted(OF_DIRECTORY_SCREENS - known))
+    yield from (f"{key}: named in no source" for key in sorted(known - named))
 
 
 def texts_that_the_page_lacks():
