@@ -107,6 +107,7 @@ void Phone::stop()
         return;
     m_stopped = true;
     m_watch.reset();
+    m_services->directory().cancelSearches(); // the event thread may be waiting for one
     m_events.stopAfter("stop phonelets", [this] { stopPhonelets(); });
     m_frames.close();
 }

@@ -53,6 +53,9 @@ public:
     void setLanguage(const std::string& language);
     // Asks another corporate directory from now on; none before the first time.
     void setCorporateDirectory(LdapSetup setup) { m_corporate.setUp(std::move(setup)); }
+    // Ends a search of it that runs, and every later one.
+    // [any-thread]
+    void cancelSearches() { m_corporate.cancel(); }
     // Forgets the observers of phonelets that were stopped.
     void dropObservers() { m_observers.clear(); }
     // Tells the observers if others changed the contacts. [event thread]

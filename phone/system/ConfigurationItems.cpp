@@ -173,7 +173,7 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         attributes("email", "mail"),
         attributes("company", "o, in Active Directory company"),
         attributes("jobfunction", "title"),
-        attributes("address1", "street, postalAddress, in Active Directory streetAddress, postalAddress"),
+        attributes("address1", "street, postalAddress, in Active Directory streetAddress before them"),
         attributes("address2", "l"),
         number("ldap-search-trigger-timeout", "s", 0, 60, 3,
                "The corporate directory is searched when no key came for this long."),

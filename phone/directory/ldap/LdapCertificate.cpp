@@ -4,6 +4,8 @@
 #include <memory>
 #include <type_traits>
 
+#include <strings.h>
+
 #include <gnutls/gnutls.h>
 #include <gnutls/x509.h>
 
@@ -50,6 +52,28 @@ std::string dayOf(std::time_t time)
 
 } // namespace
 
+std::optional<LdapCertificate> ldapCertificateOf(const std::string& der)
+{
+    const auto certificate = parsed(der);
+    if (!certificate)
+        return std::nullopt;
+    const auto until = gnutls_x509_crt_get_expiration_time(certificate.get());
+    return LdapCertificate{nameBy(gnutls_x509_crt_get_dn, certificate.get()),
+                           nameBy(gnutls_x509_crt_get_issuer_dn, certificate.get()), dayOf(until),
+                           std::chrono::system_clock::from_time_t(until)};
+}
+
+bool holdsCertificates(const std::filesystem::path& file)
+{
+    gnutls_x509_trust_list_t list = nullptr;
+    if (gnutls_x509_trust_list_init(&list, 0) != 0)
+        return false;
+    const int count =
+        gnutls_x509_trust_list_add_trust_file(list, file.c_str(), nullptr, GNUTLS_X509_FMT_PEM, 0, 0);
+    gnutls_x509_trust_list_deinit(list, 1);
+    return count > 0;
+}
+
 std::string whatIsWrongWith(const std::string& der, const std::string& host,
                             const std::filesystem::path& caFile)
 {
@@ -67,6 +91,9 @@ std::string whatIsWrongWith(const std::string& der, const std::string& host,
     if (gnutls_x509_crt_check_hostname(certificate.get(), host.c_str()) == 0)
         return "is not for \"" + host + "\" but for " + nameBy(gnutls_x509_crt_get_dn, certificate.get()) +
                ": name the server in \"ldap-servers\" as its certificate does";
+    if (::strcasecmp(host.c_str(), "localhost") == 0)
+        return "is checked for this computer's own name, as \"localhost\" always is: write \"127.0.0.1\" in "
+               "\"ldap-servers\", and let the certificate name that";
     if (gnutls_x509_crt_check_issuer(certificate.get(), certificate.get()) != 0)
         return "is signed by itself: name a file that holds it in \"ldap-ca-file\"";
     return "is signed by " + nameBy(gnutls_x509_crt_get_issuer_dn, certificate.get()) +

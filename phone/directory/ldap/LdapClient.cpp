@@ -73,7 +73,7 @@ LdapClient::~LdapClient()
         std::lock_guard lock(m_mutex);
         m_ended = true;
     }
-    m_watchdog.cancel();
+    cancel();
     m_changed.notify_all();
     if (m_thread.joinable())
         m_thread.join();
@@ -117,6 +117,10 @@ DirectoryStatus LdapClient::search(const PhonebookSearchCriteria& criteria, Phon
         for (const auto& sentence : job->setup->faults)
             PHONE_ERROR("%s", sentence.c_str());
         return DIRECTORY_NOT_CONFIGURED;
+    }
+    if (!isOneFilter(settings.baseFilter)) {
+        PHONE_ERROR("%s is not one filter: correct \"ldap-filter\".", settings.baseFilter.c_str());
+        return DIRECTORY_WRONG_BASE;
     }
     auto filter = ldapFilterOf(criteria.getAttributes(), settings, ignoreNickname);
     if (!filter)

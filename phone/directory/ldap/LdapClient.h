@@ -24,7 +24,6 @@
 class LdapClient {
 public:
     LdapClient();
-    // Ends a search that runs.
     ~LdapClient();
 
     LdapClient(const LdapClient&) = delete;
@@ -39,6 +38,10 @@ public:
     // [any-thread]
     DirectoryStatus search(const PhonebookSearchCriteria& criteria, PhonebookSearchResults& results,
                            bool ignoreNickname);
+
+    // Ends a search that runs, and every later one: the telephone is being switched off.
+    // [any-thread]
+    void cancel() { m_watchdog.cancel(); }
 
     // Whether the configuration has a nickname attribute in use.
     // [any-thread]

@@ -273,6 +273,11 @@ std::optional<LdapFault> LdapConnection::prepareTls()
     ldap_set_option(handle, LDAP_OPT_X_TLS_PROTOCOL_MIN, &least);
     if (ldap_set_option(handle, LDAP_OPT_X_TLS_NEWCTX, &client) == LDAP_OPT_SUCCESS)
         return std::nullopt;
+    return noTrustedCertificates();
+}
+
+LdapFault LdapConnection::noTrustedCertificates() const
+{
     return fault(LdapFailure::CaFileUnusable, "the trusted certificates cannot be read from \"" +
                                                   m_settings.caFile.string() +
                                                   "\": name a PEM file in \"ldap-ca-file\"");
@@ -296,6 +301,8 @@ LdapFault LdapConnection::whyNoTls(int code, Deadline deadline)
     if (broke.failure != LdapFailure::Disconnected)
         return broke;
     if (m_settings.checkCertificate) {
+        if (!holdsCertificates(m_settings.caFile))
+            return noTrustedCertificates();
         // Whoever is there, nothing but the request for TLS is said to it.
         auto settings = m_settings;
         settings.checkCertificate = false;
@@ -324,10 +331,7 @@ std::optional<LdapFault> LdapConnection::bind(Deadline deadline)
 {
     std::string password;
     if (!m_settings.bindDn.empty()) {
-        std::vector<std::string> hosts;
-        for (const auto& server : m_settings.servers)
-            hosts.push_back(server.host);
-        auto kept = m_settings.password.read(hosts);
+        auto kept = m_settings.password.read(m_settings.hosts());
         if (!kept)
             return LdapFault{LdapFailure::PasswordMissing, kept.error().sentence};
         password = std::move(kept).value();

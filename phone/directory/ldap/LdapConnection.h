@@ -97,6 +97,8 @@ public:
     const LdapServer& server() const { return m_server; }
     // The numeric addresses that resolve() found.
     std::vector<std::string> addresses() const;
+    // The server's certificate (DER); "" without TLS.
+    std::string peerCertificate() const;
 
 private:
     struct Closer {
@@ -106,9 +108,9 @@ private:
     std::optional<LdapFault> connectTo(const LdapAddress& address, Deadline deadline);
     std::optional<LdapFault> adopt(int socket);
     std::optional<LdapFault> prepareTls();
+    LdapFault noTrustedCertificates() const;
     int requestTls();
     LdapFault whyNoTls(int code, Deadline deadline);
-    std::string peerCertificate() const;
     LdapSearchEnd searchEnd(int code, const LdapSearch& what);
     LdapFault searchFault(int code, const LdapSearch& what) const;
     LdapFault bindFault(int code) const;

@@ -95,7 +95,8 @@ Result<std::string> LdapPassword::read(const std::vector<std::string>& hosts) co
 
 Result<void> LdapPassword::write(const std::string& password, const std::vector<std::string>& hosts) const
 {
-    const bool oneLine = password.find_first_of(std::string_view("\n\r\0", 3)) == std::string::npos;
+    const bool oneLine =
+        std::none_of(password.begin(), password.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
     if (password.empty() || password.size() > nLONGEST_PASSWORD || !oneLine)
         return Error{ErrorCode::Malformed, "A password is one line of at most " +
                                                std::to_string(nLONGEST_PASSWORD) + " bytes, and not empty."};

@@ -27,8 +27,8 @@ public:
     // [any-thread]
     Result<std::string> read(const std::vector<std::string>& hosts) const;
 
-    // Keeps `password`, for `hosts` only. One that is empty, longer than 256 bytes or has a line end
-    // is refused. Whole or not at all.
+    // Keeps `password`, for `hosts` only. One that is empty, longer than 256 bytes or has
+    // control characters is refused. Whole or not at all.
     // [any-thread]
     Result<void> write(const std::string& password, const std::vector<std::string>& hosts) const;
 

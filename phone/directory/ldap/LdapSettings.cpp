@@ -16,6 +16,8 @@ namespace {
 
 using Names = std::vector<std::string>;
 
+constexpr int nGREATEST_PORT = 65535;
+
 struct UrlDeleter {
     void operator()(LDAPURLDesc* url) const { ldap_free_urldesc(url); }
 };
@@ -39,7 +41,10 @@ const std::vector<MappedField>& mappedFields()
         {Utils::EMAIL, "email", {"mail"}, {"mail"}},
         {Utils::COMPANY, "company", {"o"}, {"company"}},
         {Utils::JOBFUNCTION, "jobfunction", {"title"}, {"title"}},
-        {Utils::ADDRESS1, "address1", {"street", "postalAddress"}, {"streetAddress", "postalAddress"}},
+        {Utils::ADDRESS1,
+         "address1",
+         {"street", "postalAddress"},
+         {"streetAddress", "street", "postalAddress"}},
         {Utils::ADDRESS2, "address2", {"l"}, {"l"}},
     };
     return fields;
@@ -53,14 +58,18 @@ std::string quoted(const std::string& text)
 // Nothing for what is no address of a server.
 std::optional<LdapServer> serverOf(const std::string& given, bool startTls)
 {
+    // libldap takes those for parts of a search, or of a name.
+    if (given.find_first_of("? ") != std::string::npos)
+        return std::nullopt;
     const auto uri = given.find("://") == std::string::npos ? "ldap://" + given : given;
     LDAPURLDesc* parsed = nullptr;
     if (ldap_url_parse(uri.c_str(), &parsed) != LDAP_URL_SUCCESS)
         return std::nullopt;
     const std::unique_ptr<LDAPURLDesc, UrlDeleter> url(parsed);
     const std::string scheme = url->lud_scheme;
-    const bool hasPath = (url->lud_dn && *url->lud_dn) || url->lud_attrs || url->lud_filter || url->lud_exts;
-    if ((scheme != "ldap" && scheme != "ldaps") || !url->lud_host || !*url->lud_host || hasPath)
+    const bool hasPath = url->lud_dn && *url->lud_dn;
+    const bool isPort = url->lud_port >= 0 && url->lud_port <= nGREATEST_PORT;
+    if ((scheme != "ldap" && scheme != "ldaps") || !url->lud_host || !*url->lud_host || hasPath || !isPort)
         return std::nullopt;
 
     LdapServer server;
@@ -128,7 +137,7 @@ private:
         settings.bindDn = m_configuration.text("ldap-bind-dn");
         settings.password = LdapPassword(m_profile);
         if (m_setup.wanted)
-            settings.password.forgetUnlessFor(hosts());
+            settings.password.forgetUnlessFor(settings.hosts());
         if (settings.bindDn.empty())
             return;
         const bool plain = std::any_of(settings.servers.begin(), settings.servers.end(),
@@ -140,14 +149,6 @@ private:
         if (!settings.checkCertificate)
             refuse("The password of \"ldap-bind-dn\" is only sent to a server whose certificate was checked: "
                    "set \"ldap-check-certificate\" to true, and \"ldap-ca-file\" to who has signed it.");
-    }
-
-    Names hosts() const
-    {
-        Names names;
-        for (const auto& server : m_setup.settings.servers)
-            names.push_back(server.host);
-        return names;
     }
 
     void readSearch()
@@ -213,6 +214,14 @@ const std::vector<std::string>& LdapAttributeMap::of(const std::string& name) co
     const auto field =
         std::find_if(fields.begin(), fields.end(), [&name](const auto& f) { return f.name == name; });
     return field == fields.end() ? none : field->attributes;
+}
+
+std::vector<std::string> LdapSettings::hosts() const
+{
+    std::vector<std::string> names;
+    for (const auto& server : servers)
+        names.push_back(server.host);
+    return names;
 }
 
 LdapSetup ldapSettingsOf(const Configuration& configuration, const std::filesystem::path& profile)

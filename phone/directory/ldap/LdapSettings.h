@@ -68,6 +68,8 @@ struct LdapSettings {
     // What a whole search may take, whatever the servers do.
     std::chrono::milliseconds searchTime{10000};
     std::string countryCode; // digits; a number may be written with or without it
+
+    std::vector<std::string> hosts() const;
 };
 
 struct LdapSetup {

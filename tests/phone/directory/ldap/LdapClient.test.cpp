@@ -1,0 +1,564 @@
+// The client against a real directory server.
+
+#include <set>
+#include <thread>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "CorporateDirectory.h"
+#include "directory/ldap/LdapConnection.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+std::string people()
+{
+    return person("Miller", "Ann",
+                  "uid: annie\ntelephoneNumber: +49 30 23125-001\ntelephoneNumber: +49 30 23125-002\n"
+                  "mobile: +49 (171) 39200/01\nhomePhone: 030 555 1\nmail: ann@example.com\no: Example\n"
+                  "title: Engineer\nstreet: Main St. 1\nl: Berlin\ndisplayName: Ann Miller\n") +
+           person("Miller", "Bob", "telephoneNumber: +49 30 23125-003\nuid: bobby\n") +
+           person("Milton", "Cleo", "mobile: 4711\nuid: anchor\n") +
+           person("M\u00fcller", "Dora", "o: A*B (C)\\D\n") + person("Baker*", "Eve", "mobile: 47 2 11\n") +
+           person("Zhang", "\u4f1f") + person("Silent", "", "description: private\n");
+}
+
+// One server for all; what a test wants otherwise it starts itself.
+class Client : public CorporateDirectory {
+protected:
+    static void SetUpTestSuite()
+    {
+        s_folder = std::make_unique<TemporaryFolder>(std::filesystem::temp_directory_path());
+        TemporaryFolder& folder = *s_folder;
+        std::filesystem::create_directory(folder / "ca");
+        std::filesystem::create_directory(folder / "server");
+        s_authority = std::make_unique<TestAuthority>(folder / "ca");
+        SlapdOptions options;
+        options.people = people();
+        options.certificate = s_authority->issue();
+        s_server = std::make_unique<Slapd>(folder / "server", options);
+    }
+    static void TearDownTestSuite()
+    {
+        s_server.reset();
+        s_authority.reset();
+        s_folder.reset();
+    }
+
+    Items common() const override
+    {
+        return {{"ldap-servers", s_server->uri()},
+                {"ldap-base", Slapd::base()},
+                {"ldap-ca-file", s_authority->file()}};
+    }
+
+    void SetUp() override { configure({}); }
+
+    // Another server with these options and the suite's certificate.
+    std::unique_ptr<Slapd> server(SlapdOptions options)
+    {
+        const auto folder = *s_folder / ("server" + std::to_string(++s_servers));
+        std::filesystem::create_directory(folder);
+        if (options.people.empty())
+            options.people = people();
+        if (!options.certificate)
+            options.certificate = s_authority->issue();
+        return std::make_unique<Slapd>(folder, options);
+    }
+
+    void keepPassword(const std::string& password)
+    {
+        ASSERT_TRUE(LdapPassword(profile.path()).write(password, {"127.0.0.1"}));
+    }
+
+    static inline std::unique_ptr<TemporaryFolder> s_folder;
+    static inline std::unique_ptr<TestAuthority> s_authority;
+    static inline std::unique_ptr<Slapd> s_server;
+    static inline int s_servers = 0;
+};
+
+} // namespace
+
+TEST_F(Client, FindsWhoseSurnameBeginsAsTyped)
+{
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(found(), (Strings{"Miller", "Miller", "Milton"}));
+    EXPECT_EQ(found(Utils::FIRSTNAME), (Strings{"Ann", "Bob", "Cleo"}));
+    EXPECT_EQ(trailer, "false");
+}
+
+TEST_F(Client, FindsAllFieldsOfAnEntry)
+{
+    ASSERT_EQ(search({{Utils::SURNAME, "Miller"}, {Utils::FIRSTNAME, "a*"}}), DIRECTORY_SUCCESS) << errors();
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(records.front(), (AttributeList{{Utils::SURNAME, "Miller"},
+                                              {Utils::FIRSTNAME, "Ann"},
+                                              {Utils::OFFICE, "+49 30 23125-001"},
+                                              {Utils::OFFICE2, "+49 30 23125-002"},
+                                              {Utils::MOBILE, "+49 (171) 39200/01"},
+                                              {Utils::PRIVATE, "030 555 1"},
+                                              {Utils::EMAIL, "ann@example.com"},
+                                              {Utils::COMPANY, "Example"},
+                                              {Utils::JOBFUNCTION, "Engineer"},
+                                              {Utils::ADDRESS1, "Main St. 1"},
+                                              {Utils::ADDRESS2, "Berlin"}}));
+}
+
+TEST_F(Client, SaysThatNothingWasFoundAndLeavesTheResultsEmpty)
+{
+    PhonebookSearchResults results;
+    results.getRecords().push_back({{"old", "row"}});
+    EXPECT_EQ(client.search({{{Utils::SURNAME, "nobody"}}, "", true}, results, true), DIRECTORY_NO_MATCHES);
+    EXPECT_TRUE(results.getRecords().empty());
+}
+
+TEST_F(Client, FindsNothingForEmptyCriteriaWithoutAsking)
+{
+    configure({{"ldap-servers", "ldap://127.0.0.1:1"}});
+    EXPECT_EQ(search({}), DIRECTORY_NO_MATCHES);
+    EXPECT_EQ(search({{Utils::SURNAME, ""}}), DIRECTORY_NO_MATCHES);
+    EXPECT_EQ(search({{Utils::MOBILE, "letters"}}), DIRECTORY_NO_MATCHES);
+    configure({{"ldap-servers", ""}});
+    EXPECT_EQ(search({}), DIRECTORY_NO_MATCHES);
+    EXPECT_EQ(log.texts(AppLog::ERROR), Strings{});
+}
+
+TEST_F(Client, SaysThatItIsNotConfigured)
+{
+    configure({{"ldap-servers", ""}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_NOT_CONFIGURED);
+    configure({{"ldap-servers", "http://wrong"}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_NOT_CONFIGURED);
+    EXPECT_TRUE(said("\"http://wrong\" in \"ldap-servers\" is no server"));
+}
+
+TEST_F(Client, TakesEverythingTypedLiterallyButTheAsterisk)
+{
+    for (const auto* typed : {"Baker\\2a", "mil*)(uid=*", "*)(sn=*", "(", ")", "\\", "Baker?", "&|!"})
+        EXPECT_EQ(searchSurname(typed), DIRECTORY_NO_MATCHES) << typed << errors();
+    EXPECT_EQ(searchSurname(std::string("mil\0*", 5)), DIRECTORY_NO_MATCHES) << errors();
+    EXPECT_EQ(search({{Utils::COMPANY, "*(C)\\D"}}), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(found(), Strings{"M\u00fcller"});
+    EXPECT_EQ(searchSurname("*ak*"), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(found(), Strings{"Baker*"});
+}
+
+TEST_F(Client, FindsNamesOfAllScripts)
+{
+    EXPECT_EQ(searchSurname("m\u00fcl*"), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(Utils::FIRSTNAME), Strings{"Dora"});
+    EXPECT_EQ(search({{Utils::FIRSTNAME, "\u4f1f"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(), Strings{"Zhang"});
+}
+
+TEST_F(Client, FindsNumbersHoweverTheyAreWritten)
+{
+    for (const auto* typed : {"3023125003", "030 23125 003", "+493023125003", "23125003", "302312500*"})
+        EXPECT_EQ(search({{Utils::OFFICE, typed}, {Utils::FIRSTNAME, "Bob"}}), DIRECTORY_SUCCESS) << typed;
+    EXPECT_EQ(search({{Utils::MOBILE, "1713920001"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(Utils::FIRSTNAME), Strings{"Ann"});
+    EXPECT_EQ(search({{Utils::MOBILE, "4711"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(), Strings{"Milton"});
+    EXPECT_EQ(search({{Utils::MOBILE, "4712"}}), DIRECTORY_NO_MATCHES);
+}
+
+TEST_F(Client, FindsByNicknameWhenThatIsInUse)
+{
+    const AttributeList criteria{{Utils::SURNAME, "bob*"}, {Utils::NICKNAME, "bob*"}};
+    EXPECT_FALSE(client.usesNickname());
+    EXPECT_EQ(search(criteria), DIRECTORY_NO_MATCHES);
+
+    configure({{"ldap-nickname", "true"}});
+    EXPECT_TRUE(client.usesNickname());
+    EXPECT_EQ(search(criteria), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(Utils::FIRSTNAME), Strings{"Bob"});
+    EXPECT_EQ(trailer, "true");
+    EXPECT_EQ(search(criteria, true), DIRECTORY_NO_MATCHES);
+}
+
+TEST_F(Client, SaysFoundByNicknameOnlyWhenNoSurnameWasFound)
+{
+    configure({{"ldap-nickname", "true"}});
+    EXPECT_EQ(search({{Utils::SURNAME, "mil*"}, {Utils::NICKNAME, "mil*"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(trailer, "false");
+    EXPECT_EQ(search({{Utils::SURNAME, "an*"}, {Utils::NICKNAME, "an*"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(Utils::FIRSTNAME), (Strings{"Ann", "Cleo"}));
+    EXPECT_EQ(trailer, "true");
+}
+
+TEST_F(Client, AsksOverLdapsToo)
+{
+    configure({{"ldap-servers", s_server->tlsUri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+}
+
+TEST_F(Client, AsksWithoutEncryptionWhereThatIsWanted)
+{
+    configure({{"ldap-security", "none"}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+}
+
+TEST_F(Client, SearchesTheBaseAsFarAsConfigured)
+{
+    configure({{"ldap-scope", "base"}});
+    EXPECT_EQ(searchSurname("*"), DIRECTORY_NO_MATCHES);
+    configure({{"ldap-scope", "one"}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS);
+    configure({{"ldap-filter", "(givenName=Bob)"}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS);
+    EXPECT_EQ(found(Utils::FIRSTNAME), Strings{"Bob"});
+}
+
+TEST_F(Client, SearchesTheBaseOfTheCriteria)
+{
+    base = "ou=nowhere,dc=example,dc=com";
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE);
+    EXPECT_TRUE(said("there is no \"ou=nowhere,dc=example,dc=com\" to search in: correct \"ldap-base\""))
+        << errors();
+}
+
+TEST_F(Client, SaysThatTheBaseIsWrong)
+{
+    for (const auto* wrong : {"dc=nowhere", "no dn", "ou=nowhere,dc=example,dc=com", ""}) {
+        configure({{"ldap-base", wrong}});
+        EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE) << wrong << errors();
+    }
+}
+
+TEST_F(Client, SaysThatTheFilterIsWrong)
+{
+    for (const auto* wrong : {"(sn=a", "(sn=a))", "(sn=a)(sn=b)", "(&", "()", "(sn~a)", "(&(|(a))"}) {
+        log.clear();
+        configure({{"ldap-filter", wrong}});
+        EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE) << wrong;
+        EXPECT_TRUE(said("correct \"ldap-filter\"")) << errors();
+    }
+}
+
+TEST_F(Client, DeliversWhatCameWhenThereIsMore)
+{
+    for (const auto& [limit, status] : std::map<std::string, DirectoryStatus>{
+             {"2", DIRECTORY_TOO_MANY_MATCHES}, {"3", DIRECTORY_SUCCESS}, {"4", DIRECTORY_SUCCESS}}) {
+        configure({{"ldap-size-limit", limit}});
+        EXPECT_EQ(searchSurname("mil*"), status) << limit << errors();
+        EXPECT_EQ(found().size(), limit == "2" ? 2u : 3u);
+        EXPECT_EQ(trailer, "false");
+    }
+}
+
+TEST_F(Client, DeliversWhatTheServerGivesWhenThatHasALimit)
+{
+    const auto limited = server({"", {}, "", "limits * size.soft=2 size.hard=2\n"});
+    configure({{"ldap-servers", limited->uri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_TOO_MANY_MATCHES) << errors();
+    EXPECT_EQ(found().size(), 2u);
+}
+
+TEST_F(Client, SearchesNumbersUpToItsOwnLimit)
+{
+    configure({{"ldap-size-limit", "1"}});
+    EXPECT_EQ(search({{Utils::OFFICE, "*"}}), DIRECTORY_TOO_MANY_MATCHES);
+    EXPECT_EQ(found().size(), 1u);
+    EXPECT_EQ(search({{Utils::MOBILE, "4711"}}), DIRECTORY_SUCCESS) << "47 2 11 is none of them";
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_TOO_MANY_MATCHES);
+}
+
+TEST_F(Client, BindsWithThePassword)
+{
+    const auto closed = server({"", {}, "", "access to * by users read by anonymous auth\n"});
+    configure({{"ldap-servers", closed->uri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CREDENTIALS_REFUSED);
+    EXPECT_TRUE(said("nobody may search unnamed: set another \"ldap-bind-dn\"")) << errors();
+
+    keepPassword(Slapd::PASSWORD);
+    configure({{"ldap-servers", closed->uri()}, {"ldap-bind-dn", Slapd::bindDn()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(found().size(), 3u);
+    for (const auto& line : log.lines())
+        EXPECT_EQ(line.text.find(Slapd::PASSWORD), std::string::npos) << line.text;
+}
+
+TEST_F(Client, SaysThatThePasswordIsWrongAndTriesItOnce)
+{
+    keepPassword("wrong");
+    configure(
+        {{"ldap-bind-dn", Slapd::bindDn()}, {"ldap-servers", s_server->uri() + "," + s_server->tlsUri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CREDENTIALS_REFUSED);
+    EXPECT_EQ(log.texts(AppLog::ERROR).size(), 1u);
+    EXPECT_TRUE(said("Directory server " + s_server->uri() +
+                     ": the name or the password is wrong: correct \"ldap-bind-dn\", or run \"deskphone "
+                     "ldap-password\"."))
+        << errors();
+}
+
+TEST_F(Client, TakesANewPasswordAtOnce)
+{
+    keepPassword("wrong");
+    configure({{"ldap-bind-dn", Slapd::bindDn()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CREDENTIALS_REFUSED);
+    keepPassword(Slapd::PASSWORD);
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+}
+
+TEST_F(Client, SaysThatThePasswordIsMissing)
+{
+    configure({{"ldap-bind-dn", Slapd::bindDn()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_NOT_CONFIGURED);
+    EXPECT_TRUE(said("There is no password for the directory. Run \"deskphone ldap-password\"."));
+}
+
+TEST_F(Client, SaysThatNobodyMayAskUnnamed)
+{
+    const auto closed = server({"", {}, "disallow bind_anon\nrequire authc\n", ""});
+    configure({{"ldap-servers", closed->uri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CREDENTIALS_REFUSED);
+    EXPECT_TRUE(said("nobody may ask unnamed: set \"ldap-bind-dn\"")) << errors();
+}
+
+TEST_F(Client, AsksTheNextServerWhenOneDoesNotAnswer)
+{
+    const auto silent = "ldap://127.0.0.1:" + std::to_string(freePort());
+    configure({{"ldap-servers", silent + "," + s_server->uri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(log.texts(AppLog::REFUSED).size(), 1u);
+}
+
+TEST_F(Client, SaysThatThereIsNoConnection)
+{
+    configure({{"ldap-servers", "ldap://127.0.0.1:" + std::to_string(freePort())}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CONNECTION_FAILURE);
+    EXPECT_TRUE(
+        said("there is no connection (Connection refused): correct host and port in \"ldap-servers\""))
+        << errors();
+}
+
+TEST_F(Client, SaysThatTheNameIsUnknown)
+{
+    configure({{"ldap-servers", "ldap://no-such-host.invalid"}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CONNECTION_FAILURE);
+    EXPECT_TRUE(said("the name is unknown")) << errors();
+}
+
+TEST_F(Client, KeepsItsConnection)
+{
+    const auto counted = server({"", {}, "", ""});
+    configure({{"ldap-servers", counted->uri()}});
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    counted->kill();
+    const auto seen = counted->log();
+    std::size_t accepted = 0;
+    for (auto at = seen.find("ACCEPT from"); at != std::string::npos; at = seen.find("ACCEPT from", at + 1))
+        ++accepted;
+    EXPECT_EQ(accepted, 2u) << "one of them the test's own\n" << seen;
+}
+
+TEST_F(Client, RenewsAConnectionThatWasLost)
+{
+    const auto other = server({});
+    configure({{"ldap-servers", other->uri()}});
+    ASSERT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    other->restart();
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    other->kill();
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CONNECTION_FAILURE);
+    other->restart();
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+}
+
+TEST_F(Client, AsksAsConfiguredLast)
+{
+    ASSERT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS);
+    configure({{"ldap-servers", "ldap://127.0.0.1:" + std::to_string(freePort())}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_CONNECTION_FAILURE);
+    configure({});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+}
+
+TEST_F(Client, AsksOnlyForWhatIsShown)
+{
+    const auto watched = server({"", {}, "", ""});
+    configure({{"ldap-servers", watched->uri()}});
+    ASSERT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS);
+    watched->kill();
+    EXPECT_NE(watched->log().find(
+                  "SRCH attr=sn givenName telephoneNumber otherTelephone mobile homePhone mail o title "
+                  "street postalAddress l displayName cn\n"),
+              std::string::npos)
+        << watched->log();
+}
+
+TEST_F(Client, RefusesWhoIsNotTrusted)
+{
+    const std::map<std::string, std::string> wrong{
+        {"is not for \"127.0.0.1\" but for CN=other.example.com", "name"},
+        {"expired on ", "expired"},
+        {"is not valid before ", "early"},
+        {"is signed by itself", "self"},
+        {"is signed by CN=Test authority, which \"ldap-ca-file\" (", "unknown"},
+    };
+    std::filesystem::create_directory(*s_folder / "other");
+    TestAuthority stranger(*s_folder / "other");
+    const std::map<std::string, TestCertificate> certificates{
+        {"name", s_authority->issue({"other.example.com", "DNS:other.example.com", -1, 30, false})},
+        {"expired", s_authority->issue({"localhost", "IP:127.0.0.1", -20, -10, false})},
+        {"early", s_authority->issue({"localhost", "IP:127.0.0.1", 10, 20, false})},
+        {"self", s_authority->issue({"localhost", "IP:127.0.0.1", -1, 30, true})},
+        {"unknown", stranger.issue()},
+    };
+    keepPassword(Slapd::PASSWORD);
+    for (const auto& [sentence, kind] : wrong) {
+        const auto suspicious = server({"", certificates.at(kind), "", ""});
+        for (const auto& uri : {suspicious->uri(), suspicious->tlsUri()}) {
+            log.clear();
+            configure({{"ldap-servers", uri}, {"ldap-bind-dn", Slapd::bindDn()}});
+            EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE) << uri << kind << errors();
+            EXPECT_TRUE(said("its certificate " + sentence)) << kind << errors();
+        }
+        suspicious->kill();
+        EXPECT_EQ(suspicious->log().find(" BIND "), std::string::npos) << suspicious->log();
+    }
+}
+
+TEST_F(Client, TrustsWhoIsNotTrustedIfToldSo)
+{
+    const auto suspicious = server({"", s_authority->issue({"other", "DNS:other", -1, 30, true}), "", ""});
+    configure(
+        {{"ldap-servers", suspicious->uri()}, {"ldap-check-certificate", "false"}, {"ldap-ca-file", ""}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+}
+
+TEST_F(Client, TrustsNobodyByTheEnvironmentOfTheComputer)
+{
+    setenv("LDAPTLS_REQCERT", "never", 1);
+    const auto suspicious = server({"", s_authority->issue({"other", "DNS:other", -1, 30, true}), "", ""});
+    configure({{"ldap-servers", suspicious->uri()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE) << errors();
+    unsetenv("LDAPTLS_REQCERT");
+}
+
+TEST_F(Client, SaysThatTheTrustedCertificatesCannotBeRead)
+{
+    profile.write("nonsense.pem", "no certificate\n");
+    for (const auto* file : {"missing.pem", "nonsense.pem", ""}) {
+        log.clear();
+        configure({{"ldap-ca-file", file}});
+        EXPECT_EQ(searchSurname("mil*"), DIRECTORY_NOT_CONFIGURED) << file << errors();
+        EXPECT_TRUE(said("name a PEM file in \"ldap-ca-file\"")) << file << errors();
+    }
+}
+
+TEST_F(Client, SaysThatTheServerOffersNoEncryption)
+{
+    const auto folder = *s_folder / "plain";
+    std::filesystem::create_directory(folder);
+    SlapdOptions options;
+    options.people = people();
+    Slapd plain(folder, options);
+    keepPassword(Slapd::PASSWORD);
+    configure({{"ldap-servers", plain.uri()}, {"ldap-bind-dn", Slapd::bindDn()}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE);
+    EXPECT_TRUE(said("the server offers no encryption")) << errors();
+    plain.kill();
+    EXPECT_EQ(plain.log().find(" BIND "), std::string::npos) << plain.log();
+}
+
+TEST_F(Client, KnowsActiveDirectorysSchema)
+{
+    const std::string schema =
+        "attributetype ( 1.1.2.1 NAME 'company' SUP name )\n"
+        "attributetype ( 1.1.2.2 NAME 'otherTelephone' SUP telephoneNumber )\n"
+        "attributetype ( 1.1.2.3 NAME 'mailNickname' SUP name )\n"
+        "attributetype ( 1.1.2.4 NAME 'objectCategory' SUP name )\n"
+        "objectclass ( 1.1.3.1 NAME 'user' SUP top STRUCTURAL MAY ( objectCategory $ company $ "
+        "cn $ sn $ givenName $ displayName $ otherTelephone $ telephoneNumber $ mailNickname $ "
+        "streetAddress $ l ) )\n";
+    const std::string category = "objectClass: user\nobjectCategory: person\n";
+    const auto active = server(
+        {"dn: cn=Ann,dc=example,dc=com\n" + category +
+             "sn: Miller\ngivenName: Ann\ndisplayName: Ann Miller\ntelephoneNumber: 1\notherTelephone: 2\n"
+             "company: Example\nstreetAddress: Main St. 1\nmailNickname: annie\n\n"
+             "dn: cn=Mill,dc=example,dc=com\n" +
+             category + "displayName: Mill, meeting room\ntelephoneNumber: 3\n\n" +
+             "dn: cn=Milli,dc=example,dc=com\nobjectClass: user\nsn: Milli\nobjectCategory: group\n\n",
+         {},
+         schema,
+         ""});
+    configure(
+        {{"ldap-servers", active->uri()}, {"ldap-schema", "activeDirectory"}, {"ldap-nickname", "true"}});
+    EXPECT_EQ(searchSurname("mill*"), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(found(), (Strings{"Mill, meeting room", "Miller"}));
+    EXPECT_EQ(found(Utils::OFFICE2), Strings{"2"});
+    EXPECT_EQ(found(Utils::COMPANY), Strings{"Example"});
+    EXPECT_EQ(found(Utils::ADDRESS1), Strings{"Main St. 1"});
+    EXPECT_EQ(searchSurname("ann*"), DIRECTORY_NO_MATCHES)
+        << "who has a surname is not found by the display name";
+    EXPECT_EQ(search({{Utils::SURNAME, "annie"}, {Utils::NICKNAME, "annie"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(trailer, "true");
+}
+
+TEST_F(Client, EndsASearchThatRunsWhenTheTelephoneIsSwitchedOff)
+{
+    // Accepts, and says nothing.
+    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
+    ASSERT_EQ(::listen(listener, 1), 0);
+    ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size), 0);
+
+    setup.settings.servers.front().host = "127.0.0.1";
+    setup.settings.servers.front().port = ntohs(address.sin_port);
+    setup.settings.connectTime = setup.settings.searchTime = 60s;
+    client.setUp(setup);
+    DirectoryStatus status = DIRECTORY_SUCCESS;
+    std::thread caller([&] {
+        PhonebookSearchResults results;
+        status = client.search({{{Utils::SURNAME, "a"}}, "", true}, results, true);
+    });
+    const int accepted = ::accept(listener, nullptr, nullptr);
+    char request = 0;
+    EXPECT_EQ(::read(accepted, &request, 1), 1);
+    const auto begun = std::chrono::steady_clock::now();
+    client.cancel();
+    caller.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 5s);
+    EXPECT_EQ(status, DIRECTORY_CONNECTION_FAILURE);
+    ::close(accepted);
+    ::close(listener);
+}
+
+TEST_F(Client, ConnectionTellsStepByStep)
+{
+    LdapWatchdog watchdog;
+    LdapConnection connection(setup.settings.servers.front(), setup.settings, watchdog);
+    const auto deadline = LdapWatchdog::Clock::now() + 20s;
+    EXPECT_FALSE(connection.isFit());
+    ASSERT_FALSE(connection.resolve(deadline));
+    EXPECT_FALSE(connection.addresses().empty());
+    ASSERT_FALSE(connection.connect(deadline));
+    ASSERT_FALSE(connection.startTls(deadline));
+    ASSERT_FALSE(connection.bind(deadline));
+    EXPECT_TRUE(connection.isFit());
+
+    int entries = 0;
+    const auto count = [&entries](const LdapEntryView& entry) {
+        entry.forEachValue([](auto, auto) { FAIL() << "no attribute was asked for"; });
+        return ++entries < 3;
+    };
+    EXPECT_FALSE(
+        connection.search({Slapd::base(), LdapScope::Base, "(objectClass=*)", {"1.1"}, 0}, deadline, count)
+            .fault);
+    EXPECT_EQ(entries, 1);
+    const auto end =
+        connection.search({Slapd::base(), LdapScope::Subtree, "(sn=*)", {"1.1"}, 0}, deadline, count);
+    EXPECT_TRUE(end.partial);
+    EXPECT_EQ(entries, 3);
+    EXPECT_FALSE(connection.isFit()) << "the rest of the answer is still to come";
+}
