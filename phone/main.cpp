@@ -21,6 +21,7 @@
 #include "directory/BackupCommand.h"
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
+#include "directory/ldap/LdapPasswordCommand.h"
 #include "directory/NewFile.h"
 #include "pictures/AddPictureCommand.h"
 #include "system/Log.h"
@@ -207,6 +208,8 @@ int main(int argc, char** argv)
     restore->add_option("FILE", file)->required();
     auto* addPicture = app.add_subcommand("add-picture", "Copy pictures to those that contacts may have");
     addPicture->add_option("FILE", pictures)->required();
+    auto* ldapPassword =
+        app.add_subcommand("ldap-password", "Keep the password for the corporate directory; it is asked for");
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
 
     try {
@@ -229,6 +232,8 @@ int main(int argc, char** argv)
         return restoreContacts(profile, file);
     if (*addPicture)
         return copyPictures(profile, pictures);
+    if (*ldapPassword)
+        return keepLdapPassword(profile, std::cin, std::cout, std::cerr);
     if (*token)
         return replaceToken(profile);
     return runTelephone(arguments);
