@@ -9,6 +9,7 @@
 #include <framework/services/PhonebookGroupList.h>
 #include <framework/services/PhonebookSearchCriteria.h>
 #include <framework/services/PhonebookSearchResults.h>
+#include <framework/services/Utils.h>
 #include <framework/util/Serializer.h>
 
 #include "FailingDirectory.h"
@@ -361,7 +362,7 @@ TEST_F(Directory, TellsTheGreatestLengths)
 
 TEST_F(Directory, HasNoCorporateDirectoryUntilOneIsGiven)
 {
-    PhonebookSearchCriteria criteria({}, "", true);
+    PhonebookSearchCriteria criteria({{Utils::SURNAME, "a*"}}, "", true);
     PhonebookSearchResults results;
     EXPECT_EQ(directory->search(criteria, results, false), DIRECTORY_NOT_CONFIGURED);
     EXPECT_TRUE(results.getRecords().empty());

@@ -20,15 +20,22 @@ class PhonebookGroupList;
 class PhonebookSearchCriteria;
 class PhonebookSearchResults;
 
-// How a directory search ended. Other values are unexpected errors.
+// How a directory search ended. Other values are unexpected errors. What exactly was wrong, and which
+// item an administrator must change, is in the telephone's log.
 enum DirectoryStatus : int {
     DIRECTORY_SUCCESS = 0,
+    // Nobody; also when there is nothing to look for, as without criteria: then no server is asked.
     DIRECTORY_NO_MATCHES = 1,
+    // No server could be reached, or none answered in time or as a directory does.
     DIRECTORY_CONNECTION_FAILURE = 2,
+    // There is no configuration, or what there is makes no sense.
     DIRECTORY_NOT_CONFIGURED = 3,
+    // The server does not take the telephone's name or password, or lets it not search.
     DIRECTORY_CREDENTIALS_REFUSED = 4,
+    // The base or the filter is wrong, or the server could not prove who it is.
     DIRECTORY_WRONG_BASE = 5,
-    DIRECTORY_TOO_MANY_MATCHES = 9, // the records that came are delivered
+    // There are more: a limit of size or time was met. The records that came are delivered.
+    DIRECTORY_TOO_MANY_MATCHES = 9,
 };
 
 class FRAMEWORK_API DirectoryServiceIfc : public Executable {
