@@ -56,7 +56,7 @@ DirectoryFields::Field DirectoryFields::fieldOf(const DisplayAPI::Item* pItem) c
 {
     PB_TRACE("DirectoryFields::fieldOf()");
     std::size_t field = 0;
-    while (field < nFIELDS && (!pItem || pItem != m_fields[field].get()))
+    while (field < nFIELDS && pItem != m_fields[field].get())
         ++field;
     return static_cast<Field>(field);
 }

@@ -37,7 +37,7 @@ public:
     // Creates them, empty, and appends them to the form.
     void appendTo(EventContext* pContext, DisplayAPI::Form& form);
 
-    // Only after appendTo().
+    // Both only after appendTo().
     DisplayAPI::TextField& operator[](std::size_t field) const { return *m_fields[field]; }
     // Which of them it is; nFIELDS for anything else.
     Field fieldOf(const DisplayAPI::Item* pItem) const;

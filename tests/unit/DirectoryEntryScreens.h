@@ -4,6 +4,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <framework/services/Utils.h>
 
@@ -30,6 +31,17 @@ protected:
         context().m_pLdapCurrentState = &next;
         next.enterStateEvent(&context());
         host.settle();
+    }
+
+    // Searches for a name, finds these people, and opens the menu of the first one.
+    void openMenuOf(std::vector<AttributeList> people)
+    {
+        people.push_back({{"trailer", "false"}});
+        directory.found = std::move(people);
+        directory.status = DIRECTORY_SUCCESS;
+        type("a*");
+        context().m_pLdapDisplayList->setSelectedIndex(context().m_HasSoftKeyBar ? 0 : 1);
+        press(MENU);
     }
 
     // What the directory's list makes of an entry when it is selected.

@@ -44,6 +44,54 @@ protected:
 
 } // namespace
 
+// --- From the list, and back to it ---
+
+TEST_F(DirectoryEntry, ShowsAndDialsWhoIsSelectedInTheList)
+{
+    for (const auto bar : {Bar::SoftKeys, Bar::None}) {
+        startOnItsTab(bar);
+        csta.sent.clear();
+        openMenuOf({amysAttributes(), {{Utils::SURNAME, "Zack"}}});
+        const auto found = context().m_pLdapDisplayList->size();
+        choose("details");
+        EXPECT_TRUE(inForm());
+        EXPECT_EQ(popups(), 0u);
+        EXPECT_EQ(value("last.name"), "Adams");
+        EXPECT_EQ(value("email"), "amy@acme.uk");
+        focus("business2");
+        press(OK);
+        EXPECT_EQ(calls(), Texts{"MakeCall 2"});
+        EXPECT_TRUE(inList());
+        EXPECT_EQ(context().m_pLdapDisplayList->size(), found);
+        EXPECT_EQ(display().getCurrent(), context().m_pTabScreen.get());
+        // Asked when the call is under way: the list knows whom the form dialled.
+        CallPartyIdentifier party;
+        party.setNumber("2");
+        EXPECT_TRUE(mode().getDialPartyDetails(party));
+        EXPECT_EQ(party.getSurname(), "Adams");
+        EXPECT_EQ(party.getIcon(), 3);
+        dialingStops();
+    }
+}
+
+TEST_F(DirectoryEntry, LeavesTheListAsItWas)
+{
+    for (const auto bar : {Bar::SoftKeys, Bar::None}) {
+        startOnItsTab(bar);
+        openMenuOf({amysAttributes(), {{Utils::SURNAME, "Zack"}}});
+        press(BACK);
+        const auto before = rows();
+        press(MENU);
+        choose("details");
+        press(BACK);
+        EXPECT_TRUE(inList());
+        EXPECT_EQ(rows(), before);
+        EXPECT_EQ(popups(), 0u);
+        EXPECT_EQ(directory.searches.size(), 1u);
+        directory.searches.clear();
+    }
+}
+
 // --- What is shown ---
 
 TEST_F(DirectoryEntry, ShowsEveryFieldOfTheEntry)

@@ -183,6 +183,50 @@ TEST_F(DirectorySaving, IgnoresWhatIsNoneOfItsMessages)
     EXPECT_EQ(log.count(line), 4);
 }
 
+TEST_F(DirectorySaving, SavesWhoIsSelectedInTheListAndReturnsThere)
+{
+    for (const auto bar : {Bar::SoftKeys, Bar::None}) {
+        directory.records.clear();
+        startOnItsTab(bar);
+        openMenuOf({amysAttributes(), {{Utils::SURNAME, "Zack"}}});
+        choose("save");
+        EXPECT_EQ(screen(), nSAVED);
+        EXPECT_EQ(newest().at("JobFunction"), "Editor");
+        wait(3000ms);
+        EXPECT_TRUE(inList());
+        EXPECT_EQ(popups(), 0u);
+        EXPECT_EQ(context().m_pLdapDisplayList->size(), bar == Bar::None ? 3 : 2);
+        context().m_pLdapDisplayList->setSelectedIndex(bar == Bar::None ? 1 : 0);
+        press(MENU);
+        choose("save");
+        EXPECT_EQ(screen(), nDUPLICATE);
+        press(OK); // closes it, and dials nobody
+        EXPECT_TRUE(inList());
+        EXPECT_EQ(calls(), Texts{});
+        EXPECT_EQ(directory.records.size(), 1u);
+        EXPECT_EQ(shownTexts().back(), "Adams, Amy");
+    }
+}
+
+TEST_F(DirectorySaving, SavesFromTheEntrysFormAndReturnsToTheList)
+{
+    for (const auto bar : {Bar::SoftKeys, Bar::None}) {
+        directory.records.clear();
+        startOnItsTab(bar);
+        openMenuOf({amysAttributes()});
+        choose("details");
+        for (const auto* message : {nSAVED, nDUPLICATE}) {
+            pick("form.options", "ldap.save.entry.prompt");
+            press(OK);
+            EXPECT_EQ(screen(), message);
+            press(OK);
+            EXPECT_TRUE(inList());
+            EXPECT_EQ(display().getCurrent(), context().m_pTabScreen.get());
+            go(context().m_LdapDisplayingEntry);
+        }
+    }
+}
+
 // --- The row in the local list ---
 
 TEST_F(DirectorySaving, ReplacesTheWordsOfAnEmptyList)
