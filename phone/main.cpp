@@ -21,8 +21,9 @@
 #include "directory/BackupCommand.h"
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
-#include "directory/ldap/LdapPasswordCommand.h"
 #include "directory/NewFile.h"
+#include "directory/ldap/LdapCheckCommand.h"
+#include "directory/ldap/LdapPasswordCommand.h"
 #include "pictures/AddPictureCommand.h"
 #include "system/Log.h"
 #include "web/PageFace.h"
@@ -208,6 +209,8 @@ int main(int argc, char** argv)
     restore->add_option("FILE", file)->required();
     auto* addPicture = app.add_subcommand("add-picture", "Copy pictures to those that contacts may have");
     addPicture->add_option("FILE", pictures)->required();
+    auto* ldapCheck =
+        app.add_subcommand("ldap-check", "Tell step by step whether the corporate directory can be asked");
     auto* ldapPassword =
         app.add_subcommand("ldap-password", "Keep the password for the corporate directory; it is asked for");
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
@@ -232,6 +235,8 @@ int main(int argc, char** argv)
         return restoreContacts(profile, file);
     if (*addPicture)
         return copyPictures(profile, pictures);
+    if (*ldapCheck)
+        return checkLdap(profile, std::cout);
     if (*ldapPassword)
         return keepLdapPassword(profile, std::cin, std::cout, std::cerr);
     if (*token)
