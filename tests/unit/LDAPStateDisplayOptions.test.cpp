@@ -28,6 +28,17 @@ const std::vector<std::vector<std::string>> nNAMES{{"Adams, Zoe", "Baker, Mia", 
 
 } // namespace
 
+TEST_F(DirectoryNameFormats, OpenFromTheListsMenu)
+{
+    startOnItsTab();
+    listShows(threePeople());
+    press(MENU);
+    choose("display");
+    EXPECT_EQ(current(), &state());
+    EXPECT_EQ(popups(), 0u);
+    EXPECT_EQ(title(), "display.options");
+}
+
 TEST_F(DirectoryNameFormats, OffersFourWaysToWriteAName)
 {
     open();
@@ -70,6 +81,7 @@ TEST_F(DirectoryNameFormats, BeginsAtTheDirectorysFormatWhateverTheLocalListUses
 
 TEST_F(DirectoryNameFormats, BeginsAtTheFirstForAFormatThatIsNone)
 {
+    directory.options["LdapDisplayOptions"] = 2;
     open();
     for (const int mode : {4, -1}) {
         press(DOWN);

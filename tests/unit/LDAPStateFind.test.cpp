@@ -45,6 +45,16 @@ const std::vector<std::string> EMPTY(LABELS.size() - 1);
 
 // --- The form ---
 
+TEST_F(FindForm, OpensFromTheListsMenu)
+{
+    startOnItsTab();
+    press(MENU);
+    PhonebookScreens::choose("advanced.find");
+    EXPECT_TRUE(inForm());
+    EXPECT_EQ(popups(), 0u);
+    EXPECT_EQ(title(), "advanced.find");
+}
+
 TEST_F(FindForm, HoldsItsOptionsAndAFieldForEachAttribute)
 {
     open();

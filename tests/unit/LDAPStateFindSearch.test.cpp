@@ -139,6 +139,7 @@ TEST_F(Find, ShowsWhatItFoundInTheList)
         EXPECT_EQ(display().getCurrent(), context().m_pTabScreen.get());
         EXPECT_EQ(context().m_pTabScreen->getCurrentDisplayable(), &peopleRows());
         EXPECT_TRUE(telephone.sleeps.empty());
+        EXPECT_TRUE(log.texts(3).empty()); // no message came and went
     }
 }
 
@@ -303,6 +304,27 @@ TEST_F(Find, SearchesAgainAfterAFailure)
     press(OK);
     EXPECT_TRUE(inList());
     EXPECT_EQ(names().size(), 3u);
+}
+
+TEST_F(Find, BuildsItsMessagesOnce)
+{
+    open();
+    const auto idOfMessage = [this] {
+        find();
+        const auto id = top().id;
+        press(OK); // the message
+        press(BACK);
+        go(state());
+        return id;
+    };
+    const auto noCriteria = idOfMessage();
+    EXPECT_EQ(idOfMessage(), noCriteria);
+    fill("last.name", "a");
+    std::vector<std::uint64_t> progress;
+    directory.whileSearching = [&] { progress.push_back(top().id); };
+    const auto failure = idOfMessage();
+    EXPECT_EQ(idOfMessage(), failure);
+    EXPECT_EQ(progress, std::vector(2, progress.front()));
 }
 
 TEST_F(Find, TakesItsProgressMessageAwayWhateverHappens)

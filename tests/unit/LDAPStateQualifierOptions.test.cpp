@@ -31,6 +31,17 @@ const std::vector<std::pair<std::string, std::string>> nQUALIFIERS{
 
 } // namespace
 
+TEST_F(Qualifiers, OpenFromTheListsMenu)
+{
+    startOnItsTab();
+    listShows({amysAttributes()});
+    press(MENU);
+    choose("qualifier");
+    EXPECT_EQ(current(), &state());
+    EXPECT_EQ(popups(), 0u);
+    EXPECT_EQ(title(), "qualifier.options");
+}
+
 TEST_F(Qualifiers, OffersNothingAndNineAttributes)
 {
     open();
@@ -75,6 +86,7 @@ TEST_F(Qualifiers, BeginsAtTheQualifierInUse)
 
 TEST_F(Qualifiers, BeginsAtTheFirstForAQualifierThatIsNone)
 {
+    directory.options["LdapQualifier"] = 2;
     open();
     for (const int qualifier : {10, -1}) {
         press(BACK);
