@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
-"""Writes demo/directory/people.ldif: the thousand fictional people of the demo's company, for inetOrgPerson.
+"""Writes the thousand fictional people of the demo's company, for inetOrgPerson: make_demo_people.py [FILE]
 
-Run it after changing the people below and check the result in; the build does not need it. The colleagues
-among the demo's own contacts are in it, with the same numbers. Telephone numbers lie in ranges that
-regulators keep free for fiction, and are written in the many ways that people write them.
+FILE is demo/directory/people.ldif if not given. Run it after changing the people below and check the result in;
+the build does not need it. The colleagues among the demo's own contacts are in it, with the same numbers. Telephone
+numbers lie in ranges that regulators keep free for fiction, and are written in the many ways that people write them.
 """
 import base64
 import pathlib
 import random
+import sys
 import unicodedata
 
 import make_demo_contacts
@@ -234,7 +235,7 @@ def attribute(name, value):
     return line[:76] + "".join(f"\n {line[at:at + 75]}" for at in range(76, len(line), 75)) + "\n"
 
 
-def main():
+def main(output):
     company = Company()
     for index, (contact, lines) in enumerate(company.contacts, 1):
         if contact[2].startswith("Deskbook "):
@@ -245,9 +246,10 @@ def main():
     top = [[("dn", BASE), ("objectClass", "organization"), ("objectClass", "dcObject"), ("o", "Deskbook"),
             ("dc", "deskbook")],
            [("dn", f"ou=People,{BASE}"), ("objectClass", "organizationalUnit"), ("ou", "People")]]
-    OUTPUT.write_text("\n".join("".join(attribute(*pair) for pair in entry) for entry in top + company.people), encoding="ascii")
-    print(f"{len(company.people)} people, {OUTPUT.stat().st_size} bytes")
+    entries = ("".join(attribute(*pair) for pair in entry) for entry in top + company.people)
+    output.write_text("\n".join(entries), encoding="ascii")
+    print(f"{len(company.people)} people, {output.stat().st_size} bytes")
 
 
 if __name__ == "__main__":
-    main()
+    main(pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else OUTPUT)
