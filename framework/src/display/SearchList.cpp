@@ -55,6 +55,7 @@ public:
     bool textKeyPressed(const Key& key);
     void digitPressed(char digit);
     void enter(const std::string& character);
+    void enterBehindPending(const std::string& character);
     bool commit();
     void clearKeyPressed();
     void dropPending();
@@ -139,8 +140,7 @@ bool SearchList::Impl::textKeyPressed(const Key& key)
         digitPressed(key.digit);
         return true;
     case Key::Kind::Text:
-        commit();
-        enter(key.text);
+        enterBehindPending(key.text);
         return true;
     case Key::Kind::Clear:
         clearKeyPressed();
@@ -154,12 +154,13 @@ bool SearchList::Impl::textKeyPressed(const Key& key)
 
 void SearchList::Impl::digitPressed(char digit)
 {
+    if (digit == '*' || digit == '#') {
+        enterBehindPending(std::string(1, digit));
+        return;
+    }
     if (!m_multiTap.changesWith(digit))
         commit();
-    if (digit == '*' || digit == '#')
-        enter(std::string(1, digit));
-    else
-        m_multiTap.press(digit);
+    m_multiTap.press(digit);
 }
 
 void SearchList::Impl::enter(const std::string& character)
@@ -170,6 +171,20 @@ void SearchList::Impl::enter(const std::string& character)
     m_startsNewText = false;
     m_text = composed(begins ? character : m_text + character);
     tell();
+}
+
+// The listener hears of the letter before it hears of this one: what it is told is what was typed last.
+void SearchList::Impl::enterBehindPending(const std::string& character)
+{
+    if (!commit() || !EventQueue::isQueued(&m_list)) {
+        enter(character);
+        return;
+    }
+    EventQueue::post(&m_list, [this, character] {
+        const UiLock lock;
+        if (!isCovered(m_list))
+            enter(character);
+    });
 }
 
 // Whether a letter was pending.

@@ -291,6 +291,26 @@ TEST_F(SearchListTest, EntersStarAndHashAtOnce)
     EXPECT_EQ(list.getSearchText(), "m*#");
 }
 
+TEST_F(SearchListTest, ReportsACommittedLetterBeforeTheStarOrTextThatFollows)
+{
+    std::vector<std::string> texts;
+    recorder.onItem = [&](Item*) { texts.push_back(list.getSearchText()); };
+    host.tap("6*");
+    host.tap("6");
+    host.type("a");
+
+    EXPECT_EQ(texts, (std::vector<std::string>{"m", "m*", "m*m", "m*ma"}));
+}
+
+TEST_F(SearchListTest, DropsAStarThatWaitsWhenAPopupComesUpFirst)
+{
+    PopupProgress progress(0);
+    recorder.onItem = [&](Item*) { display.setCurrent(&progress); };
+    host.tap("6*");
+
+    EXPECT_EQ(list.getSearchText(), "m");
+}
+
 TEST_F(SearchListTest, ReportsACommittedLetterBeforeTheKeyThatFollows)
 {
     fill(2);

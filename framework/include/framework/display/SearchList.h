@@ -8,7 +8,8 @@
 // the memory as it is.
 //
 // A letter of the digit keys becomes part of the text when it is committed: by another key, by
-// time, or by stopKeypadTimerSaveAndExit(). The first letter after an arrow, OK, the context key,
+// time, or by stopKeypadTimerSaveAndExit(); what the other key enters joins it when the listener has heard
+// of it. The first letter after an arrow, OK, the context key,
 // Back or a return to the list (from another screen, tab, menu or question) starts a new text; `*`,
 // `#` and `,` always append; the clear key deletes one character, held down all. A pending letter is
 // committed before OK acts; when that moves the selection, OK only confirms the letter: nothing is dialled
