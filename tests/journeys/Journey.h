@@ -7,6 +7,8 @@
 //     group: Friends                      a group that nobody need be in
 //     picture: anna.png                   a clip that a contact may have
 //     contact: Miller, Anna; office=030 123; mobile=0170 1; group=Friends; default=mobile
+//     ldap-servers: company               the corporate directory of company.ldif
+//     ldap-password: secret               what the telephone shows it with "ldap-bind-dn"
 //
 //     >>> phonebook down menu
 //     [Contacts]| Directory |
@@ -33,6 +35,7 @@ struct Journey {
     std::map<std::string, std::string> items;
     std::vector<std::string> absent;
     std::string line;
+    std::string ldapPassword;
     std::vector<std::string> groups;
     std::vector<std::string> pictures;
     std::vector<std::string> contacts;

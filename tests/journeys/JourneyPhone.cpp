@@ -17,6 +17,9 @@
 #include "directory/BackupCommand.h"
 #include "directory/ContactStore.h"
 #include "directory/DirectoryService.h"
+#include "directory/ldap/LdapPassword.h"
+
+#include "Company.h"
 
 using DisplayAPI::FrameRole;
 
@@ -80,6 +83,17 @@ void add(ContactStore& store, const std::string& description)
         contact.defaultNumber = DefaultNumber::Office;
     if (!store.write(contact))
         throw std::runtime_error("not stored: " + description);
+}
+
+// The journey's items, with what the company's directory needs besides its server's name.
+std::map<std::string, std::string> itemsOf(const Journey& journey)
+{
+    auto items = journey.items;
+    if (items.contains("ldap-servers")) {
+        items.try_emplace("ldap-base", Slapd::base());
+        items.try_emplace("ldap-ca-file", Company::shared().authority());
+    }
+    return items;
 }
 
 } // namespace
@@ -150,17 +164,32 @@ void JourneyPhone::furnish()
     for (const auto& picture : m_journey.pictures)
         std::filesystem::copy_file(std::filesystem::path(TEST_DATA_DIR) / "one-pixel.png",
                                    m_folder / "pictures" / picture);
-    std::ofstream config(m_folder / "config.toml");
-    for (const auto& [item, value] : m_journey.items) {
-        const bool plain =
-            value == "true" || value == "false" || value.find_first_not_of("0123456789") == value.npos;
-        config << item << " = " << (plain ? value : "\"" + value + "\"") << "\n";
-    }
+    for (const auto& [item, value] : itemsOf(m_journey))
+        setItem(item, value);
+    if (!m_journey.ldapPassword.empty())
+        keepPassword(m_journey.ldapPassword);
 }
 
 JourneyPhone::~JourneyPhone()
 {
     m_phone->stop();
+    if (m_companyIsDown)
+        Company::shared().serve(true);
+}
+
+void JourneyPhone::setItem(const std::string& item, const std::string& value)
+{
+    // A journey knows no server's address.
+    const bool isCompany = item == "ldap-servers" && value == "company";
+    Configuration configuration(m_folder / "config.toml");
+    if (!configuration.set(item, isCompany ? Company::shared().uri() : value))
+        throw std::runtime_error("not set: " + item + "=" + value);
+}
+
+void JourneyPhone::keepPassword(const std::string& password)
+{
+    if (!LdapPassword(m_folder.path()).write(password, {"127.0.0.1"}))
+        throw std::runtime_error("not kept: " + password);
 }
 
 void JourneyPhone::start()
@@ -227,13 +256,15 @@ void JourneyPhone::word(const std::string& word)
     } else if (word.starts_with("wait:")) {
         m_phone->advance(std::chrono::milliseconds(std::stol(rest)));
     } else if (word.starts_with("item:")) {
-        const auto pair = split(rest, '=');
-        Configuration configuration(m_folder / "config.toml");
-        if (!configuration.set(pair.at(0), pair.at(1)))
-            throw std::runtime_error("not set: " + rest);
+        setItem(rest.substr(0, rest.find('=')), rest.substr(rest.find('=') + 1));
         m_phone->reloadConfiguration();
     } else if (word.starts_with("outside:")) {
         outside(rest);
+    } else if (word == "directory:down" || word == "directory:up") {
+        m_companyIsDown = word == "directory:down";
+        Company::shared().serve(!m_companyIsDown);
+    } else if (word.starts_with("ldap-password:")) {
+        keepPassword(rest);
     } else if (word == "disk:full") {
         m_pFullDisk = std::make_unique<FailingDisk>(FailingDisk::What::Write, 1, ENOSPC);
     } else if (word == "disk:free") {

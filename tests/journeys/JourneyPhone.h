@@ -32,6 +32,8 @@ public:
     //   outside:backup           another program backs everything up
     //   outside:restore          another program restores that
     //   outside:damage           another program writes rubbish over the contacts' file
+    //   directory:down, :up      whether the company's directory answers
+    //   ldap-password:secret     an administrator gives the telephone another password
     //   disk:full, disk:free     whether anything can be written into the contacts' file
     //   restart                  the telephone is switched off and on
     //   answered, cleared        what becomes of the call that was placed last
@@ -56,6 +58,8 @@ private:
     void start();
     void word(const std::string& word);
     void outside(const std::string& change);
+    void setItem(const std::string& item, const std::string& value);
+    void keepPassword(const std::string& password);
     void settle();
     std::filesystem::path store() const;
 
@@ -69,5 +73,6 @@ private:
     std::vector<std::string> m_complaints;
     bool m_failureSeen = false;
     std::unique_ptr<FailingDisk> m_pFullDisk;
+    bool m_companyIsDown = false;
     std::unique_ptr<Phone> m_phone;
 };
