@@ -1,5 +1,7 @@
 #include "app/Clock.h"
 
+#include <thread>
+
 using std::chrono::milliseconds;
 using std::chrono::system_clock;
 
@@ -18,7 +20,17 @@ system_clock::time_point SystemClock::wallClock() const
     return system_clock::now();
 }
 
+void SystemClock::sleep(std::chrono::microseconds time) const
+{
+    std::this_thread::sleep_for(time);
+}
+
 system_clock::time_point ManualClock::wallClock() const
 {
     return system_clock::time_point(MANUAL_START) + now();
+}
+
+void ManualClock::sleep(std::chrono::microseconds time) const
+{
+    m_now += std::chrono::ceil<milliseconds>(time).count();
 }

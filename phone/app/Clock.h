@@ -16,23 +16,29 @@ public:
     // The date and time of day, UTC.
     // [any-thread]
     virtual std::chrono::system_clock::time_point wallClock() const = 0;
+
+    // Returns when `time` has passed.
+    // [any-thread]
+    virtual void sleep(std::chrono::microseconds time) const = 0;
 };
 
 class SystemClock final : public Clock {
 public:
     std::chrono::milliseconds now() const override;
     std::chrono::system_clock::time_point wallClock() const override;
+    void sleep(std::chrono::microseconds time) const override;
 };
 
-// Stands still until it is advanced.
+// Stands still until it is advanced, or somebody sleeps by it.
 class ManualClock final : public Clock {
 public:
     std::chrono::milliseconds now() const override { return std::chrono::milliseconds(m_now.load()); }
     std::chrono::system_clock::time_point wallClock() const override;
+    void sleep(std::chrono::microseconds time) const override;
 
     // [any-thread]
     void advance(std::chrono::milliseconds by) { m_now += by.count(); }
 
 private:
-    std::atomic<std::chrono::milliseconds::rep> m_now{0};
+    mutable std::atomic<std::chrono::milliseconds::rep> m_now{0};
 };

@@ -77,6 +77,7 @@ public:
     int getPhoneletState(const std::string& name) const override;
     void requestFocus(Phonelet* phonelet) override;
     void releaseFocus(Phonelet* phonelet) override;
+    void sleep(std::chrono::microseconds time) override { m_surroundings.clock.sleep(time); }
 
     // PhoneletIfc
     void push(const std::string& from, const std::string& phonelet, int mode) override;

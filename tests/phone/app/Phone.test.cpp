@@ -326,6 +326,22 @@ TEST_F(PhoneTest, ExpiresAPhoneletsTimers)
     inEvent([this] { pBook->context().deleteTimer(1); });
 }
 
+TEST_F(PhoneTest, LetsAPhoneletSleepByItsClock)
+{
+    press("phonebook");
+    pBook->notification.setTimeout(3000);
+    inEvent([this] {
+        pBook->display().setCurrent(&pBook->notification);
+        pBook->context().sleep(1'999'001us);
+    });
+    EXPECT_EQ(clock.now(), 2000ms);
+    called();
+    phone->advance(999ms);
+    EXPECT_EQ(called(), Calls{});
+    phone->advance(1ms);
+    EXPECT_EQ(called(), Calls{"book: SCREEN"});
+}
+
 TEST_F(PhoneTest, GoesOnAfterAPhoneletThrew)
 {
     LogCapture log;
