@@ -580,6 +580,16 @@ TEST_F(DirectoryEntry, ShowsTheDiallerAfreshOnBack)
     EXPECT_TRUE(inForm());
 }
 
+TEST_F(DirectoryEntry, ClosesTheDiallerWhenDiallingEnds)
+{
+    openAmy();
+    dialingStarts("0");
+    EXPECT_EQ(state().dialingStoppedEvent(&context()), &state());
+    host.settle();
+    EXPECT_EQ(popups(), 0u);
+    EXPECT_EQ(display().getCurrent(), &form());
+}
+
 TEST_F(DirectoryEntry, DialsWhenTheDigitsAreComplete)
 {
     openAmy();
