@@ -107,6 +107,22 @@ int resultOf(LDAP* handle, LDAPMessage* message)
     return code;
 }
 
+// The result of an operation that has one message of `type` for an answer; negative when anything
+// else comes for it. libldap's own waiting gathers whatever comes before the answer, without end.
+int resultOfOnly(LDAP* handle, int id, int type)
+{
+    LDAPMessage* received = nullptr;
+    const int came = ldap_result(handle, id, LDAP_MSG_ONE, nullptr, &received);
+    const Message message(received);
+    return came == type ? resultOf(handle, message.get()) : LDAP_DECODING_ERROR;
+}
+
+bool belongsToSearch(int type)
+{
+    return type == LDAP_RES_SEARCH_ENTRY || type == LDAP_RES_SEARCH_REFERENCE ||
+           type == LDAP_RES_INTERMEDIATE;
+}
+
 } // namespace
 
 void LdapEntryView::forEachValue(const std::function<void(std::string_view, std::string_view)>& use) const
@@ -263,8 +279,8 @@ std::optional<LdapFault> LdapConnection::prepareTls()
     const int least = LDAP_OPT_X_TLS_PROTOCOL_TLS1_2;
     const int noList = LDAP_OPT_X_TLS_CRL_NONE;
     const int client = 0;
-    for (const int option :
-         {LDAP_OPT_X_TLS_CACERTDIR, LDAP_OPT_X_TLS_CERTFILE, LDAP_OPT_X_TLS_KEYFILE, LDAP_OPT_X_TLS_CRLFILE})
+    for (const int option : {LDAP_OPT_X_TLS_CACERTDIR, LDAP_OPT_X_TLS_CERTFILE, LDAP_OPT_X_TLS_KEYFILE,
+                             LDAP_OPT_X_TLS_CRLFILE, LDAP_OPT_X_TLS_CIPHER_SUITE})
         ldap_set_option(handle, option, "");
     ldap_set_option(handle, LDAP_OPT_X_TLS_CACERTFILE, file.c_str());
     ldap_set_option(handle, LDAP_OPT_X_TLS_REQUIRE_CERT, &require);
@@ -287,7 +303,11 @@ int LdapConnection::requestTls()
 {
     if (m_server.tls == LdapTls::FromStart)
         return ldap_install_tls(m_pHandle.get());
-    return ldap_start_tls_s(m_pHandle.get(), nullptr, nullptr);
+    int id = 0;
+    int code = ldap_start_tls(m_pHandle.get(), nullptr, nullptr, &id);
+    if (code == LDAP_SUCCESS)
+        code = resultOfOnly(m_pHandle.get(), id, LDAP_RES_EXTENDED);
+    return code == LDAP_SUCCESS ? ldap_install_tls(m_pHandle.get()) : code;
 }
 
 LdapFault LdapConnection::whyNoTls(int code, Deadline deadline)
@@ -341,9 +361,12 @@ std::optional<LdapFault> LdapConnection::bind(Deadline deadline)
     {
         const Guard guard(m_watchdog, m_socket, deadline);
         berval credentials{static_cast<ber_len_t>(password.size()), password.data()};
-        code = ldap_sasl_bind_s(m_pHandle.get(), m_settings.bindDn.c_str(), LDAP_SASL_SIMPLE, &credentials,
-                                nullptr, nullptr, nullptr);
+        int id = 0;
+        code = ldap_sasl_bind(m_pHandle.get(), m_settings.bindDn.c_str(), LDAP_SASL_SIMPLE, &credentials,
+                              nullptr, nullptr, &id);
         explicit_bzero(password.data(), password.size());
+        if (code == LDAP_SUCCESS)
+            code = resultOfOnly(m_pHandle.get(), id, LDAP_RES_BIND);
     }
     if (code == LDAP_SUCCESS)
         return std::nullopt;
@@ -419,12 +442,12 @@ LdapSearchEnd LdapConnection::search(const LdapSearch& what, Deadline deadline,
         left = timeUntil(deadline);
         const int type = ldap_result(handle, id, LDAP_MSG_ONE, &left, &received);
         const Message message(received);
-        if (type <= 0)
-            return lost();
         if (type == LDAP_RES_SEARCH_RESULT) {
             code = resultOf(handle, message.get());
             return code < 0 ? lost() : searchEnd(code, what);
         }
+        if (!belongsToSearch(type))
+            return lost();
         if (type == LDAP_RES_SEARCH_ENTRY && !show({handle, message.get()})) {
             m_fit = false; // the rest is on its way
             return {std::nullopt, true};
@@ -501,7 +524,7 @@ LdapFault LdapConnection::fault(LdapFailure failure, const std::string& what) co
 
 LdapFault LdapConnection::ended(LdapWatchdog::Wait end, const std::string& what) const
 {
-    return end == Wait::Cancelled ? fault(LdapFailure::Cancelled, "the telephone is being switched off")
+    return end == Wait::Cancelled ? fault(LdapFailure::Cancelled, "the search was given up")
                                   : fault(LdapFailure::NoAnswer, what);
 }
 
