@@ -107,13 +107,22 @@ int resultOf(LDAP* handle, LDAPMessage* message)
     return code;
 }
 
-// The result of an operation that has one message of `type` for an answer; negative when anything
-// else comes for it. libldap's own waiting gathers whatever comes before the answer, without end.
-int resultOfOnly(LDAP* handle, int id, int type)
+// The next message that has come, its type, and nothing else: libldap keeps whatever it is not asked
+// for, without end. Not positive when none comes in time, or one that is no answer to request `id`.
+int nextMessage(LDAP* handle, int id, timeval* time, Message& message)
 {
     LDAPMessage* received = nullptr;
-    const int came = ldap_result(handle, id, LDAP_MSG_ONE, nullptr, &received);
-    const Message message(received);
+    const int type = ldap_result(handle, LDAP_RES_ANY, LDAP_MSG_ONE, time, &received);
+    message.reset(received);
+    return type > 0 && ldap_msgid(received) != id ? -1 : type;
+}
+
+// The result of an operation that has one message of `type` for an answer; negative when anything
+// else comes.
+int resultOfOnly(LDAP* handle, int id, int type)
+{
+    Message message;
+    const int came = nextMessage(handle, id, nullptr, message);
     return came == type ? resultOf(handle, message.get()) : LDAP_DECODING_ERROR;
 }
 
@@ -438,10 +447,9 @@ LdapSearchEnd LdapConnection::search(const LdapSearch& what, Deadline deadline,
     if (code != LDAP_SUCCESS)
         return lost();
     for (;;) {
-        LDAPMessage* received = nullptr;
+        Message message;
         left = timeUntil(deadline);
-        const int type = ldap_result(handle, id, LDAP_MSG_ONE, &left, &received);
-        const Message message(received);
+        const int type = nextMessage(handle, id, &left, message);
         if (type == LDAP_RES_SEARCH_RESULT) {
             code = resultOf(handle, message.get());
             return code < 0 ? lost() : searchEnd(code, what);
