@@ -9,8 +9,7 @@
 //   a telephone and this server, and pass on what is wanted.
 // - A certificate that must be refused: SlapdOptions::certificate from TestAuthority::issue() with the
 //   wish for it; the telephone trusts the file() of whom it should.
-// - Another directory server takes the same people(): what a test needs of a server is uri(),
-//   base() and, if it binds, bindDn() and PASSWORD.
+// - Another directory server, Ds389, takes the same people.
 
 #pragma once
 
@@ -18,8 +17,7 @@
 #include <optional>
 #include <string>
 
-#include <sys/types.h>
-
+#include "ServerProcess.h"
 #include "TestAuthority.h"
 
 struct SlapdOptions {
@@ -67,19 +65,14 @@ private:
     void configure(const SlapdOptions& options);
     void load(const std::string& people);
     void start();
-    bool answers() const;
-    pid_t spawn();
 
     const std::filesystem::path m_folder;
     const bool m_tls;
     const bool m_logs;
     int m_port = 0;
     int m_tlsPort = 0;
-    pid_t m_process = -1;
+    ServerProcess m_process;
 };
 
 // An inetOrgPerson in LDIF; `more` are further lines ("mobile: 1\n").
 std::string person(const std::string& surname, const std::string& givenName, const std::string& more = "");
-
-// A port that nobody listened on a moment ago.
-int freePort();

@@ -1,0 +1,110 @@
+#include "ServerProcess.h"
+
+#include <csignal>
+#include <cstdint>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+sockaddr_in loopback(int port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    return address;
+}
+
+bool answers(int port)
+{
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const auto address = loopback(port);
+    const bool connected =
+        ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(socket);
+    return connected;
+}
+
+pid_t spawn(const std::vector<std::string>& arguments, const std::filesystem::path& log)
+{
+    std::vector<char*> texts;
+    for (const auto& argument : arguments)
+        texts.push_back(const_cast<char*>(argument.c_str()));
+    texts.push_back(nullptr);
+    const auto parent = ::getpid();
+    const auto child = ::fork();
+    if (child != 0)
+        return child;
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const int output = ::open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (output < 0 || ::getppid() != parent)
+        ::_exit(127);
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(output, STDERR_FILENO);
+    ::execv(texts.front(), texts.data());
+    ::_exit(127);
+}
+
+} // namespace
+
+void ServerProcess::start(const std::vector<std::string>& arguments, const std::filesystem::path& log,
+                          int port, std::chrono::milliseconds patience)
+{
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    m_process = spawn(arguments, log);
+    while (!answers(port)) {
+        const bool late = std::chrono::steady_clock::now() >= deadline;
+        if (ended() || late) {
+            kill();
+            throw std::runtime_error(arguments.front() + (late ? " does not answer: " : " does not start: ") +
+                                     textOf(log));
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
+bool ServerProcess::ended()
+{
+    if (m_process > 0 && ::waitpid(m_process, nullptr, WNOHANG) == m_process)
+        m_process = -1;
+    return m_process < 0;
+}
+
+void ServerProcess::kill()
+{
+    if (m_process < 0)
+        return;
+    ::kill(m_process, SIGKILL);
+    ::waitpid(m_process, nullptr, 0);
+    m_process = -1;
+}
+
+int freePort()
+{
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    auto address = loopback(0);
+    socklen_t size = sizeof address;
+    if (::bind(socket, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+        ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        throw std::runtime_error("there is no free port");
+    ::close(socket);
+    return ntohs(address.sin_port);
+}
+
+std::string textOf(const std::filesystem::path& file)
+{
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+}

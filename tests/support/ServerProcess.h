@@ -1,0 +1,38 @@
+// A server that a test starts, and that ends with the test, even when that is killed.
+
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+class ServerProcess {
+public:
+    ServerProcess() = default;
+    ~ServerProcess() { kill(); }
+
+    ServerProcess(const ServerProcess&) = delete;
+    ServerProcess& operator=(const ServerProcess&) = delete;
+
+    // Starts `arguments`, the program's path first, with its output in `log`, and returns when it
+    // accepts connections on `port` of this machine. Throws when it ends before, or needs longer than
+    // `patience`.
+    void start(const std::vector<std::string>& arguments, const std::filesystem::path& log, int port,
+               std::chrono::milliseconds patience);
+    // Ends it as a crash would.
+    void kill();
+
+private:
+    bool ended();
+
+    pid_t m_process = -1;
+};
+
+// A port that nobody listened on a moment ago.
+int freePort();
+
+// What a file holds; "" for none.
+std::string textOf(const std::filesystem::path& file);
