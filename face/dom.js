@@ -30,6 +30,9 @@ export function setText(target, text) {
     target.textContent = text;
 }
 
+/** A text with its parameters. @param {string} pattern @param {...(string | number)} parameters */
+export const filled = (pattern, ...parameters) => pattern.replace(/\{(\d)\}/g, (_, n) => String(parameters[Number(n) - 1]));
+
 /** @param {string} symbol */
 export function icon(symbol) {
   const svg = document.createElementNS("http://www.w3.org/2000/svg", "svg");

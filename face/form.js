@@ -1,7 +1,7 @@
 // A form as HTML: its visible fields, each an element of its own for as long as it is visible, so
 // that the focus and what a screen reader says follow the telephone's.
 
-import { arrange, bringIntoView, element, icon, picture, set, setText, update } from "./dom.js";
+import { arrange, bringIntoView, element, filled, icon, picture, set, setText, update } from "./dom.js";
 import { ScrollBar } from "./list.js";
 
 /**
@@ -16,9 +16,6 @@ const COUNTS_WITHIN = 10; // characters before the limit
 const CARET_MARGIN = 6; // px
 
 /** @typedef {{text: (key: string) => string, typing: Typing, announce: (text: string) => void}} Page */
-
-/** @param {string} pattern @param {...(string | number)} parameters */
-const filled = (pattern, ...parameters) => pattern.replace(/\{(\d)\}/g, (_, n) => String(parameters[Number(n) - 1]));
 
 class FieldView {
   /** @param {Page} page @param {Field} field */
@@ -51,7 +48,8 @@ class FieldView {
   }
 }
 
-// A text or a number. What is drawn over it stands in for its caret while the focus is elsewhere.
+// A text or a number. What is drawn over it stands in for its caret while the focus is elsewhere, and
+// shows the whole of one that is only to be read.
 class TextView extends FieldView {
   /** @param {Page} page @param {Field} field */
   constructor(page, field) {
@@ -68,7 +66,8 @@ class TextView extends FieldView {
     this.count = element("span", { class: "count", id: `count-${position}` });
     /** @type {Field | null} */
     this.shown = null;
-    this.box.append(this.line, this.count);
+    this.call = element("button", { type: "button", class: "step", tabindex: -1, "data-step": "ok", hidden: "" }, icon("call"));
+    this.box.append(this.line, this.count, this.call);
   }
 
   get control() {
@@ -82,10 +81,16 @@ class TextView extends FieldView {
     const before = characters.slice(0, Math.max(field.cursor, 0)).join("");
     this.showCount(field, characters.length);
     this.shown = field;
-    set(this.input, { readonly: field.readOnly, "data-limit": field.maxLength, "aria-invalid": field.maxLength >= 0 && characters.length > field.maxLength ? "true" : null });
+    const { readOnly, maxLength } = field;
+    const isTooLong = !readOnly && maxLength >= 0 && characters.length > maxLength;
+    set(this.root, { "data-readonly": readOnly });
+    set(this.input, { readonly: readOnly, "data-limit": maxLength, "aria-invalid": isTooLong ? "true" : null });
+    this.showCall(field);
     this.showFocus(field);
     this.page.typing.show(this.input, { value: field.value, caret: field.cursor < 0 ? -1 : before.length });
-    if (field.focused && field.cursor >= 0)
+    if (readOnly)
+      this.still.replaceChildren(field.value || "–");
+    else if (field.focused && field.cursor >= 0)
       this.still.replaceChildren(before, this.cursor, field.value.slice(before.length));
     else
       this.still.replaceChildren();
@@ -101,6 +106,12 @@ class TextView extends FieldView {
     setText(this.count, shown);
     set(this.input, { "aria-describedby": counts ? this.count.id : null });
     set(this.count, { "data-full": isFull });
+  }
+
+  /** A number that is only to be read is there to be dialled. @param {Field} field */
+  showCall({ focused, readOnly, value }) {
+    this.call.hidden = !(this.kind === "number" && focused && readOnly && value !== "");
+    set(this.call, { "aria-label": this.page.text("dial") });
   }
 
   /** Of a text longer than the field, the part around the caret is to be seen. */

@@ -50,6 +50,8 @@ export class ListView {
     this.rows = element("ul", { class: "rows", id: "rows", role: "presentation" });
     this.bar = new ScrollBar();
     this.list = element("div", { class: "list" }, this.rows, this.bar.root);
+    this.hint = element("p", { class: "how", id: "how" });
+    this.list.prepend(this.hint);
     this.legend = element("p", { class: "legend", id: "legend" });
   }
 
@@ -58,6 +60,7 @@ export class ListView {
     if (this.list.parentElement !== content)
       content.replaceChildren(this.search, this.list, this.legend);
     this.showSearch(screen);
+    this.showHint(screen);
     this.showLegend(screen);
     const selected = screen.rows.find((row) => row.selected);
     set(this.editable, {
@@ -65,7 +68,7 @@ export class ListView {
       "aria-label": screen.title || this.text("phone.rows"),
       "aria-activedescendant": selected && screen.highlighted ? `row-${selected.position}` : null,
       "aria-busy": String(screen.waiting),
-      "aria-describedby": screen.role === "exclusive" ? this.legend.id : null,
+      "aria-describedby": [this.hint, this.legend].find(({ hidden }) => !hidden)?.id ?? null,
     });
     set(this.list, { "data-role": screen.role });
     this.typing.show(this.editable, { value: "", caret: 0 });
@@ -90,6 +93,12 @@ export class ListView {
     else
       this.found.replaceChildren(screen.search, element("u", {}, screen.pending));
     this.found.scrollLeft = this.found.scrollWidth; // of a long text the end is to be seen
+  }
+
+  /** Where nothing is found yet, the empty room tells how to search. @param {Screen} screen */
+  showHint({ asksForText }) {
+    this.hint.hidden = !asksForText;
+    setText(this.hint, this.text("phone.searchHint"));
   }
 
   /** One of several choices is taken by leaving them, which nobody would guess. @param {Screen} screen */

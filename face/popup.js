@@ -8,6 +8,8 @@ import { rowContent } from "./list.js";
  * @typedef {import("./types").Row} Row
  */
 
+/** By the icons of rows. @type {Record<number, string>} */
+const NUMBER_KINDS = { 2: "private", 3: "business1", 4: "business2", 5: "mobile" };
 /** @type {Record<number, string>} */
 const NOTICE_ICONS = { 1: "success", 2: "error", 3: "error" };
 
@@ -46,7 +48,7 @@ export class PopupView {
       case "dialler":
         return this.dialog("dialog", "said", element("p", { class: "line1", id: "said" }), element("p", { class: "line2", id: "number" }));
       case "progress":
-        return element("div", { class: "message", role: "status", tabindex: -1, "data-focus": "" }, element("div", { class: "spinner" }), element("p", { id: "said" }));
+        return element("div", { class: "message", role: "status", tabindex: -1, "data-focus": "", "aria-labelledby": "said" }, element("div", { class: "spinner" }), element("p", { id: "said" }));
       default:
         return element("div", { class: "message", role: "alert", tabindex: -1, "data-focus": "", "data-key": "ok" },
           icon(NOTICE_ICONS[screen.type] ?? "notice"), element("p", { id: "said" }, screen.text));
@@ -109,6 +111,12 @@ export class PopupView {
     bringIntoView(rows.querySelector(".selected"));
   }
 
+  /** Of several numbers, which one a choice is about. @param {Row} row */
+  numberKind({ icon: symbol }) {
+    const name = NUMBER_KINDS[symbol];
+    return name ? [element("span", { class: "kind" }, this.text(name))] : [];
+  }
+
   /** @param {Row} row @param {Screen} screen */
   choice(row, screen) {
     return element("li", {
@@ -118,6 +126,6 @@ export class PopupView {
       "aria-setsize": screen.rowCount,
       "aria-posinset": row.position + 1,
       "data-key": `row${row.position + 1}`,
-    }, ...rowContent(row, this.text("picture")));
+    }, ...rowContent(row, this.text("picture")), ...this.numberKind(row));
   }
 }

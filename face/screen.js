@@ -6,7 +6,7 @@
  * @typedef {import("./types").Screen} Screen
  */
 
-import { byId, element, icon, set, setText, update } from "./dom.js";
+import { byId, element, filled, icon, set, setText, update } from "./dom.js";
 import { DoubleClick } from "./doubleclick.js";
 import { FormView } from "./form.js";
 import { ListView } from "./list.js";
@@ -39,6 +39,7 @@ export class ScreenView {
     this.doubleClick = new DoubleClick();
     this.role = "";
     this.popupRole = "";
+    this.asking = -1; // the list that asks for text, or -1
     this.display.addEventListener("click", (event) => this.clicked(event));
     this.display.addEventListener("focusin", (event) => this.focused(event));
     new ResizeObserver(() => this.form.keepCaretInSight()).observe(this.display);
@@ -50,7 +51,9 @@ export class ScreenView {
     this.showStrip(frame);
     this.showBase(frame);
     this.popup.show(frame.popup);
+    this.announceProgress(frame, focusWasHere);
     this.popupRole = frame.popup?.role ?? "";
+    this.asking = frame.base.asksForText ? frame.base.id : -1;
     this.scrolling.show(frame.popup ?? frame.base);
     this.doubleClick.show(frame);
     this.base.inert = frame.popup !== null;
@@ -64,6 +67,21 @@ export class ScreenView {
   /** Says something that is seen on the screen to those who cannot see it. @param {string} said */
   announce(said) {
     this.live.replaceChildren(element("span", {}, said));
+  }
+
+  /**
+   * Says that something is under way, where the focus does not come upon it, and how many rows came of it.
+   * @param {Frame} frame
+   * @param {boolean} focusIsHere
+   */
+  announceProgress({ base, popup, softKeys }, focusIsHere) {
+    if (popup?.role === "progress" && this.popupRole !== "progress" && !focusIsHere)
+      this.announce(popup.text);
+    const mayHaveFound = this.popupRole === "progress" || this.asking === base.id;
+    if (!mayHaveFound || popup || base.role !== "list" || base.asksForText)
+      return;
+    const rowsOfOptions = softKeys.length === 0 ? 1 : 0;
+    this.announce(filled(this.text("phone.rowCount"), base.rowCount - rowsOfOptions));
   }
 
   focus() {

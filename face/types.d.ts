@@ -54,6 +54,7 @@ export interface Screen extends Pictured {
   searchOpen: boolean;
   search: string;
   pending: string;
+  asksForText: boolean; // the search is open, and no entry is listed yet
   highlighted: boolean;
   waiting: boolean;
 }

@@ -93,6 +93,7 @@ static void to_json(nlohmann::json& json, const FrameScreen& screen)
             {"searchOpen", screen.searchOpen},
             {"search", screen.search},
             {"pending", screen.pending},
+            {"asksForText", screen.asksForText},
             {"highlighted", screen.highlighted},
             {"waiting", screen.waiting}};
     if (screen.role == FrameRole::Form)

@@ -13,7 +13,7 @@ const popup = (role) => page.locator(`#popup [role=${role}]`);
 
 const screen = (role, rest = {}) => ({
   role, id: 1, type: 0, state: 0, title: "", text: "", image: "", imageLost: false, rows: [], rowCount: rest.rows?.length ?? 0,
-  searchOpen: false, search: "", pending: "", highlighted: true, waiting: false, ...rest,
+  searchOpen: false, search: "", pending: "", asksForText: false, highlighted: true, waiting: false, ...rest,
 });
 const row = (text, position, rest = {}) => ({ position, icon: 0, text, image: "", imageLost: false, selected: position === 0, ...rest });
 const field = (kind, position, rest = {}) => ({

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <framework/display/Frame.h>
+#include <framework/display/PhonebookItem.h>
 #include <framework/display/TabScreen.h>
 #include <framework/host/EventQueue.h>
 #include <framework/host/Key.h>
@@ -51,6 +52,7 @@ public:
     void select(int index);
 
     void paint(FrameScreen& screen, int rows) const;
+    bool holdsEntries() const;
 
     bool textKeyPressed(const Key& key);
     void digitPressed(char digit);
@@ -123,6 +125,7 @@ void SearchList::Impl::paint(FrameScreen& screen, int rows) const
     screen.search = begins ? std::string{} : m_text;
     screen.pending = m_multiTap.letter();
     screen.searchOpen = m_searchOpen || !m_text.empty() || m_multiTap.isPending();
+    screen.asksForText = m_searchOpen && !holdsEntries();
     screen.highlighted = m_highlighted;
     screen.waiting = m_waiting;
     screen.rowCount = count();
@@ -131,6 +134,12 @@ void SearchList::Impl::paint(FrameScreen& screen, int rows) const
         const auto& row = *m_rows[at(i)];
         screen.rows.push_back({i, row.getIcon(), row.getText(), {}, i == m_selected});
     }
+}
+
+// A lone row may be one of the phonelet's own: its options, or that there is nothing.
+bool SearchList::Impl::holdsEntries() const
+{
+    return count() > 1 || (count() == 1 && dynamic_cast<const PhonebookItem*>(m_rows.front().get()));
 }
 
 bool SearchList::Impl::textKeyPressed(const Key& key)

@@ -81,7 +81,8 @@ struct FrameScreen {
     std::string search;  // the search field's committed text
     std::string pending; // the letter that the next press of the same digit key still changes
     bool highlighted = true;
-    bool waiting = false; // the wait animation
+    bool waiting = false;     // the wait animation
+    bool asksForText = false; // the phonelet opened the search field, and no entry is listed yet
     bool operator==(const FrameScreen&) const = default;
 };
 
