@@ -1,7 +1,5 @@
 #include "app/Clock.h"
 
-#include <thread>
-
 using std::chrono::milliseconds;
 using std::chrono::system_clock;
 
@@ -22,7 +20,17 @@ system_clock::time_point SystemClock::wallClock() const
 
 void SystemClock::sleep(std::chrono::microseconds time) const
 {
-    std::this_thread::sleep_for(time);
+    std::unique_lock lock(m_mutex);
+    m_changed.wait_for(lock, time, [this] { return m_urgent; });
+}
+
+void SystemClock::setUrgent(bool urgent)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_urgent = urgent;
+    }
+    m_changed.notify_all();
 }
 
 system_clock::time_point ManualClock::wallClock() const

@@ -4,6 +4,8 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 
 class Clock {
 public:
@@ -27,6 +29,15 @@ public:
     std::chrono::milliseconds now() const override;
     std::chrono::system_clock::time_point wallClock() const override;
     void sleep(std::chrono::microseconds time) const override;
+
+    // While `urgent` nobody sleeps: who does is woken.
+    // [any-thread]
+    void setUrgent(bool urgent);
+
+private:
+    mutable std::mutex m_mutex;
+    mutable std::condition_variable m_changed;
+    bool m_urgent = false;
 };
 
 // Stands still until it is advanced, or somebody sleeps by it.

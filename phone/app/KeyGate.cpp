@@ -25,8 +25,21 @@ KeyGate::Verdict KeyGate::press(const PhoneKey& key)
         return judge(key);
     if (key.kind == Kind::Home)
         ++m_timesHome;
-    m_events.postFirst("key", [this, key] { m_actions.route(key); });
+    countUrgent(+1);
+    m_events.postFirst("key", [this, key] {
+        countUrgent(-1);
+        m_actions.route(key);
+    });
     return Verdict::Passed;
+}
+
+void KeyGate::countUrgent(int by)
+{
+    const std::lock_guard lock(m_urgentMutex);
+    const bool before = m_urgent > 0;
+    m_urgent += by;
+    if (before != (m_urgent > 0))
+        m_actions.hurry(!before);
 }
 
 KeyGate::Verdict KeyGate::judge(const PhoneKey& key)

@@ -6,12 +6,14 @@
 // at one screen never acts on the next.
 //
 // What belongs to the telephone itself (hook, hang up, home) is never judged and goes before
-// everything that is queued; keys that were queued before Home are forgotten with it.
+// everything that is queued; keys that were queued before Home are forgotten with it. Until such a
+// key has its turn the event thread may wait for nothing: a search that runs is given up.
 
 #pragma once
 
 #include <atomic>
 #include <functional>
+#include <mutex>
 
 #include "app/EventThread.h"
 #include "app/FrameStore.h"
@@ -28,6 +30,8 @@ public:
     struct Actions {
         std::function<void(const PhoneKey&)> route;              // [event thread]
         std::function<void(std::uint64_t id)> closeNotification; // [event thread]
+        // Whether a key waits that must not. Never called twice at once. [any-thread]
+        std::function<void(bool urgent)> hurry;
     };
 
     KeyGate(EventThread& events, const FrameStore& frames, Actions actions);
@@ -38,9 +42,12 @@ public:
 private:
     Verdict judge(const PhoneKey& key);
     void queue(const PhoneKey& key);
+    void countUrgent(int by);
 
     EventThread& m_events;
     const FrameStore& m_frames;
     const Actions m_actions;
     std::atomic<unsigned> m_timesHome{0};
+    std::mutex m_urgentMutex;
+    int m_urgent = 0; // keys that wait and must not
 };

@@ -68,7 +68,7 @@ Phone::Phone(PhoneOptions options)
     , m_stage([this] { becomeIdle(); })
     , m_keys(m_events, m_frames,
              {[this](const PhoneKey& key) { m_router->route(key); },
-              [this](std::uint64_t id) { closeNotification(id); }})
+              [this](std::uint64_t id) { closeNotification(id); }, [this](bool urgent) { hurry(urgent); }})
 {
     HardwareVersion::setHWVariant(m_configuration.number("hardware-variant"));
     m_events.setDone([this] { eventDone(); });
@@ -108,6 +108,7 @@ void Phone::stop()
     m_stopped = true;
     m_watch.reset();
     m_services->directory().cancelSearches(); // the event thread may be waiting for one
+    m_systemClock.setUrgent(true);
     m_events.stopAfter("stop phonelets", [this] { stopPhonelets(); });
     m_frames.close();
 }
@@ -305,6 +306,12 @@ void Phone::showIdle()
 void Phone::wakeAtNextMinute()
 {
     m_events.callAt(m_idle.nextMinute(), "minute", [this] { wakeAtNextMinute(); });
+}
+
+void Phone::hurry(bool urgent)
+{
+    m_services->directory().setUrgent(urgent);
+    m_systemClock.setUrgent(urgent);
 }
 
 void Phone::closeNotification(std::uint64_t id)

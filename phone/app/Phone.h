@@ -110,6 +110,8 @@ private:
     void eventDone();
     void showIdle();
     void wakeAtNextMinute();
+    // Whether nothing may keep the event thread waiting. [any-thread]
+    void hurry(bool urgent);
     void closeNotification(std::uint64_t id);
     void push(PhoneletHost& parent, const std::string& child);
 

@@ -56,6 +56,9 @@ public:
     // Ends a search of it that runs, and every later one.
     // [any-thread]
     void cancelSearches() { m_corporate.cancel(); }
+    // While `urgent` nobody waits for a search of it, see LdapClient.
+    // [any-thread]
+    void setUrgent(bool urgent) { m_corporate.setUrgent(urgent); }
     // Forgets the observers of phonelets that were stopped.
     void dropObservers() { m_observers.clear(); }
     // Tells the observers if others changed the contacts. [event thread]

@@ -136,8 +136,15 @@ DirectoryStatus LdapClient::search(const PhonebookSearchCriteria& criteria, Phon
             m_thread = std::thread([this] { run(); });
         m_jobs.push_back(job);
         m_changed.notify_all();
-        if (!m_done.wait_until(lock, job->deadline + nGRACE, [&job] { return job->done; })) {
+        const auto isOver = [this, &job] { return job->done || m_urgent; };
+        const bool inTime = m_done.wait_until(lock, job->deadline + nGRACE, isOver);
+        if (!job->done)
             std::erase(m_jobs, job);
+        if (m_urgent && (!job->done || job->end.fault)) {
+            results.getRecords().push_back(trailer({}, job->filter));
+            return DIRECTORY_SUCCESS;
+        }
+        if (!inTime) {
             PHONE_ERROR("the search was given up: the search before it has not ended yet");
             return DIRECTORY_CONNECTION_FAILURE;
         }
@@ -155,6 +162,24 @@ DirectoryStatus LdapClient::search(const PhonebookSearchCriteria& criteria, Phon
     records = std::move(job->records);
     records.push_back(trailer(records, job->filter));
     return job->end.partial ? DIRECTORY_TOO_MANY_MATCHES : DIRECTORY_SUCCESS;
+}
+
+void LdapClient::cancel()
+{
+    std::lock_guard lock(m_mutex);
+    m_cancelled = true;
+    m_watchdog.cancel();
+}
+
+void LdapClient::setUrgent(bool urgent)
+{
+    {
+        std::lock_guard lock(m_mutex);
+        m_urgent = urgent;
+        if (urgent)
+            m_watchdog.cancel();
+    }
+    m_done.notify_all();
 }
 
 void LdapClient::run()
@@ -176,18 +201,19 @@ std::shared_ptr<LdapClient::Job> LdapClient::nextJob()
         const bool inTime = m_changed.wait_for(lock, nKEPT, hasWork);
         if (m_ended)
             return nullptr;
-        // A search that had to wait was asked for under the settings of then.
-        const auto wanted = m_jobs.empty() ? m_setup : m_jobs.front()->setup;
-        if (!inTime || wanted != m_setupOfConnection) {
+        const auto current = m_setup;
+        if (!inTime || current != m_setupOfConnection) {
             lock.unlock();
             m_connection.reset();
             m_failedAt.clear();
-            m_setupOfConnection = wanted;
+            m_setupOfConnection = current;
             lock.lock();
             continue;
         }
         auto job = m_jobs.front();
         m_jobs.pop_front();
+        if (!m_cancelled && !m_urgent)
+            m_watchdog.allow();
         return job;
     }
 }
@@ -210,8 +236,6 @@ void LdapClient::ask(Job& job)
     const auto& settings = job.setup->settings;
     if (m_connection && m_connection->isFit()) {
         query(job);
-        if (job.end.fault && job.end.fault->failure == LdapFailure::NoAnswer)
-            m_failedAt[m_connection->server().uri] = Clock::now();
         if (!goesOn())
             return;
     }
@@ -226,10 +250,9 @@ void LdapClient::ask(Job& job)
             return;
         }
         m_connection.reset();
-        if (isOfOneServer(job.end.fault->failure))
-            m_failedAt[server.uri] = Clock::now();
         if (!goesOn())
             break;
+        m_failedAt[server.uri] = Clock::now();
         // What an administrator must change is told rather than what may pass.
         if (!first || statusOf(first->failure) == DIRECTORY_CONNECTION_FAILURE)
             first = job.end.fault;

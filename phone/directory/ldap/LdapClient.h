@@ -41,7 +41,12 @@ public:
 
     // Ends a search that runs, and every later one: the telephone is being switched off.
     // [any-thread]
-    void cancel() { m_watchdog.cancel(); }
+    void cancel();
+
+    // While `urgent` nobody waits for a search: one that runs is given up, and one that begins asks
+    // nobody. Such a search found nothing, and is called a success: its user has turned to something else.
+    // [any-thread]
+    void setUrgent(bool urgent);
 
     // Whether the configuration has a nickname attribute in use.
     // [any-thread]
@@ -60,10 +65,12 @@ private:
 
     mutable std::mutex m_mutex;
     std::condition_variable m_changed; // jobs, set-up, end
-    std::condition_variable m_done;    // of a job
+    std::condition_variable m_done;    // of a job, urgency
     std::shared_ptr<const LdapSetup> m_setup;
     std::deque<std::shared_ptr<Job>> m_jobs;
     bool m_ended = false;
+    bool m_cancelled = false;
+    bool m_urgent = false;
 
     // The thread's own.
     LdapWatchdog m_watchdog;

@@ -22,7 +22,7 @@ enum class LdapFailure {
     FilterWrong,        // not a filter
     ServerBusy,         // the server says that it cannot answer now
     ServerFailed,       // any other refusal
-    Cancelled,          // the telephone is being switched off
+    Cancelled,          // given up by its user, or the telephone is being switched off
 };
 
 struct LdapFault {

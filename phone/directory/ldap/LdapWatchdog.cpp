@@ -111,6 +111,16 @@ void LdapWatchdog::cancel()
     m_changed.notify_one();
 }
 
+void LdapWatchdog::allow()
+{
+    std::lock_guard lock(m_mutex);
+    if (!m_cancelled)
+        return;
+    m_cancelled = false;
+    std::uint64_t times = 0;
+    static_cast<void>(::read(m_cancelEvent, &times, sizeof times) == sizeof times);
+}
+
 bool LdapWatchdog::cancelled() const
 {
     std::lock_guard lock(m_mutex);

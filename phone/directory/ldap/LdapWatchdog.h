@@ -41,9 +41,11 @@ public:
     // Waits until `descriptor` has one of poll(2)'s `events`.
     Wait waitFor(int descriptor, short events, Deadline deadline) const;
 
-    // Shuts down what is being watched; every wait from now on ends at once.
+    // Shuts down what is being watched; every wait from now on ends at once, until allow().
     // [any-thread]
     void cancel();
+    // [any-thread]
+    void allow();
     // [any-thread]
     bool cancelled() const;
 

@@ -633,6 +633,29 @@ TEST_F(SearchListTest, OpensItsSearchFieldOverAnEmptyText)
     EXPECT_EQ(screen(), "( phone.ok )( phone.menu )( phone.back )\n");
 }
 
+TEST_F(SearchListTest, AsksForTextUntilAnEntryIsListed)
+{
+    const auto asks = [this] {
+        host.settle();
+        return host.frame->base.asksForText;
+    };
+    list.append(row("No entries"));
+    EXPECT_FALSE(asks()) << "nobody opened the search";
+    list.showSearchPopup();
+    EXPECT_TRUE(asks());
+    list.setSearchText("abc");
+    EXPECT_TRUE(asks());
+
+    list.remove(0);
+    list.append(new PhonebookItem(0, 0, "Bob", 1));
+    EXPECT_FALSE(asks());
+    list.remove(0);
+    EXPECT_TRUE(asks());
+    list.append(row("Options"));
+    list.append(new PhonebookItem(3, 0, "Bob", 1));
+    EXPECT_FALSE(asks());
+}
+
 TEST_F(SearchListTest, ShowsTheWaitAnimationAtOnce)
 {
     host.moments.clear();

@@ -34,10 +34,12 @@ protected:
     FrameStore frames{clock};
     std::vector<PhoneKey::Kind> routed;
     std::vector<std::uint64_t> closed;
+    std::vector<bool> hurries;
     KeyGate gate{events,
                  frames,
                  {[this](const PhoneKey& key) { routed.push_back(key.kind); },
-                  [this](std::uint64_t id) { closed.push_back(id); }}};
+                  [this](std::uint64_t id) { closed.push_back(id); },
+                  [this](bool urgent) { hurries.push_back(urgent); }}};
 };
 
 using Kinds = std::vector<PhoneKey::Kind>;
@@ -90,6 +92,17 @@ TEST_F(KeyGateTest, NeverHoldsUpHookHangUpAndHome)
         events.runPending();
         EXPECT_EQ(routed.back(), kind);
     }
+}
+
+TEST_F(KeyGateTest, LetsNobodyWaitUntilHookHangUpAndHomeHaveHadTheirTurn)
+{
+    press(Key::Kind::Ok);
+    EXPECT_EQ(hurries, std::vector<bool>{});
+    press(PhoneKey::Kind::HangUp);
+    press(PhoneKey::Kind::Home);
+    EXPECT_EQ(hurries, std::vector<bool>{true});
+    events.runPending();
+    EXPECT_EQ(hurries, (std::vector<bool>{true, false}));
 }
 
 TEST_F(KeyGateTest, LetsTheHookGoBeforeKeysThatWait)

@@ -33,7 +33,7 @@ protected:
     ManualClock clock;
     EventThread events{clock};
     FrameStore frames{clock};
-    KeyGate keys{events, frames, {[](const PhoneKey&) {}, [](std::uint64_t) {}}};
+    KeyGate keys{events, frames, {[](const PhoneKey&) {}, [](std::uint64_t) {}, [](bool) {}}};
     Translator translator{std::filesystem::path(BIN_DIR).parent_path() / "locale", "en"};
     std::mutex mutex;
     std::condition_variable changed;
