@@ -201,12 +201,13 @@ std::shared_ptr<LdapClient::Job> LdapClient::nextJob()
         const bool inTime = m_changed.wait_for(lock, nKEPT, hasWork);
         if (m_ended)
             return nullptr;
-        const auto current = m_setup;
-        if (!inTime || current != m_setupOfConnection) {
+        // A search that had to wait was asked for under the settings of then.
+        const auto wanted = m_jobs.empty() ? m_setup : m_jobs.front()->setup;
+        if (!inTime || wanted != m_setupOfConnection) {
             lock.unlock();
             m_connection.reset();
             m_failedAt.clear();
-            m_setupOfConnection = current;
+            m_setupOfConnection = wanted;
             lock.lock();
             continue;
         }
@@ -236,6 +237,8 @@ void LdapClient::ask(Job& job)
     const auto& settings = job.setup->settings;
     if (m_connection && m_connection->isFit()) {
         query(job);
+        if (job.end.fault && job.end.fault->failure == LdapFailure::NoAnswer)
+            m_failedAt[m_connection->server().uri] = Clock::now();
         if (!goesOn())
             return;
     }
@@ -250,9 +253,10 @@ void LdapClient::ask(Job& job)
             return;
         }
         m_connection.reset();
+        if (isOfOneServer(job.end.fault->failure))
+            m_failedAt[server.uri] = Clock::now();
         if (!goesOn())
             break;
-        m_failedAt[server.uri] = Clock::now();
         // What an administrator must change is told rather than what may pass.
         if (!first || statusOf(first->failure) == DIRECTORY_CONNECTION_FAILURE)
             first = job.end.fault;
