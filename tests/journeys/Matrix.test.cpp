@@ -31,7 +31,8 @@ protected:
         journey.items = {{"software-type", variant.softwareType},
                          {"hardware-variant", variant.hardware},
                          {"soft-key-bar", variant.softKeys ? "true" : "false"},
-                         {"language", "en"}};
+                         {"language", "en"},
+                         {"ldap-servers", "company"}};
         if (!variant.absent.empty())
             journey.absent = {variant.absent};
         journey.contacts = {"Adams, Bob; office=030 1111", "Miller, Anna; mobile=0170 333; default=mobile"};
@@ -182,6 +183,64 @@ TEST_P(Matrix, WritesNamesInAnotherWay)
     run("down back");
     EXPECT_TRUE(shows("Anna Miller"));
     EXPECT_LT(screen.find("Anna Miller"), screen.find("Bob Adams"));
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, FindsShowsAndSavesAColleague)
+{
+    run("phonebook");
+    if (isTdm()) {
+        EXPECT_FALSE(shows("Directory"));
+        return;
+    }
+    run("tab text:mil *");
+    EXPECT_EQ(shows("Miller, John"), has("DirectoryServiceIfc"));
+    EXPECT_EQ(shows("! The directory cannot be reached."), !has("DirectoryServiceIfc"));
+    if (!has("DirectoryServiceIfc"))
+        return;
+
+    run("down menu");
+    run(rowOf("Details"));
+    EXPECT_TRUE(shows("First name: John"));
+    run("back menu");
+    run(rowOf("Save"));
+    EXPECT_TRUE(shows("! Saved to contacts"));
+    run("ok menu");
+    run(rowOf("Save"));
+    EXPECT_TRUE(shows("! This contact is already saved."));
+    run("ok tab1");
+    EXPECT_TRUE(shows("Miller, John"));
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, FindsAColleagueByAnyField)
+{
+    if (isTdm())
+        return; // there is no directory
+    run(GetParam().softKeys ? "phonebook tab menu" : "phonebook tab ok");
+    run(rowOf("Advanced search"));
+    EXPECT_TRUE(shows("Options: <Find>"));
+    run("up ok");
+    EXPECT_TRUE(shows("! Nothing to search for."));
+    run("ok down text:Miller down text:J* up up ok");
+    EXPECT_EQ(shows("Miller, John"), has("DirectoryServiceIfc"));
+    EXPECT_FALSE(shows("Miller, Anna"));
+    EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
+}
+
+TEST_P(Matrix, ShowsThePeopleOfTheDirectoryInAnotherWay)
+{
+    if (isTdm() || !has("DirectoryServiceIfc"))
+        return; // there is nobody
+    run("phonebook tab text:mil *");
+    run(GetParam().softKeys ? "menu" : "up ok");
+    run(rowOf("Name format"));
+    run("down back");
+    EXPECT_TRUE(shows("Ada Milner"));
+    run(GetParam().softKeys ? "menu" : "ok");
+    run(rowOf("Shown beside the name"));
+    run("down back");
+    EXPECT_TRUE(shows("Anna Miller (Engineer)"));
     EXPECT_EQ(phone.complaints(), std::vector<std::string>{});
 }
 
