@@ -131,6 +131,7 @@ void LDAPStateFind::populateForm(EventContext* pContext)
         m_pOptionsField->append(pCommand);
     m_pForm = std::make_unique<DisplayAPI::Form>(nFORM_KIND);
     m_pForm->setTitle(TranslationInfo("advanced.find", pTranslator));
+    m_pForm->setOffersSave(false);
     m_pForm->setCommandListener(pContext->m_pListener);
     m_pForm->setItemStateListener(pContext->m_pListener);
     m_pForm->append(m_pOptionsField.get());

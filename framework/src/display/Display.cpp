@@ -239,8 +239,11 @@ std::vector<SoftKey> Display::Impl::softKeys() const
     case FrameRole::Form: {
         const auto* form = dynamic_cast<const Form*>(innermost());
         const auto* command = form ? form->getOkCommand() : nullptr;
-        return {command ? SoftKey{command->getLabel().translated(), ok.key} : ok,
-                key("phone.save", Key::Kind::Save), back};
+        std::vector<SoftKey> keys{command ? SoftKey{command->getLabel().translated(), ok.key} : ok};
+        if (!form || form->offersSave())
+            keys.push_back(key("phone.save", Key::Kind::Save));
+        keys.push_back(back);
+        return keys;
     }
     case FrameRole::Menu:
         return {key("phone.select", Key::Kind::Ok), back};

@@ -65,6 +65,18 @@ void Form::setItemStateListener(ItemStateListener* listener)
     m_pItemStateListener = listener;
 }
 
+void Form::setOffersSave(bool offers)
+{
+    const UiLock lock;
+    m_offersSave = offers;
+}
+
+bool Form::offersSave() const
+{
+    const UiLock lock;
+    return m_offersSave;
+}
+
 const Command* Form::getOkCommand() const
 {
     const UiLock lock;

@@ -272,6 +272,8 @@ TEST_F(Displays, HaveSoftKeysForEachKindOfScreen)
 
     EXPECT_EQ(softKeys(list), "phone.ok phone.menu phone.back ");
     EXPECT_EQ(softKeys(form), "phone.ok phone.save phone.back ");
+    form.setOffersSave(false);
+    EXPECT_EQ(softKeys(form), "phone.ok phone.back ");
     EXPECT_EQ(softKeys(exclusive), "phone.ok phone.back ");
     EXPECT_EQ(softKeys(tabs), "phone.back ");
     EXPECT_EQ(softKeys(menu), "phone.select phone.back ");

@@ -38,6 +38,11 @@ public:
 
     void setItemStateListener(ItemStateListener* listener);
 
+    // Whether the soft keys have a Save key; they do unless told not to. The key itself is reported
+    // all the same.
+    void setOffersSave(bool offers);
+    bool offersSave() const;
+
     // What OK reports from the field that has the focus; null for the telephone's own OK.
     const Command* getOkCommand() const;
 
@@ -63,6 +68,7 @@ private:
     Entry m_options;
     Item* m_pSelected = nullptr;
     mutable int m_top = 0;
+    bool m_offersSave = true;
     ItemStateListener* m_pItemStateListener = nullptr;
 };
 
