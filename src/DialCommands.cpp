@@ -18,8 +18,6 @@ DialCommands::~DialCommands() = default;
 void DialCommands::construct(EventContext* pContext)
 {
     PB_TRACE("DialCommands::construct()");
-    if (m_commands[OFFICE])
-        return;
     create(pContext, OFFICE, DisplayIcon::Office);
     create(pContext, OFFICE2, DisplayIcon::Office2);
     create(pContext, PRIVATE, DisplayIcon::Private);

@@ -26,7 +26,7 @@ public:
     DialCommands();
     ~DialCommands();
 
-    // Creates them; they are kept for the life of this object.
+    // Creates them, once; they are kept for the life of this object.
     void construct(EventContext* pContext);
 
     // Null before construct().

@@ -111,6 +111,15 @@ PhonebookStateBase* LDAPStateDisplayingEntry::rightEvent(EventContext* pContext,
     return PhonebookStateBaseDialer::rightEvent(pContext, pCommand, pDisplayable);
 }
 
+PhonebookStateBase* LDAPStateDisplayingEntry::saveEvent(EventContext* pContext, DisplayAPI::Command*,
+                                                        DisplayAPI::Displayable* pDisplayable)
+{
+    PB_TRACE("LDAPStateDisplayingEntry::saveEvent()");
+    if (!m_pForm || pDisplayable != m_pForm.get())
+        return this;
+    return &pContext->m_LdapSavingEntry;
+}
+
 PhonebookStateBase* LDAPStateDisplayingEntry::itemStateChangedEvent(EventContext* pContext,
                                                                     DisplayAPI::Item* pItem)
 {

@@ -1,5 +1,5 @@
-// One entry of the corporate directory in full, to read: OK dials the number in focus, and the options
-// lead to the local phonebook or back to the list.
+// One entry of the corporate directory in full, to read: OK dials the number in focus, Save takes it into
+// the local phonebook, and the options lead there or back to the list.
 //
 // What is shown is the context's entry of the corporate directory.
 
@@ -31,6 +31,8 @@ public:
                                 DisplayAPI::Displayable* pDisplayable) override;
     PhonebookStateBase* rightEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
                                    DisplayAPI::Displayable* pDisplayable) override;
+    PhonebookStateBase* saveEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
+                                  DisplayAPI::Displayable* pDisplayable) override;
     PhonebookStateBase* itemStateChangedEvent(EventContext* pContext, DisplayAPI::Item* pItem) override;
     PhonebookStateBase* dialingStartedEvent(EventContext* pContext, std::string digits) override;
     bool getDialPartyDetails(CallPartyIdentifier& party, EventContext* pContext) override;

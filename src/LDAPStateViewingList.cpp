@@ -62,6 +62,13 @@ bool LDAPStateViewingList::tabValid(EventContext* pContext)
     return pContext->m_pDisplay->getCurrent() != &pContext->m_PopupDialer;
 }
 
+PhonebookStateBase* LDAPStateViewingList::tabTo(EventContext* pContext)
+{
+    PB_TRACE("LDAPStateViewingList::tabTo()");
+    m_trigger.resume(pContext);
+    return this;
+}
+
 void LDAPStateViewingList::enterStateEvent(EventContext* pContext)
 {
     PB_TRACE("LDAPStateViewingList::enterStateEvent()");
@@ -116,7 +123,7 @@ PhonebookStateBase* LDAPStateViewingList::okEvent(EventContext* pContext, Displa
         return this;
     }
     // An entry that cannot be read is not dialled: the one selected before it would be.
-    if (!holdsEntries(pContext) || !updateSelectedPhonebookEntry(pContext))
+    if (!updateSelectedPhonebookEntry(pContext))
         return this;
     const auto number = getDefaultPhonebookNo(pContext);
     if (pContext->getCallRequestInitiated()) {
@@ -187,8 +194,7 @@ PhonebookStateBase* LDAPStateViewingList::dialingStartedEvent(EventContext* pCon
         openDialerWithDigits(pContext, digits);
         return this;
     }
-    const bool known =
-        !isOptionsRowSelected(pContext) && holdsEntries(pContext) && updateSelectedPhonebookEntry(pContext);
+    const bool known = !isOptionsRowSelected(pContext) && updateSelectedPhonebookEntry(pContext);
     const auto number = known ? getDefaultPhonebookNo(pContext) : std::string();
     const auto name = known ? shownName(pContext) : std::string();
     setupPopupDialer(pContext, "", name, number, false);
@@ -329,7 +335,6 @@ std::string LDAPStateViewingList::treatSearchText(const std::string& newText, co
             text.clear();
         text = before(text, nEXACT_TEXT);
         const auto end = text.find(nANY_TEXT);
-        text = text.substr(0, end);
         // A text that ended in the comma has its end there, which is no blank either.
         const auto comma = text.find(nNAMES_APART);
         if (comma != std::string::npos && comma + 1 < newText.size() && text[comma + 1] != nBLANK)

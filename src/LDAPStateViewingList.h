@@ -30,6 +30,8 @@ public:
     LDAPStateViewingList();
 
     bool tabValid(EventContext* pContext) override;
+    // A search that was due meanwhile follows.
+    PhonebookStateBase* tabTo(EventContext* pContext) override;
     void enterStateEvent(EventContext* pContext) override;
     void exitStateEvent(EventContext* pContext) override;
     PhonebookStateBase* backEvent(EventContext* pContext, DisplayAPI::Command* pCommand,
@@ -70,6 +72,9 @@ public:
     // Forgets the treated text and both names.
     void clearTextMembers();
 
+    // Shows what a search found, and with `showPopup` a message unless it was a success.
+    void showLdapSearchResult(EventContext* pContext, DirectoryStatus status, bool showPopup);
+
     const DirectoryCommands& commands() const;
     // Null before the state was entered.
     DisplayAPI::PopupNotification* getPErrorNotificationPopup() const;
@@ -95,7 +100,6 @@ private:
 
     DirectoryStatus doLdapSearch(EventContext* pContext);
     AttributeList searchPairs() const;
-    void showLdapSearchResult(EventContext* pContext, DirectoryStatus status, bool showPopup);
     void showResultPopup(EventContext* pContext, DirectoryStatus status);
 
     void startLdapSearchTriggerTimer(EventContext* pContext);

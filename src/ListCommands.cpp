@@ -8,7 +8,6 @@
 #include "PhonebookMode.h"
 #include "Toolbox.h"
 
-using DisplayAPI::DisplayIcon;
 using DisplayAPI::TranslationInfo;
 
 namespace {
@@ -31,11 +30,7 @@ void ListCommands::constructMenuCommands(EventContext* pContext)
     create(pContext, BACKUP, "backup");
     create(pContext, RESTORE, "restore");
     create(pContext, GROUPS, "groups.menu");
-    createDial(pContext, DIAL_OFFICE, DisplayIcon::Office);
-    createDial(pContext, DIAL_OFFICE2, DisplayIcon::Office2);
-    createDial(pContext, DIAL_PRIVATE, DisplayIcon::Private);
-    createDial(pContext, DIAL_MOBILE, DisplayIcon::Mobile);
-    createDial(pContext, DIAL_DEFAULT, DisplayIcon::None);
+    m_dialCommands.construct(pContext);
     create(pContext, DIRECTED_PICKUP, "directed.pickup");
     create(pContext, DETAILS, "details");
     create(pContext, DELETE_ENTRY, "delete");
@@ -51,6 +46,12 @@ DisplayAPI::MenuCommand* ListCommands::command(Choice choice) const
 {
     PB_TRACE("ListCommands::command()");
     return m_commands[choice].get();
+}
+
+const DialCommands& ListCommands::dialCommands() const
+{
+    PB_TRACE("ListCommands::dialCommands()");
+    return m_dialCommands;
 }
 
 std::optional<ListCommands::Choice> ListCommands::choiceOf(const DisplayAPI::Command* pCommand) const
@@ -78,7 +79,9 @@ void ListCommands::fillOptionsMenu(EventContext* pContext) const
 void ListCommands::fillEntryMenu(EventContext* pContext) const
 {
     PB_TRACE("ListCommands::fillEntryMenu()");
-    pContext->m_ContextMenu.clearCommands();
+    auto& menu = pContext->m_ContextMenu;
+    menu.clearCommands();
+    m_dialCommands.addTo(menu, pContext->m_SelectedEntry, pContext->m_HasSoftKeyBar);
     if (pContext->m_HasSoftKeyBar)
         fillEntryMenuWithSoftKeyBar(pContext);
     else
@@ -92,17 +95,9 @@ void ListCommands::create(EventContext* pContext, Choice choice, const char* key
         std::make_unique<DisplayAPI::MenuCommand>(TranslationInfo(key, pContext->m_pTranslator));
 }
 
-void ListCommands::createDial(EventContext* pContext, Choice choice, DisplayIcon icon)
-{
-    PB_TRACE("ListCommands::createDial()");
-    m_commands[choice] = std::make_unique<DisplayAPI::MenuCommand>(
-        TranslationInfo("dial", pContext->m_pTranslator), static_cast<int>(icon));
-}
-
 void ListCommands::fillEntryMenuWithSoftKeyBar(EventContext* pContext) const
 {
     PB_TRACE("ListCommands::fillEntryMenuWithSoftKeyBar()");
-    addMenuItem(pContext, DIAL_DEFAULT);
     addMenuItem(pContext, DETAILS);
     addDirectedPickupMenuItem(pContext);
     addMenuItem(pContext, NEW_CONTACT);
@@ -116,15 +111,6 @@ void ListCommands::fillEntryMenuWithSoftKeyBar(EventContext* pContext) const
 void ListCommands::fillEntryMenuWithoutSoftKeyBar(EventContext* pContext) const
 {
     PB_TRACE("ListCommands::fillEntryMenuWithoutSoftKeyBar()");
-    const auto& entry = pContext->m_SelectedEntry;
-    if (!entry.getOffice().empty())
-        addMenuItem(pContext, DIAL_OFFICE);
-    if (!entry.getOffice2().empty())
-        addMenuItem(pContext, DIAL_OFFICE2);
-    if (!entry.getMobile().empty())
-        addMenuItem(pContext, DIAL_MOBILE);
-    if (!entry.getPrivate().empty())
-        addMenuItem(pContext, DIAL_PRIVATE);
     addMenuItem(pContext, DETAILS);
     addMenuItem(pContext, DELETE_ENTRY);
     addSendMenuItem(pContext);

@@ -7,17 +7,12 @@
 #include <memory>
 #include <optional>
 
-#include <framework/display/Icons.h>
-
-namespace DisplayAPI {
-class Command;
-class MenuCommand;
-} // namespace DisplayAPI
-class EventContext;
+#include "DialCommands.h"
 
 class ListCommands {
 public:
-    // Some texts occur twice: with and without a soft-key bar they are different commands.
+    // Besides those that dial. Some texts occur twice: with and without a soft-key bar they are different
+    // commands.
     enum Choice : std::size_t {
         NEW_CONTACT,
         DISPLAY_OPTIONS,
@@ -26,11 +21,6 @@ public:
         BACKUP,
         RESTORE,
         GROUPS,
-        DIAL_OFFICE,
-        DIAL_OFFICE2,
-        DIAL_PRIVATE,
-        DIAL_MOBILE,
-        DIAL_DEFAULT,
         DIRECTED_PICKUP,
         DETAILS,
         DELETE_ENTRY,
@@ -51,7 +41,8 @@ public:
 
     // Null before constructMenuCommands().
     DisplayAPI::MenuCommand* command(Choice choice) const;
-    // Nothing for a command that is not one of these.
+    const DialCommands& dialCommands() const;
+    // Nothing for a command that is not one of these choices.
     std::optional<Choice> choiceOf(const DisplayAPI::Command* pCommand) const;
 
     // Put the commands of the whole list, or of the selected entry, on the context menu.
@@ -60,7 +51,6 @@ public:
 
 private:
     void create(EventContext* pContext, Choice choice, const char* key);
-    void createDial(EventContext* pContext, Choice choice, DisplayAPI::DisplayIcon icon);
     void fillEntryMenuWithSoftKeyBar(EventContext* pContext) const;
     void fillEntryMenuWithoutSoftKeyBar(EventContext* pContext) const;
     void addMenuItem(EventContext* pContext, Choice choice) const;
@@ -69,4 +59,5 @@ private:
     static bool checkBluetoothAvailable(EventContext* pContext);
 
     std::array<std::unique_ptr<DisplayAPI::MenuCommand>, nCHOICES> m_commands;
+    DialCommands m_dialCommands;
 };

@@ -178,6 +178,8 @@ PhonebookStateBase* PhonebookStateViewingList::screenEvent(EventContext* pContex
         pContext->m_ContextMenu.dismiss();
         return this;
     }
+    if (m_commands.dialCommands().owns(pCommand))
+        return dialChosenNumber(pContext, pCommand);
     if (choice)
         if (auto* pNext = entryChoiceMade(pContext, *choice, pCommand))
             return pNext;
@@ -411,12 +413,6 @@ PhonebookStateBase* PhonebookStateViewingList::entryChoiceMade(EventContext* pCo
 {
     PB_TRACE("PhonebookStateViewingList::entryChoiceMade");
     switch (choice) {
-    case DIAL_OFFICE:
-    case DIAL_OFFICE2:
-    case DIAL_PRIVATE:
-    case DIAL_MOBILE:
-    case DIAL_DEFAULT:
-        return dialChosenNumber(pContext, pCommand);
     case DIRECTED_PICKUP:
         return pickUp(pContext, pCommand);
     case DETAILS:
@@ -499,33 +495,7 @@ void PhonebookStateViewingList::transformCommandToPhoneNumberAndIcon(
     CallPartyIdentifier::PhoneNumberIconType& icon)
 {
     PB_TRACE("PhonebookStateViewingList::transformCommandToPhoneNumberAndIcon");
-    const auto& entry = pContext->m_SelectedEntry;
-    number.clear();
-    icon = CallPartyIdentifier::NONE;
-    if (!pCommand)
-        return;
-    // Call-party icons: not those of the rows and commands.
-    switch (m_commands.choiceOf(pCommand).value_or(DIAL_DEFAULT)) {
-    case DIAL_OFFICE:
-        number = entry.getOffice();
-        icon = CallPartyIdentifier::OFFICE;
-        return;
-    case DIAL_OFFICE2:
-        number = entry.getOffice2();
-        icon = CallPartyIdentifier::OFFICE2;
-        return;
-    case DIAL_PRIVATE:
-        number = entry.getPrivate();
-        icon = CallPartyIdentifier::PRIVATE;
-        return;
-    case DIAL_MOBILE:
-        number = entry.getMobile();
-        icon = CallPartyIdentifier::MOBILE;
-        return;
-    default:
-        number = getDefaultPhonebookNo(pContext);
-        icon = entry.getDefaultIcon();
-    }
+    m_commands.dialCommands().numberOf(pCommand, pContext->m_SelectedEntry, number, icon);
 }
 
 void PhonebookStateViewingList::sendContact(EventContext* pContext)

@@ -38,6 +38,7 @@ void SearchTrigger::prepare(EventContext* pContext)
 void SearchTrigger::start(EventContext* pContext)
 {
     PB_TRACE("SearchTrigger::start()");
+    m_awaited = true;
     auto& timers = *pContext->m_pPhoneletContext;
     const bool reset = timers.resetTimer(m_id);
     PB_TRACE("LDAPStateViewingList::startLdapSearchTriggerTimer - Timer reset done = %i, TimerId = %i", reset,
@@ -63,9 +64,17 @@ void SearchTrigger::start(EventContext* pContext)
              m_id);
 }
 
+void SearchTrigger::resume(EventContext* pContext)
+{
+    PB_TRACE("SearchTrigger::resume()");
+    if (m_awaited && !isRunning(pContext))
+        start(pContext);
+}
+
 void SearchTrigger::stop(EventContext* pContext)
 {
     PB_TRACE("SearchTrigger::stop()");
+    m_awaited = false;
     const bool stopped = pContext->m_pPhoneletContext->stopTimer(m_id);
     PB_TRACE("LDAPStateViewingList::stopLdapSearchTriggerTimer - Timer stopped = %i, TimerId = %i", stopped,
              m_id);
@@ -74,6 +83,7 @@ void SearchTrigger::stop(EventContext* pContext)
 void SearchTrigger::remove(EventContext* pContext)
 {
     PB_TRACE("SearchTrigger::remove()");
+    m_awaited = false;
     if (m_id == 0)
         return;
     if (!pContext->m_pPhoneletContext->deleteTimer(m_id)) {

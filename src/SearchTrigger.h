@@ -15,6 +15,8 @@ public:
     void prepare(EventContext* pContext);
     // Begins the period, or begins it anew.
     void start(EventContext* pContext);
+    // Begins it anew if it ended while another tab was shown, which then heard of its end.
+    void resume(EventContext* pContext);
     void stop(EventContext* pContext);
     // Deletes the timer, if there is one. It stays when the telephone refuses.
     void remove(EventContext* pContext);
@@ -29,5 +31,6 @@ private:
     void create(EventContext* pContext, unsigned duration);
 
     int m_id = 0;
+    bool m_awaited = false;  // begun, and neither heard of nor stopped
     unsigned m_duration = 0; // what the timer was created with, in ms
 };

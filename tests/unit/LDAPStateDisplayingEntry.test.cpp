@@ -503,12 +503,21 @@ TEST_F(DirectoryEntry, StaysWithBackOnThePopupsOfDialling)
         EXPECT_EQ(state().backEvent(&context(), nullptr, pPopup), &state());
 }
 
+TEST_F(DirectoryEntry, SavesWithTheSaveKey)
+{
+    openAmy();
+    press(SAVE);
+    EXPECT_EQ(current(), &context().m_LdapSavingEntry);
+    EXPECT_EQ(screen(), "! ldap.entry.saved\n");
+    EXPECT_EQ(directory.records.size(), 1u);
+    EXPECT_TRUE(log.has("LDAPStateDisplayingEntry::saveEvent()"));
+}
+
 TEST_F(DirectoryEntry, StaysWithEveryOtherKey)
 {
     openAmy();
     const auto before = host.screen();
     press(MENU);
-    press(SAVE);
     phonelet().tab();
     host.settle();
     EXPECT_TRUE(inForm());
@@ -694,6 +703,7 @@ TEST_F(DirectoryEntry, TracesItsOperations)
                   {"backEvent", [&] { entry.backEvent(pContext, nullptr, nullptr); }},
                   {"okEvent", [&] { entry.okEvent(pContext, nullptr, nullptr); }},
                   {"rightEvent", [&] { entry.rightEvent(pContext, nullptr, nullptr); }},
+                  {"saveEvent", [&] { entry.saveEvent(pContext, nullptr, nullptr); }},
                   {"itemStateChangedEvent", [&] { entry.itemStateChangedEvent(pContext, nullptr); }},
                   {"dialingStartedEvent", [&] { entry.dialingStartedEvent(pContext, ""); }},
                   {"dialingStoppedEvent", [&] { entry.dialingStoppedEvent(pContext); }},

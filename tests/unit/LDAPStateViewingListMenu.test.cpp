@@ -57,6 +57,12 @@ TEST_F(DirectoryMenu, MakesItsCommandsOnce)
     EXPECT_EQ(state().commands().dialCommands().command(DialCommands::OFFICE), pDial);
 }
 
+TEST_F(DirectoryMenu, TakesNoCommandForOneThatIsNotMadeYet)
+{
+    EXPECT_FALSE(DialCommands().owns(nullptr));
+    EXPECT_FALSE(DirectoryCommands().choiceOf(nullptr));
+}
+
 // --- What stands on the menus ---
 
 TEST_F(DirectoryMenu, OffersLittleOverAnEmptyList)
@@ -126,6 +132,14 @@ TEST_F(DirectoryMenu, ReadsTheWholeEntry)
     EXPECT_EQ(context().m_LdapEntryIndex, 1);
     EXPECT_EQ(context().m_LdapEntry.getSurname(), longName);
     EXPECT_EQ(context().m_LdapEntry.getCompany(), longName);
+}
+
+TEST_F(DirectoryMenu, MarksTheListAsTheDirectorys)
+{
+    startOnItsTab();
+    log.clear();
+    press(MENU);
+    EXPECT_EQ(log.count("PhonebookList::setLDAPPhonebookList()", 5), 1);
 }
 
 TEST_F(DirectoryMenu, StaysClosedOverARowThatIsNoEntry)
@@ -233,6 +247,10 @@ TEST_F(DirectoryMenu, EmptiesTheList)
         EXPECT_EQ(state().getTreatedSearchText(), "");
         EXPECT_EQ(current(), &state());
         EXPECT_EQ(queries(), Texts{});
+        press(MENU);
+        EXPECT_EQ(rows(), (Texts{"advanced.find", "qualifier"}));
+        EXPECT_EQ(top().title, "");
+        press(BACK);
         // It works like the one before.
         finds({person("Abel", "Al")});
         type("a*");

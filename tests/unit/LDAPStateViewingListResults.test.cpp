@@ -106,8 +106,8 @@ TEST_F(DirectorySearch, SaysWhenARowIsOnlyTheClosest)
     results().depopulate();
     press(Kind::ClearAll);
     EXPECT_EQ(selectedRow(), 0);
-    EXPECT_TRUE(wroteInOrder(
-        {"Closest match found, index in directory list = 0", "Selected index on display = 0"}));
+    EXPECT_TRUE(
+        wroteInOrder({"Closest match found, index in directory list = 0", "Selected index on display = 0"}));
 }
 
 TEST_F(DirectorySearch, StaysOnTheFirstRowOfAnEmptyList)
@@ -115,8 +115,10 @@ TEST_F(DirectorySearch, StaysOnTheFirstRowOfAnEmptyList)
     for (const auto bar : {Bar::SoftKeys, Bar::None}) {
         startOnItsTab(bar);
         log.clear();
+        widget().setSelectionHighlight(false);
         type(",");
         EXPECT_EQ(selectedRow(), 0);
+        EXPECT_TRUE(top().highlighted); // it was selected
         EXPECT_FALSE(log.has("getIndex entered"));
     }
 }
@@ -323,6 +325,17 @@ TEST_F(DirectorySearch, SaysWhatWentWrong)
         EXPECT_EQ(popups(), 0u);
     }
     EXPECT_EQ(directory.searches.size(), table.size());
+}
+
+TEST_F(DirectorySearch, SaysNothingUnlessItIsAsked)
+{
+    startOnItsTab();
+    state().showLdapSearchResult(&context(), DIRECTORY_CONNECTION_FAILURE, false);
+    host.settle();
+    EXPECT_EQ(popups(), 0u);
+    state().showLdapSearchResult(&context(), DIRECTORY_CONNECTION_FAILURE, true);
+    host.settle();
+    EXPECT_EQ(notification(), "connection.failure");
 }
 
 TEST_F(DirectorySearch, LetsItsMessageGoAfterThreeSeconds)

@@ -77,6 +77,7 @@ TEST_F(DirectorySearchRules, LeaveInTheFieldWhatBelongsToTheName)
         {"mi*l#", "mi", "*l#", "mi"},
         {"mi#l*", "mi", "#l*", "mi"},
         {"mi*l*", "mi", "*l*", "mi"},
+        {"mi*,j", "mi", "*,j", "mi"},
         {"*", "", "*", ""},
         {"#", "", "#", ""},
         // A blank between the names.
@@ -164,6 +165,8 @@ TEST_F(DirectorySearchRules, SplitTheTextIntoNames)
         {"Miller,j,k", "Miller", "j,k*"},
         {",j", "", "j*"},
         {", j o ", "", "j o *"},
+        // Nothing stays of the names before.
+        {"mil", "mil*", ""},
     };
     for (const auto& [text, surname, firstname] : table) {
         std::string query = surname.empty() ? "" : surnameQuery(surname);
@@ -179,10 +182,23 @@ TEST_F(DirectorySearchRules, SplitTheTextIntoNames)
     }
 }
 
+TEST_F(DirectorySearchRules, ForgetBothNamesAndTheText)
+{
+    startOnItsTab();
+    state().parseSearchString("Miller, Amy");
+    state().setTreatedSearchText("Miller, Amy");
+    state().clearTextMembers();
+    EXPECT_EQ(state().getTreatedSearchText(), "");
+    timerExpires();
+    EXPECT_EQ(queries(), Texts{""});
+}
+
 TEST_F(DirectorySearchRules, SearchForANicknameAsItIs)
 {
-    withNicknames();
-    state().parseSearchString("x, first"); // leaves no first name behind
+    startOnItsTab();
+    state().parseSearchString("x, first"); // nothing of it stays
+    directory.nicknames = true;
+    type("a");
     for (const auto& [text, name] : std::vector<std::pair<std::string, std::string>>{
              {"bob", "bob"}, {"bob*", "bob"}, {"b*b", "b"}, {"bob#", "bob#"}, {"bob, j", "bob, j"}})
         EXPECT_EQ(searchedFor(text), surnameQuery(name)) << text;
@@ -326,5 +342,16 @@ TEST_F(DirectorySearchRules, TellALoneEntryFromThePlaceholder)
     EXPECT_FALSE(state().isLdapSearch(&context(), "mil", "l"));
     // The row of a list without entries is none.
     results().depopulate();
+    EXPECT_TRUE(state().isLdapSearch(&context(), "mil", "l"));
+}
+
+TEST_F(DirectorySearchRules, TellTheOptionsRowFromALoneEntry)
+{
+    startOnItsTab(Bar::None);
+    finds({person("Miller", "Amy")});
+    PhonebookSearchCriteria criteria({}, "", true);
+    results().populate(criteria, true);
+    ASSERT_EQ(widget().size(), 1); // the entry's row is still to come
+    state().setTreatedSearchText("mil");
     EXPECT_TRUE(state().isLdapSearch(&context(), "mil", "l"));
 }

@@ -97,6 +97,30 @@ TEST_F(DirectorySearchTrigger, KeepsTheTimerThatCannotBeDeleted)
     EXPECT_TRUE(telephone.timers.empty());
 }
 
+TEST_F(DirectorySearchTrigger, BeginsAnewOnReturnFromATabThatWasShownAtItsEnd)
+{
+    startOnItsTab();
+    type("m");
+    nextTab();
+    telephone.timers.at(timerId()).running = false;
+    timerExpires();
+    EXPECT_EQ(queries(), Texts{});
+    goToTab();
+    EXPECT_TRUE(timer().running);
+    quiet();
+    EXPECT_EQ(queries(), Texts{surnameQuery("m*")});
+}
+
+TEST_F(DirectorySearchTrigger, IsNotRepeatedOnReturnFromAnotherTab)
+{
+    startOnItsTab();
+    type("m");
+    quiet();
+    nextTab();
+    goToTab();
+    EXPECT_FALSE(timer().running);
+}
+
 TEST_F(DirectorySearchTrigger, LeavesNoTimerBehind)
 {
     startOnItsTab();
@@ -265,6 +289,8 @@ TEST_F(DirectorySearchTrigger, SearchesOnceWhenNothingIsFound)
 {
     startOnItsTab();
     type("xyz");
+    quiet();
+    EXPECT_EQ(notification(), "no.matches.found");
     for (int seconds = 0; seconds < 60; seconds += 3) {
         quiet();
         wait(3000ms);

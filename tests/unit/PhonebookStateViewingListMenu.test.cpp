@@ -34,6 +34,11 @@ protected:
         const auto texts = rows();
         return std::find(texts.begin(), texts.end(), label) != texts.end();
     }
+    const DisplayAPI::MenuCommand* command(Choice choice) { return state().commands().command(choice); }
+    DisplayAPI::MenuCommand* dialCommand(DialCommands::Choice choice)
+    {
+        return state().commands().dialCommands().command(choice);
+    }
     // The command's event, as if it were on the popup.
     PhonebookStateBase* chosen(Choice choice, DisplayAPI::Displayable* pPopup)
     {
@@ -46,32 +51,27 @@ protected:
 TEST_F(ListMenu, HasItsCommands)
 {
     start();
-    const std::vector<std::pair<const char*, int>> expected{{"new.contact", 0},
-                                                            {"display", 0},
-                                                            {"delete.all", 0},
-                                                            {"find", 0},
-                                                            {"backup", 0},
-                                                            {"restore", 0},
-                                                            {"groups.menu", 0},
-                                                            {"dial", 3},
-                                                            {"dial", 4},
-                                                            {"dial", 2},
-                                                            {"dial", 5},
-                                                            {"dial", 0},
-                                                            {"directed.pickup", 0},
-                                                            {"details", 0},
-                                                            {"delete", 0},
-                                                            {"find", 0},
-                                                            {"send", 0},
-                                                            {"new.contact", 0},
-                                                            {"delete.all.entries", 0},
-                                                            {"delete", 0},
-                                                            {"cancel", 0}};
+    const std::vector<std::pair<const char*, int>> expected{{"new.contact", 0}, {"display", 0},
+                                                            {"delete.all", 0},  {"find", 0},
+                                                            {"backup", 0},      {"restore", 0},
+                                                            {"groups.menu", 0}, {"directed.pickup", 0},
+                                                            {"details", 0},     {"delete", 0},
+                                                            {"find", 0},        {"send", 0},
+                                                            {"new.contact", 0}, {"delete.all.entries", 0},
+                                                            {"delete", 0},      {"cancel", 0}};
     ASSERT_EQ(expected.size(), std::size_t{ListCommands::nCHOICES});
     for (std::size_t i = 0; i < expected.size(); ++i) {
         const auto* pCommand = state().commands().command(static_cast<Choice>(i));
         EXPECT_EQ(pCommand->getLabel().getKey(), expected[i].first);
         EXPECT_EQ(pCommand->getIcon(), expected[i].second);
+    }
+    const std::vector<int> icons{3, 4, 2, 5, 0};
+    ASSERT_EQ(icons.size(), std::size_t{DialCommands::nCHOICES});
+    for (std::size_t i = 0; i < icons.size(); ++i) {
+        const auto* pCommand =
+            state().commands().dialCommands().command(static_cast<DialCommands::Choice>(i));
+        EXPECT_EQ(pCommand->getLabel().getKey(), "dial");
+        EXPECT_EQ(pCommand->getIcon(), icons[i]);
     }
 }
 
@@ -356,7 +356,7 @@ TEST_F(ListMenu, TakesCommandsOfTheListBeforePopupsAndThoseBeforeCommandsOfTheEn
         EXPECT_EQ(chosen(ListCommands::DISPLAY_OPTIONS, pPopup), &context().m_DisplayOptions);
         EXPECT_EQ(chosen(ListCommands::NEW_CONTACT, pPopup), &context().m_CreatingEntry);
         EXPECT_EQ(chosen(ListCommands::DETAILS, pPopup), &state());
-        EXPECT_EQ(chosen(ListCommands::DIAL_DEFAULT, pPopup), &state());
+        EXPECT_EQ(state().screenEvent(&context(), dialCommand(DialCommands::DEFAULT), pPopup), &state());
         EXPECT_EQ(chosen(ListCommands::DIRECTED_PICKUP, pPopup), &state());
     }
     host.settle();
@@ -447,19 +447,18 @@ TEST_F(ListMenu, KnowsTheCallPartysIconOfEveryDialCommand)
     directory.records.begin()->second["DefaultNumber"] = "3";
     openEntryMenu();
     struct Expected {
-        Choice choice;
+        const DisplayAPI::MenuCommand* pCommand;
         std::string number;
         int icon;
     };
     const std::vector<Expected> table{
-        {ListCommands::DIAL_OFFICE, "100", 2},  {ListCommands::DIAL_OFFICE2, "101", 3},
-        {ListCommands::DIAL_PRIVATE, "103", 1}, {ListCommands::DIAL_MOBILE, "102", 4},
-        {ListCommands::DIAL_DEFAULT, "102", 4}, {ListCommands::DIRECTED_PICKUP, "102", 4}};
-    for (const auto& [choice, expectedNumber, expectedIcon] : table) {
+        {dialCommand(DialCommands::OFFICE), "100", 2},  {dialCommand(DialCommands::OFFICE2), "101", 3},
+        {dialCommand(DialCommands::PRIVATE), "103", 1}, {dialCommand(DialCommands::MOBILE), "102", 4},
+        {dialCommand(DialCommands::DEFAULT), "102", 4}, {command(ListCommands::DIRECTED_PICKUP), "102", 4}};
+    for (const auto& [pCommand, expectedNumber, expectedIcon] : table) {
         std::string number;
         auto icon = CallPartyIdentifier::NONE;
-        state().transformCommandToPhoneNumberAndIcon(&context(), state().commands().command(choice), number,
-                                                     icon);
+        state().transformCommandToPhoneNumberAndIcon(&context(), pCommand, number, icon);
         EXPECT_EQ(number, expectedNumber);
         EXPECT_EQ(icon, expectedIcon);
     }

@@ -62,6 +62,13 @@ TEST_F(CheckedPhoneletTest, HasNothingToSayWhenTheRulesAreKept)
     EXPECT_EQ(complaints, Strings{});
 }
 
+TEST_F(CheckedPhoneletTest, PassesOnHowLongThePhoneletSleeps)
+{
+    start();
+    idle->context().sleep(std::chrono::microseconds(5));
+    EXPECT_EQ(context.sleeps, std::vector{std::chrono::microseconds(5)});
+}
+
 TEST_F(CheckedPhoneletTest, BlamesTheTelephoneForShowBeforeStart)
 {
     checked->init(&context);
