@@ -18,6 +18,12 @@ const NAMED = {
 const REPEATING = new Set(["up", "down", "left", "right", "clear"]);
 const IN_COMPOSITION = 229; // some browsers say so of a key that ends one
 
+/** @param {KeyboardEvent} event */
+const isShortcut = (event) => (event.ctrlKey || event.altKey || event.metaKey) && !event.getModifierState("AltGraph");
+
+/** Whether a key enters a character. @param {KeyboardEvent} event */
+export const isLetter = (event) => !isShortcut(event) && [...event.key].length === 1;
+
 /**
  * The telephone's name for a key, or "" for one that is the browser's.
  * @param {KeyboardEvent} event
@@ -25,13 +31,12 @@ const IN_COMPOSITION = 229; // some browsers say so of a key that ends one
  *   and letters reach the telephone from what is editable
  */
 export function keyOf(event, on) {
-  const isShortcut = (event.ctrlKey || event.altKey || event.metaKey) && !event.getModifierState("AltGraph");
-  if (isShortcut || event.isComposing || event.keyCode === IN_COMPOSITION)
+  if (isShortcut(event) || event.isComposing || event.keyCode === IN_COMPOSITION)
     return "";
   if (on === "button" && (event.key === "Enter" || event.key === " "))
     return "";
   const named = NAMED[event.key];
   if (named)
     return event.repeat && !REPEATING.has(named) ? "" : named;
-  return on !== "editable" && [...event.key].length === 1 ? `text:${event.key}` : "";
+  return on !== "editable" && isLetter(event) ? `text:${event.key}` : "";
 }

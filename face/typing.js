@@ -3,6 +3,7 @@
 // goes to the telephone as keys, and the element shows what the telephone makes of it.
 
 import { cutToMessage } from "./connection.js";
+import { isLetter } from "./keyboard.js";
 
 /** @typedef {HTMLElement & {value?: string}} Editable */
 /** @typedef {{value: string, caret: number}} Truth what an element has to show; the caret in UTF-16 units */
@@ -53,6 +54,7 @@ export class Typing {
     this.truths = new WeakMap();
     /** @type {{element: Editable, before: Truth} | null} */
     this.composing = null;
+    root.addEventListener("keypress", (event) => this.letterPressed(event));
     root.addEventListener("beforeinput", (event) => this.beforeInput(event));
     root.addEventListener("compositionstart", (event) => this.compositionStarts(event));
     root.addEventListener("compositionend", (event) => this.compositionEnds(event));
@@ -116,6 +118,29 @@ export class Typing {
     return caret !== end && (event.key === "Backspace" || event.key === "Delete");
   }
 
+  /**
+   * A browser may lose a letter that follows at once upon a change of what is editable: it is taken
+   * where the key is, not left to what the browser makes of it.
+   * @param {KeyboardEvent} event
+   */
+  letterPressed(event) {
+    const element = this.of(event);
+    if (!element || this.composing || !isLetter(event))
+      return;
+    event.preventDefault();
+    this.insert(element, event.key);
+  }
+
+  /** @param {Editable} element @param {string} text for what is selected there, or at the caret */
+  insert(element, text) {
+    const { caret, end } = this.read(element);
+    if (caret === end)
+      this.enter(text);
+    else
+      this.replace(/** @type {Truth} */ (this.truths.get(element)), caret, end, text);
+    this.restore(element);
+  }
+
   /** @param {InputEvent} event */
   beforeInput(event) {
     const element = this.of(event);
@@ -127,10 +152,10 @@ export class Typing {
     const entered = event.data ?? event.dataTransfer?.getData("text/plain") ?? "";
     if (event.inputType === "insertLineBreak" || event.inputType === "insertParagraph")
       this.press("ok");
-    else if (event.inputType.startsWith("insert") && caret === end)
-      this.enter(entered);
-    else if (event.inputType.startsWith("insert") || caret !== end)
-      this.replace(truth, caret, end, event.inputType.startsWith("insert") ? entered : "");
+    else if (event.inputType.startsWith("insert"))
+      this.insert(element, entered);
+    else if (caret !== end)
+      this.replace(truth, caret, end, "");
     else if (event.inputType === "deleteContentBackward")
       this.press("clear");
     else if (event.inputType in DELETIONS)
