@@ -29,9 +29,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// How many people have a surname that begins with "B", and with "C".
+// How many people have a surname that begins with "B", with "C", and with another letter.
 constexpr int nFEW = 50;
 constexpr int nMANY = 1000;
+constexpr int nOTHERS = 98950;
 
 class NoEvents final : public EventPoster, public EventTimers {
 public:
@@ -44,7 +45,7 @@ std::string people(const std::string& surname, int count)
 {
     std::string all;
     for (int i = 0; i < count; ++i) {
-        const auto number = std::to_string(1000 + i);
+        const auto number = std::to_string(100000 + i);
         all +=
             person(surname + number, "Anna" + std::to_string(i % 50),
                    "telephoneNumber: +49 30 23125-" + number + "\ntelephoneNumber: +49 30 23126-" + number +
@@ -129,7 +130,8 @@ private:
     static SlapdOptions options(TestAuthority& authority)
     {
         SlapdOptions options;
-        options.people = people("B", nFEW) + people("C", nMANY);
+        options.people = people("B", nFEW) + people("C", nMANY) + people("D", nOTHERS);
+        options.database = "index objectClass eq\nindex sn,uid eq,sub\n";
         options.certificate = authority.issue();
         options.logs = false;
         return options;
