@@ -77,7 +77,7 @@ std::string ConfigurationItem::range() const
     case Type::Choice:
         return "one of: " + joined(choices, ", ");
     case Type::List:
-        return "a list of texts";
+        return "a list of texts without commas";
     case Type::Text:
         break;
     }

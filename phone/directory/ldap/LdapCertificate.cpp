@@ -4,6 +4,7 @@
 #include <memory>
 #include <type_traits>
 
+#include <arpa/inet.h>
 #include <strings.h>
 
 #include <gnutls/gnutls.h>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr std::size_t nLONGEST_NAME = 200;
+constexpr unsigned nMOST_NAMES = 5;
 
 struct CertificateDeleter {
     void operator()(gnutls_x509_crt_t certificate) const { gnutls_x509_crt_deinit(certificate); }
@@ -39,6 +41,33 @@ template <typename Getter> std::string nameBy(Getter getter, gnutls_x509_crt_t c
     char text[1024] = "";
     std::size_t size = sizeof text;
     return getter(certificate, text, &size) == 0 ? fitText(text, nLONGEST_NAME) : "?";
+}
+
+// Nothing for a name that is none of a host.
+std::string hostName(int type, const char* bytes, std::size_t size)
+{
+    if (type == GNUTLS_SAN_DNSNAME)
+        return fitText({bytes, size}, nLONGEST_NAME);
+    char text[INET6_ADDRSTRLEN] = "";
+    if (type == GNUTLS_SAN_IPADDRESS && (size == sizeof(in_addr) || size == sizeof(in6_addr)))
+        ::inet_ntop(size == sizeof(in_addr) ? AF_INET : AF_INET6, bytes, text, sizeof text);
+    return text;
+}
+
+// Whom it is for: the hosts that it names, or else its owner.
+std::string hostsOf(gnutls_x509_crt_t certificate)
+{
+    std::string names;
+    for (unsigned i = 0; i < nMOST_NAMES; ++i) {
+        char bytes[256] = "";
+        std::size_t size = sizeof bytes;
+        const int type = gnutls_x509_crt_get_subject_alt_name(certificate, i, bytes, &size, nullptr);
+        if (type == GNUTLS_E_REQUESTED_DATA_NOT_AVAILABLE)
+            break;
+        if (const auto name = hostName(type, bytes, size); !name.empty())
+            names += (names.empty() ? "" : ", ") + name;
+    }
+    return names.empty() ? nameBy(gnutls_x509_crt_get_dn, certificate) : names;
 }
 
 std::string dayOf(std::time_t time)
@@ -89,7 +118,7 @@ std::string whatIsWrongWith(const std::string& der, const std::string& host,
         return "is not valid before " + dayOf(since) +
                ": look at the clocks of the server and of this computer";
     if (gnutls_x509_crt_check_hostname(certificate.get(), host.c_str()) == 0)
-        return "is not for \"" + host + "\" but for " + nameBy(gnutls_x509_crt_get_dn, certificate.get()) +
+        return "is not for \"" + host + "\" but for " + hostsOf(certificate.get()) +
                ": name the server in \"ldap-servers\" as its certificate does";
     if (::strcasecmp(host.c_str(), "localhost") == 0)
         return "is checked for this computer's own name, as \"localhost\" always is: write \"127.0.0.1\" in "

@@ -32,6 +32,8 @@ using Guard = LdapWatchdog::Guard;
 constexpr ber_len_t nLARGEST_MESSAGE = 4 * 1024 * 1024;
 constexpr milliseconds nFAREWELL_TIME{200};
 constexpr std::size_t nLONGEST_SERVERS_WORDS = 200;
+// In the words of GnuTLS, with which libldap knows no other way to refuse what is older.
+constexpr char nTLS_VERSIONS[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
 
 struct MessageDeleter {
     void operator()(LDAPMessage* message) const { ldap_msgfree(message); }
@@ -284,18 +286,18 @@ std::optional<LdapFault> LdapConnection::prepareTls()
     auto* handle = m_pHandle.get();
     const auto file = m_settings.checkCertificate ? m_settings.caFile.string() : std::string();
     const int require = m_settings.checkCertificate ? LDAP_OPT_X_TLS_DEMAND : LDAP_OPT_X_TLS_NEVER;
-    const int host = m_settings.checkCertificate ? LDAP_OPT_X_TLS_ALLOW : LDAP_OPT_X_TLS_NEVER;
-    const int least = LDAP_OPT_X_TLS_PROTOCOL_TLS1_2;
+    // A certificate's common name counts only where it has no names of hosts (RFC 6125 6.4.4).
+    const int host = m_settings.checkCertificate ? LDAP_OPT_X_TLS_TRY : LDAP_OPT_X_TLS_NEVER;
     const int noList = LDAP_OPT_X_TLS_CRL_NONE;
     const int client = 0;
-    for (const int option : {LDAP_OPT_X_TLS_CACERTDIR, LDAP_OPT_X_TLS_CERTFILE, LDAP_OPT_X_TLS_KEYFILE,
-                             LDAP_OPT_X_TLS_CRLFILE, LDAP_OPT_X_TLS_CIPHER_SUITE})
+    for (const int option :
+         {LDAP_OPT_X_TLS_CACERTDIR, LDAP_OPT_X_TLS_CERTFILE, LDAP_OPT_X_TLS_KEYFILE, LDAP_OPT_X_TLS_CRLFILE})
         ldap_set_option(handle, option, "");
+    ldap_set_option(handle, LDAP_OPT_X_TLS_CIPHER_SUITE, nTLS_VERSIONS);
     ldap_set_option(handle, LDAP_OPT_X_TLS_CACERTFILE, file.c_str());
     ldap_set_option(handle, LDAP_OPT_X_TLS_REQUIRE_CERT, &require);
     ldap_set_option(handle, LDAP_OPT_X_TLS_REQUIRE_SAN, &host);
     ldap_set_option(handle, LDAP_OPT_X_TLS_CRLCHECK, &noList);
-    ldap_set_option(handle, LDAP_OPT_X_TLS_PROTOCOL_MIN, &least);
     if (ldap_set_option(handle, LDAP_OPT_X_TLS_NEWCTX, &client) == LDAP_OPT_SUCCESS)
         return std::nullopt;
     return noTrustedCertificates();
@@ -326,7 +328,7 @@ LdapFault LdapConnection::whyNoTls(int code, Deadline deadline)
         return fault(LdapFailure::StartTlsRefused,
                      "the server offers no encryption" + inServersWords() +
                          ": set it up there, or name an ldaps:// server in \"ldap-servers\"");
-    auto broke = broken(deadline, "the encryption could not be agreed on");
+    auto broke = broken(deadline, "TLS 1.2 or later could not be agreed on");
     if (broke.failure != LdapFailure::Disconnected)
         return broke;
     if (m_settings.checkCertificate) {
@@ -360,6 +362,10 @@ std::optional<LdapFault> LdapConnection::bind(Deadline deadline)
 {
     std::string password;
     if (!m_settings.bindDn.empty()) {
+        if (!m_settings.checkCertificate || !ldap_tls_inplace(m_pHandle.get()))
+            return fault(LdapFailure::PasswordMissing, "no password is sent without TLS and a checked "
+                                                       "certificate: correct \"ldap-security\" and "
+                                                       "\"ldap-check-certificate\"");
         auto kept = m_settings.password.read(m_settings.hosts());
         if (!kept)
             return LdapFault{LdapFailure::PasswordMissing, kept.error().sentence};
@@ -403,8 +409,17 @@ LdapFault LdapConnection::bindFault(int code) const
         return fault(LdapFailure::CredentialsRefused,
                      "the name or the password is wrong" + words +
                          ": correct \"ldap-bind-dn\", or run \"deskphone ldap-password\"");
-    default:
+    case LDAP_REFERRAL:
+    case LDAP_AUTH_METHOD_NOT_SUPPORTED:
+    case LDAP_CONSTRAINT_VIOLATION: // after too many wrong passwords, of some servers
+    case LDAP_INAPPROPRIATE_AUTH:
+    case LDAP_INSUFFICIENT_ACCESS:
+    case LDAP_UNWILLING_TO_PERFORM:
         break;
+    default:
+        return fault(LdapFailure::ServerFailed,
+                     "the server cannot say whether it knows us: " + std::string(ldap_err2string(code)) +
+                         words + "; look what its log says");
     }
     const auto who = m_settings.bindDn.empty() ? "nobody may ask unnamed: set \"ldap-bind-dn\", and run "
                                                  "\"deskphone ldap-password\""
@@ -515,7 +530,8 @@ LdapFault LdapConnection::searchFault(int code, const LdapSearch& what) const
         return fault(LdapFailure::ServerBusy, "the server has no time now" + words);
     default:
         return fault(LdapFailure::ServerFailed,
-                     "the server refuses the search: " + std::string(ldap_err2string(code)) + words);
+                     "the server refuses the search: " + std::string(ldap_err2string(code)) + words +
+                         "; look what its log says");
     }
 }
 
@@ -545,7 +561,8 @@ LdapFault LdapConnection::broken(Deadline deadline, const std::string& what)
         return ended(Wait::Late, what + " in time; \"ldap-connect-timeout\" and \"ldap-search-timeout\" say "
                                         "how long it may take");
     return fault(LdapFailure::Disconnected,
-                 what + ": look whether that is a directory server, and what its log says");
+                 what + ": look whether \"ldap-servers\" has the server's port, with ldap:// or ldaps:// as "
+                        "that wants it, and what the server's log says");
 }
 
 std::string LdapConnection::inServersWords() const

@@ -38,6 +38,7 @@ bool isOfOneServer(LdapFailure failure)
     case LdapFailure::StartTlsRefused:
     case LdapFailure::CertificateRefused:
     case LdapFailure::ServerBusy:
+    case LdapFailure::ServerFailed:
         return true;
     case LdapFailure::CaFileUnusable:
     case LdapFailure::PasswordMissing:
@@ -45,7 +46,6 @@ bool isOfOneServer(LdapFailure failure)
     case LdapFailure::AccessDenied:
     case LdapFailure::BaseWrong:
     case LdapFailure::FilterWrong:
-    case LdapFailure::ServerFailed:
     case LdapFailure::Cancelled:
         return false;
     }

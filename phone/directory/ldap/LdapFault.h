@@ -15,13 +15,13 @@ enum class LdapFailure {
     StartTlsRefused,    // the server offers no encryption
     CaFileUnusable,     // the file of trusted certificates cannot be read
     CertificateRefused, // expired, of an unknown issuer, or of another host
-    PasswordMissing,    // none is kept for a bind DN, or its file may not be used
+    PasswordMissing,    // none is kept for a bind DN, its file may not be used, or it may not be sent
     CredentialsRefused, // the bind DN or password is not the server's
     AccessDenied,       // whoever asked may not search there
     BaseWrong,          // the base does not exist, or lies on another server
     FilterWrong,        // not a filter
     ServerBusy,         // the server says that it cannot answer now
-    ServerFailed,       // any other refusal
+    ServerFailed,       // any other refusal, such as a fault of its own
     Cancelled,          // given up by its user, or the telephone is being switched off
 };
 

@@ -98,8 +98,9 @@ Result<void> LdapPassword::write(const std::string& password, const std::vector<
     const bool oneLine =
         std::none_of(password.begin(), password.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
     if (password.empty() || password.size() > nLONGEST_PASSWORD || !oneLine)
-        return Error{ErrorCode::Malformed, "A password is one line of at most " +
-                                               std::to_string(nLONGEST_PASSWORD) + " bytes, and not empty."};
+        return Error{ErrorCode::Malformed, "A password is one line of 1 to " +
+                                               std::to_string(nLONGEST_PASSWORD) +
+                                               " bytes without control characters."};
     auto file = NewFile::beside(m_file);
     if (!file)
         return file.error();

@@ -26,18 +26,29 @@ bool isPostalAddress(std::string_view attribute)
            sameName(attribute.substr(attribute.size() - ending.size()), ending);
 }
 
-// "Main Street 1$12345 Town" (RFC 4517 3.3.28) on one line.
+std::string unescaped(std::string_view line)
+{
+    std::string result;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const auto code = line.substr(i, 3);
+        if (code == "\\24" || sameName(code, "\\5c"))
+            result += code == "\\24" ? '$' : '\\', i += 2;
+        else
+            result += line[i];
+    }
+    return result;
+}
+
+// "Main Street 1$12345 Town" (RFC 4517 3.3.28) on one line. Some of the lines may be empty.
 std::string onOneLine(std::string_view lines)
 {
     std::string result;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const auto code = lines.substr(i, 3);
-        if (lines[i] == '$')
-            result += ", ";
-        else if (code == "\\24" || sameName(code, "\\5c"))
-            result += code == "\\24" ? '$' : '\\', i += 2;
-        else
-            result += lines[i];
+    while (!lines.empty()) {
+        const auto length = std::min(lines.find('$'), lines.size());
+        const auto line = trimmedText(lines.substr(0, length));
+        if (!line.empty())
+            result += (result.empty() ? "" : ", ") + unescaped(line);
+        lines.remove_prefix(std::min(length + 1, lines.size()));
     }
     return result;
 }

@@ -178,10 +178,15 @@ TEST_F(LdapCheck, NamesTheStepThatFailsAndTheItemToChange)
         std::vector<std::string> words;
     };
     const auto closed = "ldap://127.0.0.1:" + std::to_string(freePort());
+    // The port of one way to speak, with the name of the other.
+    const auto startTlsOnTlsPort = "ldap" + s_company->server().tlsUri().substr(5);
+    const auto tlsOnPlainPort = "ldaps" + s_company->server().uri().substr(4);
     const std::vector<Mistake> mistakes{
         {"ldap-servers", "http://localhost", "FAIL  Configuration", {"\"ldap-servers\"", "http://localhost"}},
         {"ldap-servers", "ldap://nobody.invalid", "FAIL  Name", {"\"ldap-servers\"", "nobody.invalid"}},
         {"ldap-servers", closed, "FAIL  Connection", {"\"ldap-servers\"", closed}},
+        {"ldap-servers", startTlsOnTlsPort, "FAIL  Encryption", {"\"ldap-servers\"", "ldaps://"}},
+        {"ldap-servers", tlsOnPlainPort, "FAIL  Encryption", {"\"ldap-servers\"", "ldap://"}},
         {"ldap-ca-file", "/dev/null", "FAIL  Encryption", {"\"ldap-ca-file\"", "/dev/null"}},
         {"ldap-bind-dn", Slapd::bindDn(), "FAIL  Signing in", {"ldap-password"}},
         {"ldap-base",
@@ -222,7 +227,9 @@ TEST_F(LdapCheck, SaysWhatIsWrongWithACertificate)
     };
     const std::vector<Case> cases{
         {{.from = -20, .until = -10}, "expired"},
-        {{.subject = "elsewhere", .names = "DNS:elsewhere"}, "elsewhere"},
+        {{.subject = "127.0.0.1", .names = "DNS:elsewhere,DNS:*.else.where,IP:192.0.2.1,IP:2001:db8::1"},
+         "but for elsewhere, *.else.where, 192.0.2.1, 2001:db8::1: name the server in \"ldap-servers\""},
+        {{.subject = "elsewhere", .names = "email:no@body"}, "but for CN=elsewhere"},
         {{.selfSigned = true}, "signed by itself"},
     };
     for (const auto& [wish, word] : cases) {

@@ -165,5 +165,13 @@ TEST_F(PasswordCommand, RefusesAnEmptyPassword)
 {
     folder.write("config.toml", "ldap-servers = [\"one\"]\n");
     EXPECT_EQ(keep(""), EXIT_REFUSED);
-    EXPECT_EQ(error.str(), "A password is one line of at most 256 bytes, and not empty.\n");
+    EXPECT_EQ(error.str(), "A password is one line of 1 to 256 bytes without control characters.\n");
+}
+
+TEST_F(PasswordCommand, SaysThatAnotherSystemsLineEndIsNoPartOfAPassword)
+{
+    folder.write("config.toml", "ldap-servers = [\"one\"]\n");
+    EXPECT_EQ(keep("secret\r\n"), EXIT_REFUSED);
+    EXPECT_NE(error.str().find("without control characters"), std::string::npos);
+    EXPECT_FALSE(isKept());
 }

@@ -85,6 +85,9 @@ TEST_F(Record, WritesAPostalAddressOnOneLine)
 {
     EXPECT_EQ(read({{"sn", "A"}, {"postalAddress", "Main St. 1$12345 Town\\24\\5C\\5cx"}})->back().second,
               "Main St. 1, 12345 Town$\\\\x");
+    EXPECT_EQ(read({{"sn", "A"}, {"postalAddress", "$Main St. 1 $ $$ 12345 Town$"}})->back().second,
+              "Main St. 1, 12345 Town");
+    EXPECT_EQ(read({{"sn", "A"}, {"postalAddress", " $ "}}), (AttributeList{{Utils::SURNAME, "A"}}));
 }
 
 TEST_F(Record, ShowsTheDisplayNameOfWhoHasNoOther)

@@ -17,37 +17,40 @@ namespace {
 constexpr std::size_t nBLOCK = 65536;
 constexpr std::chrono::seconds nPATIENCE{20};
 
-sockaddr_in loopback(int port)
+sockaddr_in loopback(int port, const std::string& text = "127.0.0.1")
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ::inet_pton(AF_INET, text.c_str(), &address.sin_addr);
     address.sin_port = htons(static_cast<std::uint16_t>(port));
     return address;
 }
 
-int listener(int backlog)
+int listener(int backlog, const sockaddr_in& address = loopback(0))
 {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const auto address = loopback(0);
     if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(socket, backlog) != 0)
         throw std::runtime_error("nobody can listen here");
     return socket;
 }
 
-int portOf(int socket)
+sockaddr_in addressOf(int socket)
 {
     sockaddr_in address{};
     socklen_t size = sizeof address;
     ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size);
-    return ntohs(address.sin_port);
+    return address;
 }
 
-int connected(int port, int flags = 0)
+int portOf(int socket)
+{
+    return ntohs(addressOf(socket).sin_port);
+}
+
+int connected(const sockaddr_in& address, int flags = 0)
 {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0);
-    const auto address = loopback(port);
     static_cast<void>(::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address));
     return socket;
 }
@@ -153,7 +156,7 @@ void Conversation::dribble(std::string_view bytes, milliseconds pause)
 std::size_t Conversation::passOn(int port, std::size_t most)
 {
     std::size_t passed = 0;
-    const int server = connected(port);
+    const int server = connected(loopback(port));
     std::array<pollfd, 2> both{{{m_socket, POLLIN, 0}, {server, POLLIN, 0}}};
     std::array<char, nBLOCK> block{};
     while (passed<most&& ::poll(both.data(), both.size(), -1)> 0) {
@@ -253,14 +256,14 @@ std::string FaultServer::received() const
     return m_received;
 }
 
-BlackHole::BlackHole()
-    : m_socket(listener(0))
+BlackHole::BlackHole(const std::string& address, int port)
+    : m_socket(listener(0, loopback(port, address)))
     , m_port(portOf(m_socket))
 {
     // Its queue is full when one more has to wait.
     pollfd last{};
     do {
-        m_waiting.push_back(connected(m_port, SOCK_NONBLOCK));
+        m_waiting.push_back(connected(addressOf(m_socket), SOCK_NONBLOCK));
         last = {m_waiting.back(), POLLOUT, 0};
     } while (::poll(&last, 1, 100) > 0);
 }

@@ -102,10 +102,10 @@ private:
     std::thread m_thread;
 };
 
-// A port on which connections are neither accepted nor refused.
+// A port on which connections are neither accepted nor refused; 0: one that is free.
 class BlackHole {
 public:
-    BlackHole();
+    explicit BlackHole(const std::string& address = "127.0.0.1", int port = 0);
     ~BlackHole();
 
     BlackHole(const BlackHole&) = delete;
@@ -114,7 +114,7 @@ public:
     std::string uri() const { return "ldap://127.0.0.1:" + std::to_string(m_port); }
 
 private:
-    int m_socket;
-    int m_port = 0;
+    const int m_socket;
+    const int m_port;
     std::list<int> m_waiting;
 };
