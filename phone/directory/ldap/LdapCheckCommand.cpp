@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <ostream>
+#include <set>
 
 #include <strings.h>
 
@@ -25,6 +26,7 @@ constexpr int nSAMPLE = 1000;
 // A certificate that expires within this time is worth a word.
 constexpr std::chrono::hours nRENEWAL{30 * 24};
 constexpr std::size_t nLONGEST_NAME = 200;
+constexpr std::size_t nMOST_BASES = 10;
 constexpr char nITEM[] = "ldap-attribute-";
 
 struct IgnoringCase {
@@ -66,6 +68,8 @@ public:
         , m_nickname(settings.nickname)
         , m_reader(m_map, {})
     {
+        for (const auto& attribute : attributes())
+            m_carry[attribute] = 0;
     }
 
     std::vector<std::string> attributes() const
@@ -78,13 +82,18 @@ public:
 
     void add(const LdapEntryView& entry)
     {
-        Counts found;
+        std::set<int*> carried;
         entry.forEachValue([&](auto attribute, auto value) {
-            found[std::string(attribute.substr(0, attribute.find(';')))] = 1;
+            // A server may send whatever it likes.
+            auto asked = m_carry.find(std::string(attribute));
+            if (asked == m_carry.end())
+                asked = m_carry.find(std::string(attribute.substr(0, attribute.find(';'))));
+            if (asked != m_carry.end())
+                carried.insert(&asked->second);
             m_reader.add(attribute, value);
         });
-        for (const auto& [attribute, one] : found)
-            m_carry[attribute] += one;
+        for (auto* count : carried)
+            ++*count;
         ++m_entries;
         const auto record = m_reader.finish();
         if (!record)
@@ -269,8 +278,10 @@ private:
         std::vector<std::string> bases;
         const LdapSearch root{"", LdapScope::Base, "(objectClass=*)", {"namingContexts"}};
         m_connection.search(root, searchDeadline(), [&bases](const LdapEntryView& entry) {
-            entry.forEachValue(
-                [&bases](auto, auto base) { bases.push_back(quoted(fitText(base, nLONGEST_NAME))); });
+            entry.forEachValue([&bases](auto, auto base) {
+                if (bases.size() < nMOST_BASES)
+                    bases.push_back(quoted(fitText(base, nLONGEST_NAME)));
+            });
             return true;
         });
         if (!bases.empty())
@@ -284,6 +295,8 @@ private:
                                 nSAMPLE};
         const auto begun = Clock::now();
         const auto end = m_connection.search(people, searchDeadline(), [&survey](const LdapEntryView& entry) {
+            if (survey.entries() == nSAMPLE)
+                return false;
             survey.add(entry);
             return true;
         });

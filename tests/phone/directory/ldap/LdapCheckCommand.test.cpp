@@ -14,6 +14,7 @@
 #include "TemporaryFolder.h"
 #include "app/Commands.h"
 #include "directory/ldap/LdapSettings.h"
+#include "faults/DirectoryFaults.h"
 #include "system/Configuration.h"
 
 namespace fs = std::filesystem;
@@ -32,13 +33,13 @@ std::string people()
 class Company {
 public:
     explicit Company(const CertificateWish& wish = {}, const std::string& serverLines = "",
-                     const std::string& databaseLines = "")
+                     const std::string& databaseLines = "", const std::string& employees = people())
     {
         for (const auto* folder : {"ca", "server"})
             fs::create_directory(m_folder / folder);
         m_authority = std::make_unique<TestAuthority>(m_folder / "ca");
         m_server =
-            std::make_unique<Slapd>(m_folder / "server", SlapdOptions{people(), m_authority->issue(wish),
+            std::make_unique<Slapd>(m_folder / "server", SlapdOptions{employees, m_authority->issue(wish),
                                                                       serverLines, databaseLines});
     }
 
@@ -295,6 +296,46 @@ TEST_F(LdapCheck, SaysThatEntriesHaveNoNames)
 
     set("ldap-filter", "(|(objectClass=organization)(sn=*))");
     expectWords(told("NOTE  Fields"), {"1 entry has no name", "\"ldap-filter\""});
+    EXPECT_EQ(exitCode, EXIT_DONE);
+}
+
+TEST_F(LdapCheck, CountsAnAttributeOfALanguage)
+{
+    const Company company({}, "attributeoptions lang-\n", "", person("Miller", "Ann", "sn;lang-de: M\n"));
+    use(company);
+    set("ldap-attribute-surname", "sn;lang-de,sn");
+    expectWords(told("OK    Fields"), {"surname: 1 of 1 (sn;lang-de 1, sn 1)"});
+}
+
+TEST_F(LdapCheck, IsDoneInTimeAndInLittleMemoryWithAServerThatDoesNotEnd)
+{
+    using namespace ldap_bytes;
+    // Nobody asked for any of these attributes, nor for so many people.
+    FaultServer server([](Conversation& c) {
+        for (int question = 1; const auto request = c.request(); ++question) {
+            if (question == 1)
+                c.send(result(request->id, BindResponse, 0));
+            else if (question == 2)
+                c.send(result(request->id, SearchDone, 0));
+            for (int i = 0, names = 0; question == 3; ++i) {
+                std::vector<Attribute> attributes{{"sn", {"Miller"}}};
+                for (int last = names + 200; names < last; ++names)
+                    attributes.push_back({"attribute" + std::to_string(names), {"x"}});
+                if (!c.send(entry(request->id, "cn=" + std::to_string(i), attributes)))
+                    return;
+            }
+        }
+    });
+    set("ldap-servers", server.uri());
+    set("ldap-security", "none");
+    set("ldap-search-timeout", "20");
+    const MemoryGrowth memory;
+    const auto begun = std::chrono::steady_clock::now();
+    expectWords(told("OK    Filter"), {"finds more than 1000 entries"});
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(20));
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(memory.kilobytesMore(), 16 * 1024);
+#endif
     EXPECT_EQ(exitCode, EXIT_DONE);
 }
 
