@@ -43,7 +43,8 @@ TestCertificate TestAuthority::issue(const CertificateWish& wish)
     openssl("ca -batch -config ca.conf -in " + name + ".request -out " + name + ".pem -notext" +
             (wish.selfSigned ? " -selfsign -keyfile " + name + ".key"
                              : std::string(" -cert authority.pem -keyfile authority.key")) +
-            " -startdate " + daysFromNow(wish.from) + " -enddate " + daysFromNow(wish.until));
+            " -md " + wish.digest + " -startdate " + daysFromNow(wish.from) + " -enddate " +
+            daysFromNow(wish.until));
     return {m_folder / (name + ".pem"), m_folder / (name + ".key")};
 }
 

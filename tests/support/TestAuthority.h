@@ -20,6 +20,7 @@ struct CertificateWish {
     int from = -1;
     int until = 30;
     bool selfSigned = false;
+    std::string digest = "sha256"; // of the signature
 };
 
 class TestAuthority {

@@ -125,6 +125,10 @@ std::string whatIsWrongWith(const std::string& der, const std::string& host,
                "\"ldap-servers\", and let the certificate name that";
     if (gnutls_x509_crt_check_issuer(certificate.get(), certificate.get()) != 0)
         return "is signed by itself: name a file that holds it in \"ldap-ca-file\"";
+    const int signature = gnutls_x509_crt_get_signature_algorithm(certificate.get());
+    if (signature < 0 || gnutls_sign_is_secure2(static_cast<gnutls_sign_algorithm_t>(signature),
+                                                GNUTLS_SIGN_FLAG_SECURE_FOR_CERTS) == 0)
+        return "is signed in a way that is no longer safe: the server needs a new one";
     return "is signed by " + nameBy(gnutls_x509_crt_get_issuer_dn, certificate.get()) +
            ", which \"ldap-ca-file\" (" + caFile.string() + ") does not hold, or not with all in between";
 }

@@ -283,6 +283,10 @@ std::optional<LdapFault> LdapConnection::startTls(Deadline deadline)
 
 std::optional<LdapFault> LdapConnection::prepareTls()
 {
+    // What is no file, such as a pipe, could be read for ever.
+    std::error_code failed;
+    if (m_settings.checkCertificate && !std::filesystem::is_regular_file(m_settings.caFile, failed))
+        return noTrustedCertificates();
     auto* handle = m_pHandle.get();
     const auto file = m_settings.checkCertificate ? m_settings.caFile.string() : std::string();
     const int require = m_settings.checkCertificate ? LDAP_OPT_X_TLS_DEMAND : LDAP_OPT_X_TLS_NEVER;

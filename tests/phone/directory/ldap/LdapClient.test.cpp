@@ -1,5 +1,7 @@
 // The client against a real directory server.
 
+#include <sys/stat.h>
+
 #include "DirectoryCases.h"
 
 namespace {
@@ -209,6 +211,7 @@ TEST_F(Client, RefusesWhoIsNotTrusted)
         {"expired on ", "expired"},
         {"is not valid before ", "early"},
         {"is signed by itself", "self"},
+        {"is signed in a way that is no longer safe", "weak"},
         {"is signed by CN=Test authority, which \"ldap-ca-file\" (", "unknown"},
     };
     std::filesystem::create_directory(*s_folder / "other");
@@ -218,6 +221,7 @@ TEST_F(Client, RefusesWhoIsNotTrusted)
         {"expired", s_authority->issue({"localhost", "IP:127.0.0.1", -20, -10, false})},
         {"early", s_authority->issue({"localhost", "IP:127.0.0.1", 10, 20, false})},
         {"self", s_authority->issue({"localhost", "IP:127.0.0.1", -1, 30, true})},
+        {"weak", s_authority->issue({"localhost", "IP:127.0.0.1", -1, 30, false, "sha1"})},
         {"unknown", stranger.issue()},
     };
     keepPassword(Slapd::PASSWORD);
@@ -232,6 +236,14 @@ TEST_F(Client, RefusesWhoIsNotTrusted)
         suspicious->kill();
         EXPECT_EQ(suspicious->log().find(" BIND "), std::string::npos) << suspicious->log();
     }
+}
+
+TEST_F(Client, TrustsACertificateSignedByItselfThatItHolds)
+{
+    const auto certificate = s_authority->issue({"localhost", "IP:127.0.0.1", -1, 30, true});
+    const auto own = server({"", certificate, "", ""});
+    configure({{"ldap-servers", own->uri()}, {"ldap-ca-file", certificate.certificate}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
 }
 
 TEST_F(Client, RefusesTlsThatIsTooOld)
@@ -289,7 +301,8 @@ TEST_F(Client, TrustsNobodyByTheEnvironmentOfTheComputer)
 TEST_F(Client, SaysThatTheTrustedCertificatesCannotBeRead)
 {
     profile.write("nonsense.pem", "no certificate\n");
-    for (const auto* file : {"missing.pem", "nonsense.pem", ""}) {
+    ASSERT_EQ(::mkfifo((profile / "pipe.pem").c_str(), 0600), 0);
+    for (const auto* file : {"missing.pem", "nonsense.pem", "pipe.pem", ""}) {
         log.clear();
         configure({{"ldap-ca-file", file}});
         EXPECT_EQ(searchSurname("mil*"), DIRECTORY_NOT_CONFIGURED) << file << errors();
