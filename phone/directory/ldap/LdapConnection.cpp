@@ -297,6 +297,7 @@ std::optional<LdapFault> LdapConnection::prepareTls()
     for (const int option :
          {LDAP_OPT_X_TLS_CACERTDIR, LDAP_OPT_X_TLS_CERTFILE, LDAP_OPT_X_TLS_KEYFILE, LDAP_OPT_X_TLS_CRLFILE})
         ldap_set_option(handle, option, "");
+    ldap_set_option(handle, LDAP_OPT_X_TLS_PEERKEY_HASH, nullptr);
     ldap_set_option(handle, LDAP_OPT_X_TLS_CIPHER_SUITE, nTLS_VERSIONS);
     ldap_set_option(handle, LDAP_OPT_X_TLS_CACERTFILE, file.c_str());
     ldap_set_option(handle, LDAP_OPT_X_TLS_REQUIRE_CERT, &require);

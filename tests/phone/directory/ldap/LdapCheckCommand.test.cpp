@@ -348,11 +348,44 @@ TEST_F(LdapCheck, LooksAtEveryServer)
     expectWords(told("OK    Filter"), {"finds 3 entries"});
 }
 
-TEST_F(LdapCheck, IsACommandOfTheProgram)
+namespace {
+
+class LdapCheckProgram : public LdapCheck {
+protected:
+    // The exit code, with these variables ("NAME=value") in its environment.
+    int run(const std::string& environment = "")
+    {
+        const auto command = "env " + environment + " '" BIN_DIR "/deskphone' ldap-check --profile '" +
+                             profile().data.string() + "' >/dev/null 2>&1";
+        return WEXITSTATUS(std::system(command.c_str()));
+    }
+};
+
+} // namespace
+
+TEST_F(LdapCheckProgram, TellsByItsExitCode)
 {
-    const auto command =
-        "'" BIN_DIR "/deskphone' ldap-check --profile '" + profile().data.string() + "' >/dev/null 2>&1";
-    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), EXIT_DONE);
+    EXPECT_EQ(run(), EXIT_DONE);
     set("ldap-base", "dc=nowhere");
-    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), EXIT_REFUSED);
+    EXPECT_EQ(run(), EXIT_REFUSED);
+}
+
+// libldap reads them once, when a process begins.
+TEST_F(LdapCheckProgram, IsKeptFromNoServerByTheEnvironment)
+{
+    EXPECT_EQ(run("LDAPTLS_CACERT=/dev/null LDAPTLS_CACERTDIR=/dev/null"), EXIT_DONE);
+    EXPECT_EQ(run("LDAPTLS_CERT=/dev/null LDAPTLS_KEY=/dev/null LDAPTLS_CRLFILE=/dev/null"), EXIT_DONE);
+    EXPECT_EQ(run("LDAPTLS_CIPHER_SUITE=NULL LDAPTLS_REQSAN=hard LDAPTLS_CRLCHECK=all"), EXIT_DONE);
+    EXPECT_EQ(run("LDAPTLS_PEERKEY_HASH=sha256:AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA="), EXIT_DONE);
+    EXPECT_EQ(run("LDAPSIZELIMIT=1 LDAPTIMELIMIT=1 LDAPTIMEOUT=1 LDAPNETWORK_TIMEOUT=1"), EXIT_DONE);
+}
+
+TEST_F(LdapCheckProgram, TrustsNobodyByTheEnvironment)
+{
+    const Company stranger({.selfSigned = true});
+    set("ldap-servers", stranger.server().uri());
+    EXPECT_EQ(run("LDAPTLS_REQCERT=never LDAPTLS_REQSAN=never"), EXIT_REFUSED);
+    const Company other({.subject = "127.0.0.1", .names = "DNS:other.example.com"});
+    use(other);
+    EXPECT_EQ(run("LDAPTLS_REQCERT=allow LDAPTLS_REQSAN=never"), EXIT_REFUSED);
 }

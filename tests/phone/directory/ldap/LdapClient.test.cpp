@@ -289,15 +289,6 @@ TEST_F(Client, TrustsWhoIsNotTrustedIfToldSo)
     EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
 }
 
-TEST_F(Client, TrustsNobodyByTheEnvironmentOfTheComputer)
-{
-    setenv("LDAPTLS_REQCERT", "never", 1);
-    const auto suspicious = server({"", s_authority->issue({"other", "DNS:other", -1, 30, true}), "", ""});
-    configure({{"ldap-servers", suspicious->uri()}});
-    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_WRONG_BASE) << errors();
-    unsetenv("LDAPTLS_REQCERT");
-}
-
 TEST_F(Client, SaysThatTheTrustedCertificatesCannotBeRead)
 {
     profile.write("nonsense.pem", "no certificate\n");
