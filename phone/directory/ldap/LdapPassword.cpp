@@ -23,6 +23,7 @@ constexpr char nHOW[] = " Run \"deskphone ldap-password\".";
 struct Kept {
     std::vector<std::string> hosts;
     std::string password;
+    bool ownersAlone = false;
 };
 
 std::string lowered(std::string text)
@@ -54,14 +55,11 @@ Result<Kept> keptIn(const std::filesystem::path& file)
             ::close(descriptor);
         return Error{ErrorCode::Denied, name + " is no file that can be read: remove it." + nHOW};
     }
-    const bool ownersAlone =
-        (status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == (S_IRUSR | S_IWUSR) && status.st_uid == geteuid();
-    const auto text = ownersAlone ? contentOf(descriptor) : Result<std::string>(std::string());
+    const auto text = contentOf(descriptor);
     ::close(descriptor);
-    if (!ownersAlone)
-        return Error{ErrorCode::Denied, name + " must belong to you, and nobody else may read it: " +
-                                            "\"chmod 600\" it, or remove it." + nHOW};
     Kept kept;
+    kept.ownersAlone =
+        (status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == (S_IRUSR | S_IWUSR) && status.st_uid == geteuid();
     std::istringstream lines(text ? text.value() : "");
     std::string hosts;
     if (!std::getline(lines, hosts) || !std::getline(lines, kept.password) || kept.password.empty())
@@ -86,6 +84,12 @@ Result<std::string> LdapPassword::read(const std::vector<std::string>& hosts) co
     auto kept = keptIn(m_file);
     if (!kept)
         return kept.error();
+    if (!kept.value().ownersAlone)
+        return Error{ErrorCode::Denied,
+                     "\"" + m_file.string() +
+                         "\" must belong to you, and nobody else may read it: \"chmod 600\" "
+                         "it, or remove it." +
+                         nHOW};
     if (!isFor(kept.value(), hosts))
         return Error{ErrorCode::NotFound,
                      std::string("The password was given for another server than \"ldap-servers\" names.") +

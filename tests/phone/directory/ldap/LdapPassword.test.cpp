@@ -127,6 +127,16 @@ TEST_F(Password, IsForgottenWhenAServerGetsAnotherName)
         EXPECT_EQ(line.text.find("secret"), std::string::npos);
 }
 
+TEST_F(Password, IsForgottenFromAFileThatOthersMayUseToo)
+{
+    ASSERT_TRUE(password.write("secret", {"a"}));
+    chmod(0644);
+    password.forgetUnlessFor({"a"});
+    EXPECT_TRUE(isKept());
+    password.forgetUnlessFor({"b"});
+    EXPECT_FALSE(isKept());
+}
+
 TEST_F(Password, DamagedIsNoPassword)
 {
     for (const auto* text : {"", "a", "a\n", "a\n\n"}) {
