@@ -138,6 +138,9 @@ void PhonebookTabs::updatePhoneletState()
 void PhonebookTabs::selectDirectoryTypeToShow()
 {
     PB_TRACE("PhonebookMode::selectDirectoryTypeToShow()");
+    // A form or popup keeps its tab: on another one its keys would go to that tab's screen.
+    if (m_context.m_pDisplay->getCurrent() != m_context.m_pTabScreen.get())
+        return;
     const int directory = m_context.m_pPhoneletContext->getPhoneletState(PhonebookPhonelet::nSTATE_NAME);
     if (directory == LDAP_DIRECTORY)
         select(m_ldap);

@@ -34,7 +34,8 @@ public:
     void changeTab(int direction);
     // Steps to the next tab until `tab` is current, once round at most. False: it does not exist.
     bool stepTo(int tab);
-    // Keeps which directory is current, beyond the telephone's restart, and selects it again.
+    // Keeps which directory is current, beyond the telephone's restart, and selects it again: not while
+    // something stands over the tabs or in their place.
     void updatePhoneletState();
     void selectDirectoryTypeToShow();
 

@@ -450,6 +450,35 @@ TEST_F(ModeTabs, ComesBackToTheRememberedDirectory)
     EXPECT_EQ(currentTab(), LDAP_TAB);
 }
 
+// Its keys would go to the screen of the other tab.
+TEST_F(ModeTabs, StaysOnTheTabOfAnOpenMenuOrForm)
+{
+    start();
+    phonelet().tab();
+    mode().RestartLocalPhonebook(); // ends on the local tab
+    ASSERT_EQ(remembered(), 2);
+    const auto hideAndShow = [this] {
+        phonelet().hide();
+        phonelet().show();
+        host.settle();
+    };
+
+    press(MENU);
+    hideAndShow();
+    EXPECT_EQ(currentTab(), OFFICE_TAB);
+    choose("new.contact");
+    ASSERT_EQ(mode().getCurrentState(), &context().m_CreatingEntry);
+    type("Lee");
+    hideAndShow();
+    EXPECT_EQ(currentTab(), OFFICE_TAB);
+    press(DisplayAPI::Key::Kind::Save);
+    EXPECT_EQ(directory.records.size(), 1u);
+    wait(3000ms);
+
+    hideAndShow();
+    EXPECT_EQ(currentTab(), LDAP_TAB);
+}
+
 TEST_F(ModeTabs, DoesNotFindARememberedLdapTabOnTdmVariants)
 {
     HardwareVersion::setHWVariant(10);
