@@ -49,6 +49,7 @@ void Stage::tabKey(PhoneletHost& host)
         open(host);
         return;
     }
+    host.call("finish typing", [&host](Phonelet&) { host.display().finishTyping(); });
     host.call("close notification", [&host](Phonelet&) { host.display().closeNotification(); });
     host.call("tab", [](Phonelet& phonelet) { phonelet.tab(); });
 }

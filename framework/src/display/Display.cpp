@@ -408,6 +408,13 @@ void Display::timePassed()
         m_impl->m_pBase->timePassed(now);
 }
 
+void Display::finishTyping()
+{
+    const UiLock lock;
+    if (m_impl->m_pBase)
+        m_impl->m_pBase->finishTyping();
+}
+
 void Display::eventDone()
 {
     const UiLock lock;

@@ -59,6 +59,11 @@ FrameRole Displayable::role() const
 
 void Displayable::timePassed(std::chrono::milliseconds) {}
 
+void Displayable::finishTyping()
+{
+    timePassed(std::chrono::milliseconds::max());
+}
+
 bool Displayable::report(Command& command)
 {
     EventQueue::post(&command, this, m_pCommandListener);

@@ -223,6 +223,7 @@ void TabScreen::tabPointedAt(int index)
 {
     if (!exists(index))
         return;
+    finishTyping(); // it is heard of in its own tab
     const auto count = numberOfTabs();
     const auto forward = (index - m_current + count) % count;
     const auto backward = count - forward;

@@ -270,6 +270,16 @@ TEST_F(Tabs, PointedAtAreReportedAsSteps)
     EXPECT_EQ(heard(), "");
 }
 
+TEST_F(Tabs, PointedAtCommitALetterThatWaitsFirst)
+{
+    host.tap("6");
+
+    press(Kind::Tab, 1);
+
+    EXPECT_EQ(office.getSearchText(), "m");
+    EXPECT_EQ(heard(), "changed(office) TAB_NEXT(tabs) ");
+}
+
 TEST_F(Tabs, CommitALetterThatWaitsInAnotherTab)
 {
     host.tap("6");

@@ -80,6 +80,10 @@ public:
     // [phonelet-thread]
     void timePassed();
 
+    // Commits a multi-tap letter whose key is followed by one that is not the display's.
+    // [phonelet-thread]
+    void finishTyping();
+
     // An event was delivered whole: publishes the frame that it left.
     // [phonelet-thread]
     void eventDone();

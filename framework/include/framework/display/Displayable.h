@@ -54,6 +54,8 @@ public:
 
     // The time that a pending multi-tap letter waits for may be over.
     virtual void timePassed(std::chrono::milliseconds now);
+    // Commits such a letter now: a key that goes elsewhere ends it.
+    void finishTyping();
 
     // It was made current and was not shown before.
     virtual void opened() {}
