@@ -72,6 +72,7 @@ public:
 
     SearchList& m_list;
     std::vector<std::unique_ptr<ListItem>> m_rows;
+    unsigned m_removals = 0; // of rows: after one, another row may have an old one's address
     int m_selected = -1;
     mutable int m_top = 0; // the first row that was visible when it was painted last
     bool m_wrapAround = false;
@@ -105,6 +106,7 @@ void SearchList::Impl::remove(int index)
     if (!exists(index))
         return;
     m_rows.erase(m_rows.begin() + index);
+    ++m_removals;
     if (index < m_selected)
         --m_selected;
     m_selected = std::min(m_selected, count() - 1);
@@ -280,9 +282,10 @@ bool SearchList::Impl::rowKeyPressed(const Key& key)
 
 void SearchList::Impl::rowKeyPressedLater(const Key& key)
 {
-    EventQueue::post(&m_list, [this, key, seen = selectedRow()] {
+    EventQueue::post(&m_list, [this, key, seen = selectedRow(), removals = m_removals] {
         const UiLock lock;
-        const auto onlyConfirms = key.kind == Key::Kind::Ok && selectedRow() != seen;
+        const auto isSeen = selectedRow() == seen && m_removals == removals;
+        const auto onlyConfirms = key.kind == Key::Kind::Ok && !isSeen;
         if (!onlyConfirms && !isCovered(m_list))
             rowKeyPressed(key);
     });
@@ -346,6 +349,7 @@ void SearchList::clear()
     const UiLock lock;
     m_impl->dropPending();
     m_impl->m_rows.clear();
+    ++m_impl->m_removals;
     m_impl->m_selected = -1;
     m_impl->m_text.clear();
     m_impl->m_searchOpen = false;

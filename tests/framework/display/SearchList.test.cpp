@@ -344,6 +344,20 @@ TEST_F(SearchListTest, OkOnlyConfirmsALetterThatMovesTheSelection)
     EXPECT_EQ(heard(), "OK(list) ");
 }
 
+TEST_F(SearchListTest, OkOnlyConfirmsALetterThatReplacesTheRows)
+{
+    fill(1);
+    recorder.onItem = [&](Item*) {
+        list.clear();
+        list.append(row("another")); // it may well stand where the old one stood
+    };
+    host.tap("6");
+
+    press(Kind::Ok);
+
+    EXPECT_EQ(heard(), "changed(list) ");
+}
+
 TEST_F(SearchListTest, OkActsWhenTheLetterLeadsToTheSameRow)
 {
     fill(10);
