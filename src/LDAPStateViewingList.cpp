@@ -40,6 +40,16 @@ std::string withWildcard(std::string name)
     return name;
 }
 
+std::string withoutLastCharacter(std::string text)
+{
+    const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
+    while (!text.empty() && continues(text.back()))
+        text.pop_back();
+    if (!text.empty())
+        text.pop_back();
+    return text;
+}
+
 std::string withoutLeadingBlanks(const std::string& text)
 {
     const auto first = text.find_first_not_of(nBLANK);
@@ -188,7 +198,9 @@ PhonebookStateBase* LDAPStateViewingList::itemStateChangedEvent(EventContext* pC
 PhonebookStateBase* LDAPStateViewingList::dialingStartedEvent(EventContext* pContext, std::string digits)
 {
     PB_TRACE("LDAPStateViewingList::dialingStartedEvent()");
-    // What it finds would take the dialler off the screen.
+    // What a search finds would take the dialler off the screen; OK searches for it later.
+    if (takePendingLetter(pContext))
+        parseSearchString(mTreatedSearchText);
     stopLdapSearchTriggerTimer(pContext);
     if (!digits.empty()) {
         openDialerWithDigits(pContext, digits);
@@ -221,11 +233,7 @@ PhonebookStateBase* LDAPStateViewingList::timerEvent(EventContext* pContext, int
         PB_ERROR("LDAPStateViewingList::timerEvent : invalid timerID");
         return this;
     }
-    auto& list = *pContext->m_pLdapDisplayList;
-    if (list.stopKeypadTimerSaveAndExit()) {
-        takeSearchText(pContext, list.getSearchText());
-        m_ignoreNextItemEvent = true;
-    }
+    takePendingLetter(pContext);
     showLdapSearchResult(pContext, doLdapSearch(pContext), true);
     return this;
 }
@@ -335,12 +343,14 @@ std::string LDAPStateViewingList::treatSearchText(const std::string& newText, co
             text.clear();
         text = before(text, nEXACT_TEXT);
         const auto end = text.find(nANY_TEXT);
+        text = text.substr(0, end);
         // A text that ended in the comma has its end there, which is no blank either.
         const auto comma = text.find(nNAMES_APART);
         if (comma != std::string::npos && comma + 1 < newText.size() && text[comma + 1] != nBLANK)
             text.insert(comma + 1, 1, nBLANK);
-        // The place is that of before the blank came in: its last character goes then, as is intended.
-        text = text.substr(0, end);
+        // The end is that of before the blank came in: its last character goes then, as is intended.
+        if (text.size() > end)
+            text = withoutLastCharacter(std::move(text));
     }
     // Log readers match this text; the operation in it is another.
     PB_TRACE("LDAPStateViewingList::parseSearchString SearchTextNew = %s, SearchTextCurr = %s, "
@@ -384,6 +394,17 @@ std::string LDAPStateViewingList::takeSearchText(EventContext* pContext, const s
     setTreatedSearchText(treatSearchText(searchText, mTreatedSearchText, delta));
     pContext->m_pLdapDisplayList->setSearchText(mTreatedSearchText);
     return delta;
+}
+
+bool LDAPStateViewingList::takePendingLetter(EventContext* pContext)
+{
+    PB_TRACE("LDAPStateViewingList::takePendingLetter()");
+    auto& list = *pContext->m_pLdapDisplayList;
+    if (!list.stopKeypadTimerSaveAndExit())
+        return false;
+    takeSearchText(pContext, list.getSearchText());
+    m_ignoreNextItemEvent = true;
+    return true;
 }
 
 // The rows that no longer fit the text vanish meanwhile.

@@ -91,6 +91,8 @@ private:
 
     // Takes in what stands in the search field, and returns what of it is new.
     std::string takeSearchText(EventContext* pContext, const std::string& searchText);
+    // The same for a letter that waits; its event is swallowed then. False when none waits.
+    bool takePendingLetter(EventContext* pContext);
     bool differsFromResults(EventContext* pContext, const std::string& searchText,
                             const std::string& deltaSearchText);
     bool isSearchTrigger(EventContext* pContext, const std::string& searchText,

@@ -95,6 +95,8 @@ TEST_F(DirectorySearchRules, LeaveInTheFieldWhatBelongsToTheName)
         {"Miller,H*", "Miller,H", "*", "Miller, "},
         {"Miller,Ha*", "Miller,Ha", "*", "Miller, H"},
         {"Miller, H*", "Miller, H", "*", "Miller, H"},
+        {"Miller,Jö*", "Miller,Jö", "*", "Miller, J"},
+        {"Miller,ö*", "Miller,", "ö*", "Miller, "},
     };
     for (const auto& [newText, currentText, delta, shown] : table) {
         log.clear();

@@ -260,6 +260,22 @@ TEST_F(DirectorySearchTrigger, NeverTakesTheDiallerAway)
     EXPECT_EQ(top().dialler.edit, "0");
 }
 
+TEST_F(DirectorySearchTrigger, NeverTakesTheDiallerAwayForALetterThatWaited)
+{
+    startOnItsTab();
+    type("mi");
+    host.tap("555");
+    dialingStarts("0");
+    EXPECT_EQ(field(), "mil");
+    wait(1000ms);
+    EXPECT_FALSE(timer().running);
+    EXPECT_EQ(top().dialler.edit, "0");
+    // The letter is searched for when the user comes back.
+    dialingStops();
+    press(OK);
+    EXPECT_EQ(queries(), Texts{surnameQuery("mil*")});
+}
+
 TEST_F(DirectorySearchTrigger, IgnoresAForeignTimer)
 {
     startOnItsTab();
