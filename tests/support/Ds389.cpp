@@ -1,14 +1,16 @@
 #include "Ds389.h"
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <stdexcept>
 
 #include <grp.h>
 #include <pwd.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -19,6 +21,28 @@ constexpr std::chrono::seconds nPATIENCE{60};
 constexpr char nINSTANCE[] = "test";
 constexpr char nPID_FILE[] = "run/dirsrv/slapd-test.pid";
 constexpr char nDEFAULTS[] = "share/dirsrv/inf/defaults.inf";
+
+// Runs a command of the shell; whether it succeeded. Its tools wait until the server that they have
+// started is gone, which in a container whose first process buries nobody it never is: here somebody
+// does.
+bool succeeds(const std::string& command)
+{
+    const auto undertaker = ::fork();
+    if (undertaker == 0) {
+        ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+        const auto shell = ::fork();
+        if (shell == 0) {
+            ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+            ::_exit(127);
+        }
+        int status = -1;
+        for (pid_t ended = 0; ended != shell && (ended >= 0 || errno == EINTR);)
+            ended = ::waitpid(-1, &status, 0);
+        ::_exit(status == 0 ? 0 : 1);
+    }
+    int status = -1;
+    return ::waitpid(undertaker, &status, 0) == undertaker && status == 0;
+}
 
 } // namespace
 
@@ -121,7 +145,7 @@ void Ds389::run(const std::string& command) const
     const auto whole = "cd '" + m_folder.string() + "' && export PATH=\"$PATH:/usr/sbin\" && timeout -k 5 " +
                        std::to_string(nPATIENCE.count()) + " sh -c \"" + "exec env " + command +
                        "\" >command.log 2>&1";
-    if (std::system(whole.c_str()) != 0)
+    if (!succeeds(whole))
         throw std::runtime_error(command + ": " + textOf(m_folder / "command.log"));
 }
 
