@@ -35,6 +35,7 @@ CallService::~CallService() = default;
 
 void CallService::addLine(std::unique_ptr<LineIfc> line)
 {
+    line->setObserver(this);
     m_lines.push_back(std::move(line));
 }
 
@@ -50,7 +51,7 @@ void CallService::removeLine(const std::string& number)
             cut.push_back(id);
     }
     for (const auto& id : cut)
-        callStateChanged(id, CallState::Null);
+        callStateChanged(id, CallState::Null, CallEnd::Unreachable);
     for (const auto& id : cut)
         m_calls.at(id).line = nullptr;
     m_lines.erase(found);
@@ -129,7 +130,7 @@ void CallService::makeCall(CSTAMakeCallRequest& request)
     }
     const auto toDial = m_hooks.toDialString ? m_hooks.toDialString(number) : number;
     const auto place = [&](LineIfc& line, const std::string& callId) {
-        return line.placeCall(callId, toDial, *this);
+        return line.placeCall(callId, toDial);
     };
     const auto id = startCall(request, request.getCallingDevice(), place, number);
     if (!id.empty())
@@ -139,7 +140,7 @@ void CallService::makeCall(CSTAMakeCallRequest& request)
 void CallService::pickUp(CSTADirectedPickupCallRequest& request)
 {
     const auto take = [&](LineIfc& line, const std::string& callId) {
-        return line.pickUpCall(callId, request.getCallToBePickedUp(), *this);
+        return line.pickUpCall(callId, request.getCallToBePickedUp());
     };
     const auto id = startCall(request, request.getRequestingDeviceID(), take, "");
     if (!id.empty())
@@ -217,9 +218,25 @@ std::string CallService::nextId()
     return std::to_string(++m_lastId);
 }
 
-void CallService::callStateChanged(const std::string& callId, CallState state)
+void CallService::callStateChanged(const std::string& callId, CallState state, CallEnd /*why*/)
 {
     post("call state", [this, callId, state] { follow(callId, state); });
+}
+
+std::string CallService::callOffered(LineIfc& line, const Caller& /*caller*/)
+{
+    auto id = nextId();
+    post("call offered", [this, id, &line] {
+        // The line may have gone meanwhile.
+        if (std::ranges::any_of(m_lines, [&](const auto& own) { return own.get() == &line; }))
+            m_calls[id] = {&line, false, CallState::Alerting};
+    });
+    return id;
+}
+
+void CallService::serviceChanged(LineIfc& /*line*/)
+{
+    post("line service", [] {}); // the screen is painted anew
 }
 
 void CallService::follow(const std::string& callId, CallState state)

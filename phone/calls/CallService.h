@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -80,7 +81,9 @@ private:
     bool isOwnDevice(const std::string& device) const;
     std::string nextId();
 
-    void callStateChanged(const std::string& callId, CallState state) override;
+    void callStateChanged(const std::string& callId, CallState state, CallEnd why) override;
+    std::string callOffered(LineIfc& line, const Caller& caller) override;
+    void serviceChanged(LineIfc& line) override;
     void follow(const std::string& callId, CallState state);
     void reportPlaced(const std::string& callId, const std::string& number);
     void reportStopped(Call& call);
@@ -92,7 +95,7 @@ private:
     std::string m_chosenLine;
     std::map<std::string, Call> m_calls;
     std::map<std::string, CSTAEventIfc*> m_monitors; // null for one that hears no events
-    unsigned long m_lastId = 0;
+    std::atomic<unsigned long> m_lastId = 0;
     // Tells an event that is queued that the service is gone.
     std::shared_ptr<const char> m_alive = std::make_shared<const char>();
 };

@@ -110,31 +110,35 @@ public:
     // Nothing when no call was placed.
     void become(CallState state)
     {
-        if (m_pObserver)
-            m_pObserver->callStateChanged(m_callId, state);
+        if (!m_callId.empty())
+            m_pObserver->callStateChanged(m_callId, state, CallEnd::Cleared);
     }
 
+    void setObserver(LineObserverIfc* observer) override { m_pObserver = observer; }
     std::string number() const override { return m_number; }
     bool isInService() const override { return true; }
-    bool placeCall(const std::string& callId, const std::string& number, LineObserverIfc& observer) override
+    bool placeCall(const std::string& callId, const std::string& number) override
     {
-        return take(callId, "call " + number, observer);
+        return take(callId, "call " + number);
     }
-    bool pickUpCall(const std::string& callId, const std::string& device, LineObserverIfc& observer) override
+    bool pickUpCall(const std::string& callId, const std::string& device) override
     {
-        return take(callId, "pick up " + device, observer);
+        return take(callId, "pick up " + device);
+    }
+    void answerCall(const std::string& callId) override
+    {
+        m_pObserver->callStateChanged(callId, CallState::Connected, CallEnd::Cleared);
     }
     void clearCall(const std::string& callId) override
     {
-        m_pObserver->callStateChanged(callId, CallState::Null);
+        m_pObserver->callStateChanged(callId, CallState::Null, CallEnd::Cleared);
     }
 
 private:
-    bool take(const std::string& callId, const std::string& what, LineObserverIfc& observer)
+    bool take(const std::string& callId, const std::string& what)
     {
         m_calls.push_back(what);
         m_callId = callId;
-        m_pObserver = &observer;
         return true;
     }
 

@@ -249,3 +249,26 @@ TEST_F(Calls, HaveNoPhonebookOfThePbx)
 }
 
 } // namespace
+
+TEST_F(Calls, CountACallThatComesInUntilItIsOver)
+{
+    auto& line = addLine("20");
+    line.ring({"030123", "Anna"});
+    EXPECT_TRUE(states().empty()); // not heard of yet
+    EXPECT_EQ(after(), "");
+    EXPECT_EQ(states(), std::vector<int>{2});
+    line.answerCall(line.lastCall);
+    EXPECT_EQ(after(), "");
+    EXPECT_EQ(states(), std::vector<int>{3});
+    calls.hangUp();
+    EXPECT_EQ(after(), "");
+    EXPECT_TRUE(states().empty());
+}
+
+TEST_F(Calls, KnowNoCallOfALineThatIsGone)
+{
+    addLine("20").ring({"030123", ""});
+    calls.removeLine("20");
+    events.runPending();
+    EXPECT_FALSE(calls.hasCalls());
+}

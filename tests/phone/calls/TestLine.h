@@ -17,15 +17,15 @@ public:
     {
     }
 
+    void setObserver(LineObserverIfc* observer) override { m_pObserver = observer; }
     std::string number() const override { return m_number; }
     bool isInService() const override { return inService; }
 
-    bool placeCall(const std::string& callId, const std::string& dialled, LineObserverIfc& observer) override
+    bool placeCall(const std::string& callId, const std::string& dialled) override
     {
         if (behaves == Behaviour::Refuses)
             return false;
         calls.push_back(dialled);
-        m_pObserver = &observer;
         lastCall = callId;
         // Reports are queued, so they may be made at once.
         if (behaves == Behaviour::Answers)
@@ -34,9 +34,14 @@ public:
             tell(CallState::Failed);
         return true;
     }
-    bool pickUpCall(const std::string& callId, const std::string& device, LineObserverIfc& observer) override
+    bool pickUpCall(const std::string& callId, const std::string& device) override
     {
-        return placeCall(callId, "pick up " + device, observer);
+        return placeCall(callId, "pick up " + device);
+    }
+    void answerCall(const std::string& callId) override
+    {
+        lastCall = callId;
+        tell(CallState::Connected);
     }
     void clearCall(const std::string& callId) override
     {
@@ -44,7 +49,12 @@ public:
         tell(CallState::Null);
     }
 
-    void tell(CallState state) { m_pObserver->callStateChanged(lastCall, state); }
+    void tell(CallState state, CallEnd why = CallEnd::Cleared)
+    {
+        m_pObserver->callStateChanged(lastCall, state, why);
+    }
+    // Rings with a call that comes in.
+    void ring(const Caller& caller) { lastCall = m_pObserver->callOffered(*this, caller); }
 
     Behaviour behaves;
     bool inService = true;
