@@ -283,6 +283,8 @@ Frame Display::Impl::paint() const
     }
     if (m_pBase)
         frame.base = paintScreen(*m_pBase);
+    // One place has the focus, even where something was selected meanwhile.
+    frame.base.highlighted = frame.base.highlighted && !frame.tabBarFocused;
     for (const auto& popup : m_popups)
         frame.popups.push_back(paintScreen(*popup.screen));
     for (auto& softKey : softKeys())

@@ -147,7 +147,26 @@ TEST_F(Tabs, AreEnteredFromTheFirstRow)
     EXPECT_EQ(heard(), "TAB_BAR_ENTERED(tabs) ");
     EXPECT_EQ(recorder.lastType, 16);
     EXPECT_EQ(screen(), "[>office<]| ldap |\n"
-                        "> Ann\n"
+                        "  Ann\n"
+                        "( phone.ok )( phone.menu )( phone.back )\n");
+}
+
+TEST_F(Tabs, KeepTheFocusWhenARowIsSelectedMeanwhile)
+{
+    office.append(row("Bob"));
+    press(Kind::Up);
+
+    office.setSelectedIndex(1);
+    host.settle();
+
+    EXPECT_EQ(screen(), "[>office<]| ldap |\n"
+                        "  Ann\n"
+                        "  Bob\n"
+                        "( phone.ok )( phone.menu )( phone.back )\n");
+    press(Kind::Down);
+    EXPECT_EQ(screen(), "[office]| ldap |\n"
+                        "  Ann\n"
+                        "> Bob\n"
                         "( phone.ok )( phone.menu )( phone.back )\n");
 }
 
