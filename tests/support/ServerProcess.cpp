@@ -10,8 +10,10 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -61,9 +63,16 @@ pid_t spawn(const std::vector<std::string>& arguments, const std::filesystem::pa
 void ServerProcess::start(const std::vector<std::string>& arguments, const std::filesystem::path& log,
                           int port, std::chrono::milliseconds patience)
 {
+    start(
+        arguments, log, [port] { return answers(port); }, patience);
+}
+
+void ServerProcess::start(const std::vector<std::string>& arguments, const std::filesystem::path& log,
+                          const std::function<bool()>& ready, std::chrono::milliseconds patience)
+{
     const auto deadline = std::chrono::steady_clock::now() + patience;
     m_process = spawn(arguments, log);
-    while (!answers(port)) {
+    while (!ready()) {
         const bool late = std::chrono::steady_clock::now() >= deadline;
         if (ended() || late) {
             kill();
@@ -81,6 +90,21 @@ bool ServerProcess::ended()
     return m_process < 0;
 }
 
+int ServerProcess::exitCode(std::chrono::milliseconds patience)
+{
+    if (m_process < 0)
+        return -1;
+    const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, m_process, 0));
+    pollfd ending{descriptor, POLLIN, 0};
+    const bool ends = ::poll(&ending, 1, static_cast<int>(patience.count())) == 1;
+    ::close(descriptor);
+    int status = 0;
+    if (!ends || ::waitpid(m_process, &status, 0) != m_process)
+        return -1;
+    m_process = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 void ServerProcess::kill()
 {
     if (m_process < 0)
@@ -92,14 +116,27 @@ void ServerProcess::kill()
 
 int freePort()
 {
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    auto address = loopback(0);
-    socklen_t size = sizeof address;
-    if (::bind(socket, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-        ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
-        throw std::runtime_error("there is no free port");
+    for (;;) {
+        const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        auto address = loopback(0);
+        socklen_t size = sizeof address;
+        if (::bind(socket, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+            ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+            throw std::runtime_error("there is no free port");
+        ::close(socket);
+        const int port = ntohs(address.sin_port);
+        if (!receivesUdp(port))
+            return port;
+    }
+}
+
+bool receivesUdp(int port)
+{
+    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const auto address = loopback(port);
+    const bool taken = ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0;
     ::close(socket);
-    return ntohs(address.sin_port);
+    return taken;
 }
 
 std::string textOf(const std::filesystem::path& file)

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,11 @@ public:
     // `patience`.
     void start(const std::vector<std::string>& arguments, const std::filesystem::path& log, int port,
                std::chrono::milliseconds patience);
+    // The same for one that has no such port: it is there when `ready` says so.
+    void start(const std::vector<std::string>& arguments, const std::filesystem::path& log,
+               const std::function<bool()>& ready, std::chrono::milliseconds patience);
+    // What a program that ends by itself within `patience` returns; -1 if it does not, or was killed.
+    int exitCode(std::chrono::milliseconds patience);
     // Ends it as a crash would.
     void kill();
 
@@ -31,8 +37,11 @@ private:
     pid_t m_process = -1;
 };
 
-// A port that nobody listened on a moment ago.
+// A port that nobody listened on a moment ago, neither with TCP nor with UDP.
 int freePort();
+
+// Whether somebody receives UDP on this port of this machine.
+bool receivesUdp(int port);
 
 // What a file holds; "" for none.
 std::string textOf(const std::filesystem::path& file);

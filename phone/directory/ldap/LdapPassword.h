@@ -1,43 +1,17 @@
-// The password that the telephone shows the corporate directory, in a file of its own in the
-// profile, "ldap-password", that only its owner may read (mode 0600).
-//
-// The file remembers for which servers the password is. When "ldap-servers" names any other host it
-// is deleted, so that a changed name never gets a password that was meant for somebody else. The
-// password itself is never logged, shown or put into a message.
+// The password that the telephone shows the corporate directory.
 
 #pragma once
 
-#include <filesystem>
-#include <string>
-#include <vector>
+#include "system/PasswordFile.h"
 
-#include "app/Result.h"
-
-class LdapPassword {
+class LdapPassword final : public PasswordFile {
 public:
-    LdapPassword() = default;
-    explicit LdapPassword(const std::filesystem::path& profile)
-        : m_file(profile / "ldap-password")
+    LdapPassword()
+        : LdapPassword(std::filesystem::path())
     {
     }
-
-    // The password, if the file is its owner's alone and was written for all of `hosts`; otherwise a
-    // sentence that says what to do. NotFound: there is none. Reads the file each time, so that a new
-    // password counts at once.
-    // [any-thread]
-    Result<std::string> read(const std::vector<std::string>& hosts) const;
-
-    // Keeps `password`, for `hosts` only. One that is empty, longer than 256 bytes or has
-    // control characters is refused. Whole or not at all.
-    // [any-thread]
-    Result<void> write(const std::string& password, const std::vector<std::string>& hosts) const;
-
-    // Deletes the file if it was not written for all of `hosts`, and says so in the log.
-    // [any-thread]
-    void forgetUnlessFor(const std::vector<std::string>& hosts) const;
-
-    const std::filesystem::path& file() const { return m_file; }
-
-private:
-    std::filesystem::path m_file;
+    explicit LdapPassword(const std::filesystem::path& profile)
+        : PasswordFile(profile, {"the directory", "ldap-servers", "ldap-password"})
+    {
+    }
 };

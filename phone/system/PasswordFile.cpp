@@ -1,4 +1,4 @@
-#include "directory/ldap/LdapPassword.h"
+#include "system/PasswordFile.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,10 +14,9 @@
 
 namespace {
 
-constexpr char nSOURCE[] = "./phone/directory/ldap/LdapPassword";
+constexpr char nSOURCE[] = "./phone/system/PasswordFile";
 constexpr std::size_t nLONGEST_PASSWORD = 256;
 constexpr std::size_t nLARGEST_FILE = 64 * 1024;
-constexpr char nHOW[] = " Run \"deskphone ldap-password\".";
 
 // The first line names the hosts, the second is the password.
 struct Kept {
@@ -43,17 +42,18 @@ Result<std::string> contentOf(int descriptor)
     return text;
 }
 
+// An error without what to do about it.
 Result<Kept> keptIn(const std::filesystem::path& file)
 {
     const auto name = "\"" + file.string() + "\"";
     const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (descriptor < 0 && errno == ENOENT)
-        return Error{ErrorCode::NotFound, std::string("There is no password for the directory.") + nHOW};
+        return Error{ErrorCode::NotFound, ""};
     struct stat status {};
     if (descriptor < 0 || ::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
         if (descriptor >= 0)
             ::close(descriptor);
-        return Error{ErrorCode::Denied, name + " is no file that can be read: remove it." + nHOW};
+        return Error{ErrorCode::Denied, name + " is no file that can be read: remove it."};
     }
     const auto text = contentOf(descriptor);
     ::close(descriptor);
@@ -63,7 +63,7 @@ Result<Kept> keptIn(const std::filesystem::path& file)
     std::istringstream lines(text ? text.value() : "");
     std::string hosts;
     if (!std::getline(lines, hosts) || !std::getline(lines, kept.password) || kept.password.empty())
-        return Error{ErrorCode::Malformed, name + " holds no password." + nHOW};
+        return Error{ErrorCode::Malformed, name + " holds no password."};
     std::istringstream words(hosts);
     for (std::string host; words >> host;)
         kept.hosts.push_back(host);
@@ -79,25 +79,32 @@ bool isFor(const Kept& kept, const std::vector<std::string>& hosts)
 
 } // namespace
 
-Result<std::string> LdapPassword::read(const std::vector<std::string>& hosts) const
+PasswordFile::PasswordFile(const std::filesystem::path& profile, Words words)
+    : m_file(profile / words.command)
+    , m_words(std::move(words))
+{
+}
+
+Result<std::string> PasswordFile::read(const std::vector<std::string>& hosts) const
 {
     auto kept = keptIn(m_file);
+    if (!kept && kept.error().code == ErrorCode::NotFound)
+        return Error{ErrorCode::NotFound, "There is no password for " + m_words.purpose + "." + how()};
     if (!kept)
-        return kept.error();
+        return Error{kept.error().code, kept.error().sentence + how()};
     if (!kept.value().ownersAlone)
         return Error{ErrorCode::Denied,
                      "\"" + m_file.string() +
                          "\" must belong to you, and nobody else may read it: \"chmod 600\" "
                          "it, or remove it." +
-                         nHOW};
+                         how()};
     if (!isFor(kept.value(), hosts))
-        return Error{ErrorCode::NotFound,
-                     std::string("The password was given for another server than \"ldap-servers\" names.") +
-                         nHOW};
+        return Error{ErrorCode::NotFound, "The password was given for another server than \"" + m_words.item +
+                                              "\" names." + how()};
     return std::move(kept).value().password;
 }
 
-Result<void> LdapPassword::write(const std::string& password, const std::vector<std::string>& hosts) const
+Result<void> PasswordFile::write(const std::string& password, const std::vector<std::string>& hosts) const
 {
     const bool oneLine =
         std::none_of(password.begin(), password.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
@@ -118,7 +125,7 @@ Result<void> LdapPassword::write(const std::string& password, const std::vector<
     return file.value().putInPlace();
 }
 
-void LdapPassword::forgetUnlessFor(const std::vector<std::string>& hosts) const
+void PasswordFile::forgetUnlessFor(const std::vector<std::string>& hosts) const
 {
     const auto kept = keptIn(m_file);
     if (!kept || isFor(kept.value(), hosts))
@@ -126,9 +133,9 @@ void LdapPassword::forgetUnlessFor(const std::vector<std::string>& hosts) const
     std::error_code failed;
     std::filesystem::remove(m_file, failed);
     if (failed)
-        PHONE_ERROR("the password of another directory server cannot be deleted: %s",
-                    failed.message().c_str());
+        PHONE_ERROR("the password for %s, which was for another server, cannot be deleted: %s",
+                    m_words.purpose.c_str(), failed.message().c_str());
     else
-        PHONE_USER("\"ldap-servers\" names another server: the password for the directory is forgotten.%s",
-                   nHOW);
+        PHONE_USER("\"%s\" names another server: the password for %s is forgotten.%s", m_words.item.c_str(),
+                   m_words.purpose.c_str(), how().c_str());
 }

@@ -1,0 +1,138 @@
+#include "calls/sip/BaresipEngine.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <boost/asio/ip/tcp.hpp>
+
+#include "app/PhoneLog.h"
+#include "calls/sip/BaresipConfig.h"
+
+using boost::asio::ip::tcp;
+
+namespace {
+
+constexpr char nSOURCE[] = "./phone/calls/sip/BaresipEngine";
+constexpr std::chrono::minutes nLONGEST_DELAY{1};
+// One that ran as long as this has not failed at its start.
+constexpr std::chrono::minutes nPROVEN{1};
+
+// One that is free now; that somebody else takes it meanwhile only costs another start.
+int freePort(boost::asio::io_context& io)
+{
+    const tcp::acceptor acceptor(io, tcp::endpoint(boost::asio::ip::address_v4::loopback(), 0));
+    return acceptor.local_endpoint().port();
+}
+
+} // namespace
+
+BaresipEngine::BaresipEngine(boost::asio::io_context& io, SipSettings settings, Hooks hooks)
+    : m_io(io)
+    , m_settings(std::move(settings))
+    , m_hooks(std::move(hooks))
+    , m_passwordFile(m_settings.profile)
+    , m_restart(io)
+    , m_delay(m_settings.restartDelay)
+{
+}
+
+BaresipEngine::~BaresipEngine()
+{
+    stop();
+}
+
+void BaresipEngine::start()
+{
+    if (const auto started = tryToStart(); !started)
+        fail(started.error().sentence);
+}
+
+Result<void> BaresipEngine::tryToStart()
+{
+    m_password = readPassword();
+    const int port = freePort(m_io);
+    if (auto written = writeBaresipFiles(m_settings, m_password, port, folder()); !written)
+        return written;
+    m_process = std::make_unique<BaresipProcess>(m_io);
+    if (auto started = m_process->start(folder(), [this] { fail("it ended"); }); !started)
+        return started;
+    m_control =
+        std::make_shared<BaresipControl>(m_io, BaresipControl::Hooks{[this] { connected(); }, m_hooks.said,
+                                                                     [this] {
+                                                                         m_process->kill();
+                                                                         fail("it does not answer");
+                                                                     }});
+    m_control->connect(port);
+    return {};
+}
+
+std::string BaresipEngine::readPassword() const
+{
+    if (!m_settings.registrar)
+        return "";
+    const auto password = m_passwordFile.read(m_settings.passwordHosts());
+    if (!password) {
+        PHONE_USER("%s", password.error().sentence.c_str());
+        return "";
+    }
+    if (canStandInAccount(password.value()))
+        return password.value();
+    PHONE_USER("The password for the line cannot be used: run \"deskphone sip-password\".");
+    return "";
+}
+
+void BaresipEngine::connected()
+{
+    m_up = true;
+    m_upSince = std::chrono::steady_clock::now();
+    m_hooks.up();
+}
+
+void BaresipEngine::send(const std::vector<EngineCommand>& commands)
+{
+    if (m_up)
+        m_control->send(commands);
+}
+
+void BaresipEngine::tryNewPassword()
+{
+    const auto password = m_passwordFile.read(m_settings.passwordHosts());
+    if (!password || password.value() == m_password)
+        return;
+    stop();
+    m_delay = std::chrono::milliseconds(0);
+    startLater();
+}
+
+void BaresipEngine::fail(const std::string& reason)
+{
+    const bool proven = m_up && std::chrono::steady_clock::now() - m_upSince >= nPROVEN;
+    if (proven)
+        m_delay = m_settings.restartDelay;
+    PHONE_ERROR("the SIP engine (Debian's package baresip-core) is started again in %lld ms: %s",
+                static_cast<long long>(m_delay.count()), reason.c_str());
+    stop();
+    startLater();
+}
+
+void BaresipEngine::startLater()
+{
+    m_restart.expires_after(m_delay);
+    m_restart.async_wait([this](const boost::system::error_code& cancelled) {
+        if (!cancelled)
+            start();
+    });
+    m_delay = std::clamp<std::chrono::milliseconds>(2 * m_delay, m_settings.restartDelay, nLONGEST_DELAY);
+}
+
+void BaresipEngine::stop()
+{
+    m_restart.cancel();
+    if (m_control)
+        m_control->close();
+    m_control.reset();
+    m_process.reset();
+    removeBaresipAccount(folder());
+    if (std::exchange(m_up, false))
+        m_hooks.down();
+}

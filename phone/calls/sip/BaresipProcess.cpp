@@ -1,0 +1,108 @@
+#include "calls/sip/BaresipProcess.h"
+
+#include <array>
+#include <csignal>
+#include <cstring>
+#include <string>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int nGRACE = 1000; // ms
+
+class Spawning {
+public:
+    Spawning()
+    {
+        posix_spawn_file_actions_init(&m_actions);
+        posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addopen(&m_actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_adddup2(&m_actions, STDOUT_FILENO, STDERR_FILENO);
+        posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
+        posix_spawnattr_init(&m_attributes);
+        // The telephone's own signals, Ctrl+C among them, are not the engine's.
+        posix_spawnattr_setflags(&m_attributes,
+                                 POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        sigset_t signals;
+        sigemptyset(&signals);
+        posix_spawnattr_setsigmask(&m_attributes, &signals);
+        sigfillset(&signals);
+        posix_spawnattr_setsigdefault(&m_attributes, &signals);
+    }
+    ~Spawning()
+    {
+        posix_spawnattr_destroy(&m_attributes);
+        posix_spawn_file_actions_destroy(&m_actions);
+    }
+    Spawning(const Spawning&) = delete;
+    Spawning& operator=(const Spawning&) = delete;
+
+    // An error number; 0 for none.
+    int run(pid_t& process, char* const* words) const
+    {
+        return ::posix_spawn(&process, words[0], &m_actions, &m_attributes, words, environ);
+    }
+
+private:
+    posix_spawn_file_actions_t m_actions;
+    posix_spawnattr_t m_attributes;
+};
+
+} // namespace
+
+BaresipProcess::~BaresipProcess()
+{
+    if (m_process < 0)
+        return;
+    ::kill(m_process, SIGTERM);
+    pollfd ending{m_ending.native_handle(), POLLIN, 0};
+    while (::poll(&ending, 1, nGRACE) < 0 && errno == EINTR) {
+    }
+    kill();
+}
+
+Result<void> BaresipProcess::start(const std::filesystem::path& folder, std::function<void()> ended)
+{
+    std::string name = folder.string();
+    // A signal that comes with the end of its parent must be asked for by the child itself.
+    std::array<std::string, 7> words{
+        "/usr/bin/setpriv", "--pdeathsig", "TERM", "/usr/bin/baresip", "-4", "-f", name};
+    std::array<char*, words.size() + 1> arguments{};
+    for (std::size_t i = 0; i < words.size(); ++i)
+        arguments[i] = words[i].data();
+    if (const int error = Spawning().run(m_process, arguments.data()); error != 0) {
+        m_process = -1;
+        return Error{ErrorCode::Failed,
+                     std::string("The SIP engine cannot be started: ") + std::strerror(error)};
+    }
+    m_ending.assign(static_cast<int>(::syscall(SYS_pidfd_open, m_process, 0)));
+    m_ending.async_wait(boost::asio::posix::stream_descriptor::wait_read,
+                        [this, ended = std::move(ended)](const boost::system::error_code& error) {
+                            if (error)
+                                return; // killed, and this object perhaps gone
+                            bury();
+                            ended();
+                        });
+    return {};
+}
+
+void BaresipProcess::kill()
+{
+    if (m_process < 0)
+        return;
+    ::kill(m_process, SIGKILL);
+    bury();
+}
+
+void BaresipProcess::bury()
+{
+    ::waitpid(m_process, nullptr, 0);
+    m_process = -1;
+    m_ending.close();
+}

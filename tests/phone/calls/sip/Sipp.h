@@ -1,0 +1,61 @@
+// A SIP peer (Debian's sipp) on a free port of this machine, that calls or is called as a scenario says.
+
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "ServerProcess.h"
+
+#include "TemporaryFolder.h"
+
+class Sipp {
+public:
+    // Plays a file of scenarios/ once, and then ends. A callee is there when this returns.
+    // `more` are further arguments of sipp.
+    explicit Sipp(const std::string& scenario, const std::vector<std::string>& more = {})
+    {
+        run(scenario, more, [this] { return receivesUdp(port); });
+    }
+    // Calls `user` on a port of this machine.
+    Sipp(const std::string& scenario, const std::string& user, int calledPort, const std::string& caller)
+    {
+        run(scenario, {"-s", user, "-key", "caller", caller, "127.0.0.1:" + std::to_string(calledPort)},
+            [] { return true; });
+    }
+
+    // Whether everything went as the scenario says.
+    bool succeeds() { return m_process.exitCode(std::chrono::seconds(10)) == 0; }
+    // What it sent and received until now.
+    std::string messages() const { return textOf(m_folder / "messages"); }
+
+    const int port = freePort();
+
+private:
+    void run(const std::string& scenario, const std::vector<std::string>& more,
+             const std::function<bool()>& ready)
+    {
+        const std::string files = SOURCE_DIR "/tests/phone/calls/sip/scenarios/";
+        std::vector<std::string> words{"/usr/bin/sipp",
+                                       "-sf",
+                                       files + scenario + ".xml",
+                                       "-i",
+                                       "127.0.0.1",
+                                       "-p",
+                                       std::to_string(port),
+                                       "-m",
+                                       "1",
+                                       "-nostdin",
+                                       "-timeout",
+                                       "20",
+                                       "-trace_msg",
+                                       "-message_file",
+                                       m_folder / "messages"};
+        words.insert(words.end(), more.begin(), more.end());
+        m_process.start(words, m_folder / "log", ready, std::chrono::seconds(10));
+    }
+
+    TemporaryFolder m_folder;
+    ServerProcess m_process;
+};
