@@ -18,6 +18,7 @@
 #include "app/Resources.h"
 #include "app/StopSignals.h"
 #include "app/TextMode.h"
+#include "calls/sip/SipPasswordCommand.h"
 #include "directory/BackupCommand.h"
 #include "directory/ExportCommand.h"
 #include "directory/ImportCommand.h"
@@ -213,6 +214,7 @@ int main(int argc, char** argv)
         app.add_subcommand("ldap-check", "Tell step by step whether the corporate directory can be asked");
     auto* ldapPassword =
         app.add_subcommand("ldap-password", "Keep the password for the corporate directory; it is asked for");
+    auto* sipPassword = app.add_subcommand("sip-password", "Keep the password for the line; it is asked for");
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
 
     try {
@@ -239,6 +241,8 @@ int main(int argc, char** argv)
         return checkLdap(profile, std::cout);
     if (*ldapPassword)
         return keepLdapPassword(profile, std::cin, std::cout, std::cerr);
+    if (*sipPassword)
+        return keepSipPassword(profile, std::cin, std::cout, std::cerr);
     if (*token)
         return replaceToken(profile);
     return runTelephone(arguments);

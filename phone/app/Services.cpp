@@ -4,6 +4,7 @@
 #include <map>
 
 #include "app/PhoneLog.h"
+#include "calls/sip/SipLine.h"
 
 namespace {
 
@@ -84,6 +85,7 @@ CallHooks Services::callHooks()
     return {[this](const std::string& number) { m_journal->addDialled(m_digits.partyOf(number)); },
             [this] {
                 m_digits.dialingStopped();
+    setSipLine();
                 m_parts.dialingStopped();
             },
             [this](const std::string& number) { return m_digits.toDialString(number); }};
@@ -129,6 +131,8 @@ void Services::itemChanged(const std::string& name)
 void Services::setCorporateDirectory()
 {
     m_directory->setCorporateDirectory(ldapSettingsOf(m_parts.configuration, m_parts.profile.data));
+    if (name.starts_with("sip-"))
+        setSipLine();
 }
 
 void Services::dropObservers()
@@ -138,6 +142,28 @@ void Services::dropObservers()
 }
 
 void Services::copyToOptionStore(const std::string& item)
+void Services::setSipLine()
+{
+    // Where the clock is not the world's, nothing is started that lives by the world's.
+    if (!m_parts.watch)
+        return;
+    const auto setup = sipSettingsOf(m_parts.configuration, m_parts.profile.data);
+    const auto settings = setup.usable() ? std::optional(setup.settings) : std::nullopt;
+    if (setup.wanted) {
+        for (const auto& sentence : setup.faults)
+            PHONE_ERROR("%s", sentence.c_str());
+    }
+    if (settings == m_sipLine)
+        return;
+    if (m_sipLine) {
+        std::erase_if(m_lines, [&](const auto* line) { return line->number() == m_sipLine->user; });
+        m_calls.removeLine(m_sipLine->user);
+    }
+    m_sipLine = settings;
+    if (settings)
+        addLine(std::make_unique<SipLine>(*settings));
+}
+
 {
     const auto shared = SHARED_ITEMS.find(item);
     if (shared == SHARED_ITEMS.end())

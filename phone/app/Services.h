@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,7 @@
 #include "calls/CallService.h"
 #include "calls/DigitAnalysis.h"
 #include "calls/Journal.h"
+#include "calls/sip/SipSettings.h"
 #include "directory/DirectoryService.h"
 #include "system/Configuration.h"
 #include "system/LocalMgmtService.h"
@@ -78,6 +80,8 @@ private:
     void setCorporateDirectory();
 
     const Parts m_parts;
+    // The line that the configuration names, in the place of the one before.
+    void setSipLine();
     std::unique_ptr<DirectoryService> m_directory;
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
@@ -85,6 +89,7 @@ private:
     std::vector<const LineIfc*> m_lines; // the call service owns them
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
+    std::optional<SipSettings> m_sipLine; // of the SIP line that is among them
     DataAccessService m_dataAccess;
     TeamService m_team;
     ObexService m_obex;

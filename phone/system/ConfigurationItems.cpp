@@ -143,6 +143,25 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         text("ldap-ca-file", "/etc/ssl/certs/ca-certificates.crt",
              "Certificates (PEM) of those who may sign the server's own; a relative path is looked up in "
              "the profile."),
+        text("sip-user", "", "Number or name of the telephone's own line; empty: there is none."),
+        text("sip-server", "",
+             "Registrar of the line: NAME or NAME:PORT; empty: it is not registered. \"deskphone "
+             "sip-password\" takes the password."),
+        choice("sip-transport", {"udp", "tcp", "tls"},
+               "How the line's messages travel. tls encrypts them, but does not check who the server is."),
+        text("sip-display-name", "", "The name that those who are called see."),
+        text("sip-auth-user", "", "Whose password it is; empty: sip-user."),
+        text("sip-outbound-proxy", "",
+             "Whom everything is sent to: NAME or NAME:PORT; empty: the registrar. Without a registrar calls "
+             "go there."),
+        number("sip-registration-time", "s", 10, 3600, 300, "How long the registrar is to know the line."),
+        number("sip-port", "", 0, 65534, 0,
+               "Port on which calls come in; 0: any that is free, which a registrar gets to know."),
+        text("sip-pickup-code", "*8", "What is dialled before the number of a colleague whose call is taken."),
+        number("sip-no-answer-time", "s", 5, 600, 60, "How long a call may ring before it is given up."),
+        choice("sip-audio", {"auto", "devices", "none"},
+               "Whether calls use the computer's microphone and loudspeaker; auto: if it has any. With none, "
+               "callers hear themselves."),
         choice("ldap-schema", {"inetOrgPerson", "activeDirectory"},
                "Which attributes and which kind of entries the directory has."),
         choice("ldap-security", {"starttls", "none"},
