@@ -124,6 +124,13 @@ CSTASnapshotDeviceRequest::CSTASnapshotDeviceRequest(std::string device)
 
 CSTASnapshotDeviceRequest::~CSTASnapshotDeviceRequest() = default;
 
+CSTAButtonPressRequest::CSTAButtonPressRequest(std::string button)
+    : m_button(std::move(button))
+{
+}
+
+CSTAButtonPressRequest::~CSTAButtonPressRequest() = default;
+
 CSTAEvent::~CSTAEvent() = default;
 
 CSTASystemStatusEvent::CSTASystemStatusEvent(std::string systemStatus, FeatureData featureData)

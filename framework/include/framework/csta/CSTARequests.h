@@ -116,3 +116,16 @@ public:
 private:
     std::string m_device;
 };
+
+// A key for the display that the PBX shows (ECMA-269, Button Press). Its answer says only that the
+// key is on its way: what comes of it is a display-updated event.
+class FRAMEWORK_API CSTAButtonPressRequest final : public CSTARequest {
+public:
+    explicit CSTAButtonPressRequest(std::string button);
+    ~CSTAButtonPressRequest() override;
+    // "0" to "9", "*", "#", "up", "down", "left", "right", "ok", "clear"
+    const std::string& getButton() const { return m_button; }
+
+private:
+    std::string m_button;
+};
