@@ -32,11 +32,18 @@ DialPlanRules rulesOf(const Configuration& configuration)
     rules.countryCode = configuration.text("country-code");
     rules.areaCode = configuration.text("area-code");
     rules.nationalPrefix = configuration.text("national-prefix");
+    rules.nationalDigits = configuration.number("national-digits");
+    rules.leastLocalDigits = configuration.number("least-local-digits");
     rules.internationalPrefix = configuration.text("international-prefix");
     rules.outsideLine = configuration.text("outside-line");
+    rules.otherOutsideLines = configuration.list("other-outside-lines");
+    rules.dialsLocalNumbers = configuration.yes("local-dialling");
     rules.internalDigits = configuration.number("internal-digits");
     rules.internalPatterns = configuration.list("internal-patterns");
+    rules.internalFirstDigits = configuration.text("internal-first-digits");
+    rules.enterprisePrefix = configuration.text("enterprise-prefix");
     rules.emergencyNumbers = configuration.list("emergency-numbers");
+    rules.serviceNumbers = configuration.list("service-numbers");
     return rules;
 }
 

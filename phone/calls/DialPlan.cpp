@@ -1,64 +1,55 @@
 #include "DialPlan.h"
 
 #include <algorithm>
+#include <array>
+
+#include "WrittenNumber.h"
 
 namespace {
 
-bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
-// The bytes of a separator at the start of `text`: blanks, hyphens and dashes, slashes, dots and
-// parentheses, as people write numbers. 0 for none.
-std::size_t separatorLength(std::string_view text)
-{
-    if (std::string_view(" -/.()").find(text.front()) != std::string_view::npos)
-        return 1;
-    // No-break blank, and what Unicode has between U+2010 and U+2015, and the narrow no-break blank.
-    if (text.substr(0, 2) == "\xC2\xA0")
-        return 2;
-    if (text.size() >= 3 && text.substr(0, 2) == "\xE2\x80" &&
-        ((text[2] >= '\x90' && text[2] <= '\x95') || text[2] == '\xAF'))
-        return 3;
-    return 0;
-}
-
-// A number taken apart: only digits, with or without a plus sign before them.
-struct Digits {
-    bool isNumber = false;
-    bool international = false;
-    std::string text;
-};
-
-Digits digitsOf(std::string_view number)
-{
-    Digits result;
-    // "+49 (0)30": the trunk prefix in parentheses is for callers from inside the country.
-    constexpr std::string_view trunk = "(0)";
-    result.text.reserve(number.size());
-    while (!number.empty()) {
-        if (isDigit(number.front())) {
-            result.text += number.front();
-            number.remove_prefix(1);
-        } else if (number.front() == '+' && result.text.empty() && !result.international) {
-            result.international = true;
-            number.remove_prefix(1);
-        } else if (result.international && number.substr(0, trunk.size()) == trunk) {
-            number.remove_prefix(trunk.size());
-        } else if (const auto length = separatorLength(number); length > 0) {
-            number.remove_prefix(length);
-        } else {
-            return {};
-        }
-    }
-    result.isNumber = !result.text.empty();
-    return result;
-}
+constexpr std::size_t nMOST_DIGITS = 15;        // of a number in full (ITU-T E.164)
+constexpr std::size_t nLEAST_DIGITS_ABROAD = 5; // a country's code and the shortest number there
 
 bool startsWith(std::string_view text, std::string_view prefix)
 {
     return !prefix.empty() && text.substr(0, prefix.size()) == prefix;
+}
+
+bool matches(std::string_view pattern, std::string_view digits)
+{
+    return pattern.size() == digits.size() &&
+           std::equal(pattern.begin(), pattern.end(), digits.begin(),
+                      [](char wanted, char digit) { return wanted == 'x' || wanted == digit; });
+}
+
+bool matchesAny(const std::vector<std::string>& patterns, std::string_view digits)
+{
+    return std::any_of(patterns.begin(), patterns.end(),
+                       [&](const auto& pattern) { return matches(pattern, digits); });
+}
+
+// Countries whose numbers keep their 0 when they are called from abroad: Italy, San Marino, Ivory
+// Coast, Congo.
+bool keepsTrunkZero(std::string_view countryCode)
+{
+    constexpr std::array<std::string_view, 4> keeping{"39", "378", "225", "242"};
+    return std::find(keeping.begin(), keeping.end(), countryCode) != keeping.end();
+}
+
+// "" for more digits than a number can have.
+std::string plus(std::string_view first, std::string_view second = {}, std::string_view third = {})
+{
+    const auto size = first.size() + second.size() + third.size();
+    if (size > nMOST_DIGITS)
+        return "";
+    std::string full;
+    full.reserve(1 + size);
+    return full.append(1, '+').append(first).append(second).append(third);
+}
+
+std::size_t length(int digits)
+{
+    return static_cast<std::size_t>(std::max(digits, 0));
 }
 
 } // namespace
@@ -66,22 +57,20 @@ bool startsWith(std::string_view text, std::string_view prefix)
 DialPlan::DialPlan(DialPlanRules rules)
     : m_rules(std::move(rules))
 {
-}
-
-bool DialPlan::matches(std::string_view pattern, std::string_view digits)
-{
-    return pattern.size() == digits.size() &&
-           std::equal(pattern.begin(), pattern.end(), digits.begin(),
-                      [](char wanted, char digit) { return wanted == 'x' || wanted == digit; });
+    m_outsideLines.push_back(m_rules.outsideLine);
+    m_outsideLines.insert(m_outsideLines.end(), m_rules.otherOutsideLines.begin(),
+                          m_rules.otherOutsideLines.end());
+    m_rules.enterprisePrefix = WrittenNumber::read(m_rules.enterprisePrefix).digits;
 }
 
 bool DialPlan::isInternal(std::string_view digits) const
 {
-    if (digits.empty() || digits.size() > static_cast<std::size_t>(std::max(m_rules.internalDigits, 0)))
+    if (digits.empty() || digits.size() > length(m_rules.internalDigits))
         return false;
+    const auto& first = m_rules.internalFirstDigits;
     const auto& patterns = m_rules.internalPatterns;
-    return patterns.empty() || std::any_of(patterns.begin(), patterns.end(),
-                                           [&](const auto& pattern) { return matches(pattern, digits); });
+    return (first.empty() || first.find(digits.front()) != std::string::npos) &&
+           (patterns.empty() || matchesAny(patterns, digits));
 }
 
 bool DialPlan::isEmergency(std::string_view digits) const
@@ -91,69 +80,206 @@ bool DialPlan::isEmergency(std::string_view digits) const
         return std::find(all.begin(), all.end(), number) != all.end();
     };
     return isListed(digits) ||
-           (startsWith(digits, m_rules.outsideLine) && isListed(digits.substr(m_rules.outsideLine.size())));
+           std::any_of(m_outsideLines.begin(), m_outsideLines.end(), [&](const std::string& line) {
+               return startsWith(digits, line) && isListed(digits.substr(line.size()));
+           });
 }
 
-// Where 0 leads outside and begins area codes too, 0 0 30 is the outside line before 030, never the
-// international 00 before 30. A lone 0 belongs to the number: address books have them without the
-// digits for a line.
-std::string_view DialPlan::withoutOutsideLine(std::string_view digits) const
+bool DialPlan::isService(std::string_view digits) const
 {
-    if (!startsWith(digits, m_rules.outsideLine))
+    return matchesAny(m_rules.serviceNumbers, digits);
+}
+
+bool DialPlan::isAbroad(std::string_view digits) const
+{
+    const auto& prefix = m_rules.internationalPrefix;
+    return startsWith(digits, prefix) && digits.size() >= prefix.size() + nLEAST_DIGITS_ABROAD &&
+           digits[prefix.size()] != '0';
+}
+
+bool DialPlan::isNationalLength(std::string_view digits) const
+{
+    if (m_rules.nationalDigits > 0)
+        return digits.size() == length(m_rules.nationalDigits);
+    return !digits.empty() && digits.size() >= length(m_rules.leastLocalDigits);
+}
+
+bool DialPlan::isNational(std::string_view digits) const
+{
+    const auto& prefix = m_rules.nationalPrefix;
+    if (startsWith(digits, prefix)) {
+        const auto rest = digits.substr(prefix.size());
+        return isNationalLength(rest) && rest.front() != '0' && !isInternal(digits);
+    }
+    const bool isKnownByLength = prefix.empty() || m_rules.nationalDigits > 0;
+    return isKnownByLength && isNationalLength(digits) && !isInternal(digits) &&
+           !startsWith(digits, m_rules.internationalPrefix);
+}
+
+bool DialPlan::isLocalLength(std::string_view digits) const
+{
+    if (m_rules.nationalDigits > 0)
+        return digits.size() + m_rules.areaCode.size() == length(m_rules.nationalDigits);
+    return digits.size() >= length(m_rules.leastLocalDigits);
+}
+
+bool DialPlan::isLocal(std::string_view digits) const
+{
+    const auto& prefix = m_rules.nationalPrefix;
+    return !m_rules.areaCode.empty() && !prefix.empty() && !startsWith(digits, prefix) &&
+           isLocalLength(digits) && !isInternal(digits) && !startsWith(digits, m_rules.internationalPrefix);
+}
+
+// Whether that is dialled after the digits for an outside line. Where numbers differ in length a local
+// one does not count: 0 30 1234567 is how Germans once wrote 030 1234567.
+bool DialPlan::isOutside(std::string_view digits) const
+{
+    return isService(digits) || isAbroad(digits) || isNational(digits) ||
+           (m_rules.nationalDigits > 0 && isLocal(digits));
+}
+
+std::string_view DialPlan::withoutOutsideLine(const WrittenNumber& number, std::string_view digits,
+                                              Reading reading) const
+{
+    for (const auto& line : m_outsideLines) {
+        if (!startsWith(digits, line) || !isOutside(digits.substr(line.size())))
+            continue;
+        const bool standsApart = number.firstGroup == line.size();
+        if (reading == Reading::Dialled || standsApart || !(isOutside(digits) || isLocal(digits)))
+            return digits.substr(line.size());
+    }
+    return digits;
+}
+
+// In "+49 (0)30" and "0049 (0)30" the 0 is for callers from inside the country.
+std::string DialPlan::withoutTrunkZero(const WrittenNumber& number) const
+{
+    auto digits = number.digits;
+    if (number.zeroInParentheses == WrittenNumber::NONE)
         return digits;
-    const auto rest = digits.substr(m_rules.outsideLine.size());
-    const bool isOutside =
-        startsWith(rest, m_rules.nationalPrefix) || startsWith(rest, m_rules.internationalPrefix);
-    return isOutside ? rest : digits;
+    auto country = std::string_view(digits).substr(0, number.zeroInParentheses);
+    if (!number.international) {
+        for (const auto& line : m_outsideLines) {
+            if (startsWith(country, line + m_rules.internationalPrefix))
+                country.remove_prefix(line.size());
+        }
+        if (!startsWith(country, m_rules.internationalPrefix))
+            return digits;
+        country.remove_prefix(m_rules.internationalPrefix.size());
+    }
+    if (!country.empty() && !keepsTrunkZero(country))
+        digits.erase(number.zeroInParentheses, 1);
+    return digits;
 }
 
-// The number in full without its plus sign; "" when nobody can say.
-std::string DialPlan::expand(std::string_view digits) const
+// In the context of another country a number without "+" may mean anything.
+bool DialPlan::isElsewhere(const WrittenNumber& number) const
 {
-    digits = withoutOutsideLine(digits);
-    if (startsWith(digits, m_rules.internationalPrefix))
-        return std::string(digits.substr(m_rules.internationalPrefix.size()));
-    std::string full = m_rules.countryCode;
-    if (startsWith(digits, m_rules.nationalPrefix))
-        return full.append(digits.substr(m_rules.nationalPrefix.size()));
-    if (m_rules.nationalPrefix.empty())
-        return full.append(digits);
-    if (m_rules.areaCode.empty())
+    return !number.international && !number.context.empty() && number.context != m_rules.countryCode;
+}
+
+// A service number is its own canonical form; "" when nobody can say, and where a number stays as it is.
+std::string DialPlan::inFull(const WrittenNumber& number, Reading reading) const
+{
+    const auto all = withoutTrunkZero(number);
+    if (number.international)
+        return plus(all);
+    if (m_rules.countryCode.empty() || isElsewhere(number) || isEmergency(all))
         return "";
-    return full.append(m_rules.areaCode).append(digits);
+    return inFull(withoutOutsideLine(number, all, reading));
+}
+
+std::string DialPlan::inFull(std::string_view digits) const
+{
+    const auto& country = m_rules.countryCode;
+    if (isService(digits))
+        return std::string(digits);
+    if (isAbroad(digits))
+        return plus(digits.substr(m_rules.internationalPrefix.size()));
+    if (isNational(digits)) {
+        const bool hasPrefix = startsWith(digits, m_rules.nationalPrefix);
+        return plus(country, digits.substr(hasPrefix ? m_rules.nationalPrefix.size() : 0));
+    }
+    if (isInternal(digits)) {
+        const bool isReached = std::none_of(m_outsideLines.begin(), m_outsideLines.end(),
+                                            [&](const auto& line) { return startsWith(digits, line); });
+        const auto& enterprise = m_rules.enterprisePrefix;
+        return enterprise.empty() || !isReached ? "" : plus(enterprise, digits);
+    }
+    return isLocal(digits) ? plus(country, m_rules.areaCode, digits) : "";
 }
 
 std::string DialPlan::canonical(const std::string& number) const
 {
-    const auto digits = digitsOf(number);
-    if (!digits.isNumber)
+    const auto written = WrittenNumber::read(number);
+    if (written.kind != WrittenNumber::Kind::Digits)
         return number;
-    if (digits.international)
-        return '+' + digits.text;
-    for (const auto& rule : m_rules.rules) {
-        const bool fits = rule.length == 0 || digits.text.size() == static_cast<std::size_t>(rule.length);
-        if (fits && startsWith(digits.text, rule.prefix))
-            return rule.replacement + digits.text.substr(rule.prefix.size());
-    }
-    if (m_rules.countryCode.empty() || isEmergency(digits.text) || isInternal(digits.text))
-        return number;
-    const auto full = expand(digits.text);
-    return full.empty() ? number : '+' + full;
+    auto full = inFull(written, Reading::Written);
+    return full.empty() ? number : full;
+}
+
+std::string DialPlan::canonicalOfDialled(const std::string& digits) const
+{
+    const auto written = WrittenNumber::read(digits);
+    if (written.kind != WrittenNumber::Kind::Digits)
+        return digits;
+    auto full = inFull(written, Reading::Dialled);
+    return full.empty() ? digits : full;
 }
 
 std::string DialPlan::dialString(const std::string& number) const
 {
-    const auto digits = digitsOf(number);
-    if (!digits.isNumber)
+    const auto written = WrittenNumber::read(number);
+    if (written.kind == WrittenNumber::Kind::Other || isElsewhere(written))
         return number;
-    const auto full = canonical(number);
-    if (full.front() != '+')
-        return digits.text;
-    const std::string_view rest = std::string_view(full).substr(1);
-    if (m_rules.countryCode.empty())
-        return full;
-    if (startsWith(rest, m_rules.countryCode))
-        return m_rules.outsideLine + m_rules.nationalPrefix +
-               std::string(rest.substr(m_rules.countryCode.size()));
-    return m_rules.outsideLine + m_rules.internationalPrefix + std::string(rest);
+    if (written.kind == WrittenNumber::Kind::Code)
+        return written.digits;
+    const bool isAsDialled = written.firstGroup == 0;
+    auto full = inFull(written, isAsDialled ? Reading::Dialled : Reading::Written);
+    if (full.empty() && !written.international)
+        full = dialledInFull(written.digits);
+    if (full.empty())
+        return written.international ? '+' + written.digits : written.digits;
+    return full.front() == '+' ? dialStringOf(full) : m_rules.outsideLine + full;
+}
+
+// The shortest form that surely means that number here: an extension that is an emergency number too
+// is called from outside.
+std::string DialPlan::dialStringOf(const std::string& canonical) const
+{
+    const auto& rules = m_rules;
+    if (rules.countryCode.empty())
+        return canonical;
+    const std::string_view digits = std::string_view(canonical).substr(1);
+    if (startsWith(digits, rules.enterprisePrefix)) {
+        std::string extension(digits.substr(rules.enterprisePrefix.size()));
+        if (isInternal(extension) && reaches(extension, canonical))
+            return extension;
+    }
+    if (startsWith(digits, rules.countryCode)) {
+        const auto national = digits.substr(rules.countryCode.size());
+        if (rules.dialsLocalNumbers && startsWith(national, rules.areaCode)) {
+            auto local = std::string(rules.outsideLine).append(national.substr(rules.areaCode.size()));
+            if (reaches(local, canonical))
+                return local;
+        }
+        auto inCountry = std::string(rules.outsideLine).append(rules.nationalPrefix).append(national);
+        if (reaches(inCountry, canonical))
+            return inCountry;
+    }
+    auto abroad = std::string(rules.outsideLine).append(rules.internationalPrefix).append(digits);
+    return reaches(abroad, canonical) ? abroad : canonical;
+}
+
+bool DialPlan::reaches(const std::string& digits, const std::string& canonical) const
+{
+    return dialledInFull(digits) == canonical;
+}
+
+std::string DialPlan::dialledInFull(const std::string& digits) const
+{
+    WrittenNumber dialled;
+    dialled.kind = WrittenNumber::Kind::Digits;
+    dialled.digits = digits;
+    return inFull(dialled, Reading::Dialled);
 }

@@ -186,7 +186,7 @@ CallPartyIdentifier DigitAnalysis::partyOf(const std::string& number)
 {
     const auto plan = m_plan.load();
     const auto isHis = [&](const CallPartyIdentifier& party) {
-        return plan->canonical(party.getNumber()) == plan->canonical(number);
+        return plan->dialString(party.getNumber()) == plan->dialString(number);
     };
     CallPartyIdentifier party;
     if (m_pProvider && m_pProvider->getDialPartyDetails(party) && isHis(party))

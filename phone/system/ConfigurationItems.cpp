@@ -124,25 +124,25 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         text("area-code", "30", "Digits of this place's area code, without the national prefix."),
         text("international-prefix", "00", "What is dialled before a country code."),
         text("national-prefix", "0", "What is dialled before an area code."),
+        number("national-digits", "digits", 0, 14, 0,
+               "How long all numbers of the country are without the national prefix; 0: they differ."),
+        number("least-local-digits", "digits", 0, 12, 3, "Numbers shorter than this are never local ones."),
+        yesNo("local-dialling", false, "Whether numbers of this place are dialled without the area code."),
         text("outside-line", "", "What is dialled for an outside line; empty when nothing is."),
+        list("other-outside-lines", "", "Further codes for an outside line that people write."),
         number("internal-digits", "digits", 0, 12, 4,
                "Numbers up to this length are internal and left as they are."),
         list("internal-patterns", "",
              "If given, only these internal numbers exist; x is any digit: \"2xxx\"."),
+        text("internal-first-digits", "", "If given, internal numbers begin with one of these: \"2345\"."),
+        text("enterprise-prefix", "",
+             "What stands before internal numbers for callers from outside: \"+49 30 23125\"."),
         list("emergency-numbers", "110,112", "Numbers that the telephone dials itself."),
+        list("service-numbers", "115,116xxx,118xx",
+             "Outside numbers that need no area code anywhere in the country; x is any digit."),
         number("initial-digit-timeout", "s", 1, 120, 15, "How long the telephone waits for a first digit."),
         number("inter-digit-timeout", "s", 1, 60, 5,
                "A number is complete when no digit came for this long."),
-        list("ldap-servers", "",
-             "Servers of the corporate directory, in the order in which they are tried: ldap://NAME or "
-             "ldaps://NAME, with :PORT if need be."),
-        text("ldap-base", "", "Where the directory is searched: \"ou=people,dc=example,dc=com\"."),
-        text("ldap-bind-dn", "",
-             "The name that the telephone shows the directory; empty: it asks unnamed. \"deskphone "
-             "ldap-password\" takes the password."),
-        text("ldap-ca-file", "/etc/ssl/certs/ca-certificates.crt",
-             "Certificates (PEM) of those who may sign the server's own; a relative path is looked up in "
-             "the profile."),
         text("sip-user", "", "Number or name of the telephone's own line; empty: there is none."),
         text("sip-server", "",
              "Registrar of the line: NAME or NAME:PORT; empty: it is not registered. \"deskphone "
@@ -162,6 +162,16 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         choice("sip-audio", {"auto", "devices", "none"},
                "Whether calls use the computer's microphone and loudspeaker; auto: if it has any. With none, "
                "callers hear themselves."),
+        list("ldap-servers", "",
+             "Servers of the corporate directory, in the order in which they are tried: ldap://NAME or "
+             "ldaps://NAME, with :PORT if need be."),
+        text("ldap-base", "", "Where the directory is searched: \"ou=people,dc=example,dc=com\"."),
+        text("ldap-bind-dn", "",
+             "The name that the telephone shows the directory; empty: it asks unnamed. \"deskphone "
+             "ldap-password\" takes the password."),
+        text("ldap-ca-file", "/etc/ssl/certs/ca-certificates.crt",
+             "Certificates (PEM) of those who may sign the server's own; a relative path is looked up in "
+             "the profile."),
         choice("ldap-schema", {"inetOrgPerson", "activeDirectory"},
                "Which attributes and which kind of entries the directory has."),
         choice("ldap-security", {"starttls", "none"},
