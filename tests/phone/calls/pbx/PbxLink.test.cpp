@@ -1,41 +1,13 @@
 #include "calls/pbx/PbxLink.h"
 
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-
 #include <gtest/gtest.h>
 
+#include "Heard.h"
 #include "TestPbx.h"
 
 namespace {
 
 using namespace std::chrono_literals;
-
-// What was told, in order; each thing is waited for.
-class Heard {
-public:
-    void add(const std::string& what)
-    {
-        std::lock_guard lock(m_mutex);
-        m_all.push_back(what);
-        m_changed.notify_all();
-    }
-    std::string next()
-    {
-        std::unique_lock lock(m_mutex);
-        if (!m_changed.wait_for(lock, 10s, [this] { return !m_all.empty(); }))
-            return "nothing";
-        auto first = m_all.front();
-        m_all.pop_front();
-        return first;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::deque<std::string> m_all;
-};
 
 class Listener final : public PbxListenerIfc {
 public:
