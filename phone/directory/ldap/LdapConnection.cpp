@@ -32,8 +32,7 @@ using Guard = LdapWatchdog::Guard;
 constexpr ber_len_t nLARGEST_MESSAGE = 4 * 1024 * 1024;
 constexpr milliseconds nFAREWELL_TIME{200};
 constexpr std::size_t nLONGEST_SERVERS_WORDS = 200;
-// In the words of GnuTLS, with which libldap knows no other way to refuse what is older.
-constexpr char nTLS_VERSIONS[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
+constexpr char nNO_GOOD_TLS[] = "TLS 1.2 or later could not be agreed on";
 
 struct MessageDeleter {
     void operator()(LDAPMessage* message) const { ldap_msgfree(message); }
@@ -275,10 +274,21 @@ std::optional<LdapFault> LdapConnection::startTls(Deadline deadline)
         const Guard guard(m_watchdog, m_socket, deadline);
         code = requestTls();
     }
-    if (code == LDAP_SUCCESS && ldap_tls_inplace(m_pHandle.get()))
+    const bool inPlace = code == LDAP_SUCCESS && ldap_tls_inplace(m_pHandle.get());
+    if (inPlace && isTlsGood())
         return std::nullopt;
     m_fit = false;
-    return whyNoTls(code, deadline);
+    return inPlace ? fault(LdapFailure::TlsFailed, nNO_GOOD_TLS) : whyNoTls(code, deadline);
+}
+
+// libldap with GnuTLS ignores the least version that it is told, and loses memory with a priority.
+bool LdapConnection::isTlsGood() const
+{
+    char* agreed = nullptr;
+    ldap_get_option(m_pHandle.get(), LDAP_OPT_X_TLS_VERSION, &agreed);
+    const std::unique_ptr<char, MemoryDeleter> freed(agreed);
+    const std::string_view version(agreed ? agreed : "");
+    return version == "TLS1.2" || version == "TLS1.3";
 }
 
 std::optional<LdapFault> LdapConnection::prepareTls()
@@ -298,7 +308,7 @@ std::optional<LdapFault> LdapConnection::prepareTls()
          {LDAP_OPT_X_TLS_CACERTDIR, LDAP_OPT_X_TLS_CERTFILE, LDAP_OPT_X_TLS_KEYFILE, LDAP_OPT_X_TLS_CRLFILE})
         ldap_set_option(handle, option, "");
     ldap_set_option(handle, LDAP_OPT_X_TLS_PEERKEY_HASH, nullptr);
-    ldap_set_option(handle, LDAP_OPT_X_TLS_CIPHER_SUITE, nTLS_VERSIONS);
+    ldap_set_option(handle, LDAP_OPT_X_TLS_CIPHER_SUITE, nullptr);
     ldap_set_option(handle, LDAP_OPT_X_TLS_CACERTFILE, file.c_str());
     ldap_set_option(handle, LDAP_OPT_X_TLS_REQUIRE_CERT, &require);
     ldap_set_option(handle, LDAP_OPT_X_TLS_REQUIRE_SAN, &host);
@@ -333,7 +343,7 @@ LdapFault LdapConnection::whyNoTls(int code, Deadline deadline)
         return fault(LdapFailure::StartTlsRefused,
                      "the server offers no encryption" + inServersWords() +
                          ": set it up there, or name an ldaps:// server in \"ldap-servers\"");
-    auto broke = broken(deadline, "TLS 1.2 or later could not be agreed on");
+    auto broke = broken(deadline, nNO_GOOD_TLS);
     if (broke.failure != LdapFailure::Disconnected)
         return broke;
     if (m_settings.checkCertificate) {

@@ -110,6 +110,7 @@ private:
     std::optional<LdapFault> prepareTls();
     LdapFault noTrustedCertificates() const;
     int requestTls();
+    bool isTlsGood() const;
     LdapFault whyNoTls(int code, Deadline deadline);
     LdapSearchEnd searchEnd(int code, const LdapSearch& what);
     LdapFault searchFault(int code, const LdapSearch& what) const;
