@@ -1,5 +1,6 @@
 // The telephone's page: puts the connection, the screen and the keys together.
 
+import { CallBar } from "./calls.js";
 import { Connection } from "./connection.js";
 import { byId, element, tryPicturesAgain } from "./dom.js";
 import { keyOf } from "./keyboard.js";
@@ -50,13 +51,16 @@ function received(message) {
     document.documentElement.lang = message.language ?? "en";
     translatePage();
   }
-  if (message.frame)
+  if (message.frame) {
+    calls.show(message.frame.signs);
     screen.show(message.frame);
+  }
   for (const [, verdict] of message.acks ?? [])
     if (verdict === "busy")
       showHint(text("phone.busyKeyDropped"));
 }
 
+const calls = new CallBar(text);
 const screen = new ScreenView(pressedOnKeyboard, text);
 const connection = new Connection(location.hash.slice(1), received, showState);
 

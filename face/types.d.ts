@@ -59,6 +59,21 @@ export interface Screen extends Pictured {
   waiting: boolean;
 }
 
+export interface Call {
+  id: string;
+  state: "calling" | "alerting" | "incoming" | "connected" | "held" | "failed";
+  name: string;
+  number: string; // "" when it is the name, or is not known
+  text: string; // the state in words, or why it has failed
+  since: number; // of one that is or was connected: when that began, as Date.now() has it
+}
+
+export interface Signs {
+  offHook: boolean;
+  dialPad: boolean;
+  calls: Call[];
+}
+
 export interface Frame {
   number: number;
   tabs: string[];
@@ -68,7 +83,7 @@ export interface Frame {
   popup: Screen | null;
   softKeys: string[];
   systemWindow: string[];
-  signs: { offHook: boolean; dialPad: boolean };
+  signs: Signs;
 }
 
 export type Verdict = "taken" | "busy" | "closed" | "unknown";

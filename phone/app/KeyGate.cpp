@@ -7,7 +7,8 @@ namespace {
 
 bool belongsToTheTelephone(const PhoneKey& key)
 {
-    return key.kind == Kind::Hook || key.kind == Kind::HangUp || key.kind == Kind::Home;
+    return key.kind == Kind::Hook || key.kind == Kind::HangUp || key.kind == Kind::Home ||
+           key.kind == Kind::Answer || key.kind == Kind::End;
 }
 
 } // namespace

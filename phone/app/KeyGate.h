@@ -5,7 +5,7 @@
 // notification and does nothing else. Only a key that passes is queued. So a key that was pressed
 // at one screen never acts on the next.
 //
-// What belongs to the telephone itself (hook, hang up, home) is never judged and goes before
+// What belongs to the telephone itself (hook, hang up, keys for calls, home) is never judged and goes before
 // everything that is queued; keys that were queued before Home are forgotten with it. Until such a
 // key has its turn the event thread may wait for nothing: a search that runs is given up.
 

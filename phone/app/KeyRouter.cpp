@@ -1,6 +1,7 @@
 #include "app/KeyRouter.h"
 
 #include <string_view>
+#include <utility>
 
 #include <framework/display/Frame.h>
 
@@ -30,12 +31,16 @@ void KeyRouter::route(const PhoneKey& key)
         m_stage.home();
         break;
     case PhoneKey::Kind::Hook:
-        setOffHook(!m_offHook);
+        hookKey();
         break;
     case PhoneKey::Kind::HangUp:
-        m_dialPad = false;
-        m_dialling.hangUp();
-        setOffHook(false);
+        hangUpKey();
+        break;
+    case PhoneKey::Kind::Answer:
+        m_dialling.answer(key.call);
+        break;
+    case PhoneKey::Kind::End:
+        m_dialling.end(key.call);
         break;
     case PhoneKey::Kind::DialPad:
         m_dialPad = !m_dialPad;
@@ -61,14 +66,37 @@ void KeyRouter::screenKey(const Key& key)
         m_stage.home();
 }
 
+// Who lifts the handset for a call that rings does not want to dial.
+void KeyRouter::hookKey()
+{
+    if (m_dialling.answer(""))
+        setHandset(true);
+    else
+        setOffHook(!m_offHook);
+}
+
+void KeyRouter::hangUpKey()
+{
+    m_dialPad = false;
+    if (m_dialling.rejectOnly())
+        return;
+    if (m_offHook)
+        setOffHook(false);
+    else
+        m_dialling.hangUp();
+}
+
 void KeyRouter::setOffHook(bool offHook)
 {
-    if (m_offHook == offHook)
-        return;
-    m_offHook = offHook;
-    m_dialPad = false;
-    m_physical.hookChanged(offHook);
+    setHandset(offHook);
     m_dialling.hook(offHook);
+}
+
+void KeyRouter::setHandset(bool lifted)
+{
+    m_dialPad = false;
+    if (std::exchange(m_offHook, lifted) != lifted)
+        m_physical.hookChanged(lifted);
 }
 
 bool KeyRouter::dials(const Key& key, char& digit) const

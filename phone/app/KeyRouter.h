@@ -23,6 +23,12 @@ public:
         std::function<void(bool offHook)> hook;
         std::function<void(char digit)> digit;
         std::function<void()> hangUp;
+        // These two do it to the call of that id, or for "" to the call that rings; false when there
+        // is none.
+        std::function<bool(const std::string& call)> answer;
+        std::function<bool(const std::string& call)> end;
+        // Rejects the call that rings; false when there is none, or another one to hang up first.
+        std::function<bool()> rejectOnly;
     };
 
     // `phonebook` is the phonelet that the phonebook key opens; null when there is none.
@@ -40,7 +46,10 @@ public:
 
 private:
     void screenKey(const DisplayAPI::Key& key);
+    void hookKey();
+    void hangUpKey();
     void setOffHook(bool offHook);
+    void setHandset(bool lifted);
     bool dials(const DisplayAPI::Key& key, char& digit) const;
 
     Stage& m_stage;

@@ -65,6 +65,7 @@ Phone::Phone(PhoneOptions options)
     , m_idle({m_clock, m_translator, variant(), [this] { return m_translator.language(); },
               [this] { return lineState(); }, [this] { return advice(); },
               [this] { m_router->openPhonebook(); }, m_idleDialler})
+    , m_callBar({m_clock, m_events, m_translator, [this](const auto& number) { return namesOf(number); }})
     , m_stage([this] { becomeIdle(); })
     , m_keys(m_events, m_frames,
              {[this](const PhoneKey& key) { m_router->route(key); },
@@ -78,7 +79,8 @@ Result<void> Phone::openServices()
 {
     const bool watch = m_options.clock == nullptr;
     auto services = Services::open({m_configuration, m_options.profile, m_clock, m_events, m_events,
-                                    m_updates, m_states, watch, [this] { m_router->diallingEnded(); }});
+                                    m_updates, m_states, watch, [this] { m_router->diallingEnded(); },
+                                    [this](const CallRecord& call) { m_callBar.callChanged(call); }});
     if (!services)
         return services.error();
     m_services = std::move(services).value();
@@ -253,10 +255,11 @@ KeyRouter::Dialling Phone::dialling()
         m_idleDialler.handleDialingStopped();
     };
     const auto hook = [this, hangUp](bool offHook) {
-        if (offHook)
-            m_services->digits().offHook();
-        else
+        // With a call in front, it is what the handset is lifted for.
+        if (!offHook)
             hangUp();
+        else if (!m_services->calls().isCalling())
+            m_services->digits().offHook();
     };
     const auto digit = [this](char typed) {
         // What is in front takes no digits: the telephone itself does.
@@ -266,7 +269,29 @@ KeyRouter::Dialling Phone::dialling()
         if (!m_stage.front())
             m_idleDialler.typed(typed);
     };
-    return {hook, digit, hangUp};
+    const auto answer = [this](const std::string& call) {
+        auto& calls = m_services->calls();
+        const bool taken = call.empty() ? calls.answer() : calls.answer(call);
+        if (taken)
+            callAccepted();
+        return taken;
+    };
+    const auto end = [this](const std::string& call) {
+        return call.empty() ? m_services->calls().reject() : m_services->calls().end(call);
+    };
+    const auto rejectOnly = [this] {
+        return !m_services->calls().isCalling() && m_services->calls().reject();
+    };
+    return {hook, digit, hangUp, answer, end, rejectOnly};
+}
+
+// It takes the screen, and the place of what was being dialled.
+void Phone::callAccepted()
+{
+    if (m_services->digits().isDialling())
+        m_services->digits().dialingStopped();
+    m_idleDialler.handleDialingStopped();
+    m_stage.home();
 }
 
 void Phone::eventDone()
@@ -277,7 +302,7 @@ void Phone::eventDone()
         front->display().eventDone();
     else
         m_frames.publish(m_idle.paint(), FrameMoment::AfterEvent);
-    m_frames.setSigns({m_router->isOffHook(), m_router->isDialPadOn()});
+    m_frames.setSigns({m_router->isOffHook(), m_router->isDialPadOn(), m_callBar.paint()});
 }
 
 // A dialler that was closed must not dial what it held when the time for another digit is over.
@@ -318,6 +343,11 @@ void Phone::closeNotification(std::uint64_t id)
 {
     if (auto* front = m_stage.front())
         front->display().closeNotification(id);
+}
+
+std::vector<std::string> Phone::namesOf(const std::string& /*number*/)
+{
+    return {};
 }
 
 std::string Phone::lineState() const

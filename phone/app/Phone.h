@@ -24,6 +24,7 @@
 #include "app/Services.h"
 #include "app/Stage.h"
 #include "app/UpdateGate.h"
+#include "calls/CallBar.h"
 #include "system/Configuration.h"
 #include "system/FileWatch.h"
 #include "system/Translator.h"
@@ -78,7 +79,7 @@ public:
     // Null when there is no phonelet of that name, or it has failed.
     Phonelet* phonelet(const std::string& name);
     // A call was accepted: it takes the screen.
-    void callAccepted() { m_stage.home(); }
+    void callAccepted();
 
     // Looks at the configuration file again and acts on what has changed. By itself that happens
     // when the file is written, if there is a thread.
@@ -118,6 +119,7 @@ private:
     void applyConfiguration();
     void tellRefusals();
     void changeLanguage();
+    std::vector<std::string> namesOf(const std::string& number);
     std::string lineState() const;
     std::vector<std::string> advice();
     bool anyFormIsOpen() const;
@@ -134,6 +136,7 @@ private:
     std::unique_ptr<Services> m_services;
     IdleDialler m_idleDialler;
     IdleScreen m_idle;
+    CallBar m_callBar;
     Stage m_stage;
     std::unique_ptr<KeyRouter> m_router; // with services
     KeyGate m_keys;

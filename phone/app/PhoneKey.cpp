@@ -27,6 +27,8 @@ const std::map<std::string_view, PhoneKey>& namedKeys()
         {"hook", PhoneKey::of(Kind::Hook)},
         {"hangup", PhoneKey::of(Kind::HangUp)},
         {"dialpad", PhoneKey::of(Kind::DialPad)},
+        {"answer", PhoneKey::of(Kind::Answer)},
+        {"reject", PhoneKey::of(Kind::End)},
     };
     return keys;
 }
@@ -63,6 +65,8 @@ std::optional<std::vector<PhoneKey>> keysFromWord(std::string_view word)
 {
     constexpr std::string_view DIGITS = "0123456789*#";
     constexpr std::string_view TEXT = "text:";
+    constexpr std::string_view ANSWER = "answer:";
+    constexpr std::string_view END = "end:";
 
     if (const auto named = namedKeys().find(word); named != namedKeys().end())
         return std::vector{named->second};
@@ -70,6 +74,10 @@ std::optional<std::vector<PhoneKey>> keysFromWord(std::string_view word)
         return std::vector{PhoneKey::of(Key::ofDigit(word[0]))};
     if (word.starts_with(TEXT))
         return typed(word.substr(TEXT.size()));
+    if (word.starts_with(ANSWER) && word.size() > ANSWER.size())
+        return std::vector{PhoneKey::of(PhoneKey::Kind::Answer, std::string(word.substr(ANSWER.size())))};
+    if (word.starts_with(END) && word.size() > END.size())
+        return std::vector{PhoneKey::of(PhoneKey::Kind::End, std::string(word.substr(END.size())))};
     if (const auto index = indexAfter("soft", word))
         return std::vector{PhoneKey::of(Key::of(Key::Kind::SoftKey, *index))};
     if (const auto index = indexAfter("row", word))

@@ -85,6 +85,7 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
     for (const auto& [item, names] : SHARED_ITEMS)
         copyToOptionStore(item);
     setCorporateDirectory();
+    setSipLine();
 }
 
 CallHooks Services::callHooks()
@@ -92,10 +93,9 @@ CallHooks Services::callHooks()
     return {[this](const std::string& number) { m_journal->addDialled(m_digits.partyOf(number)); },
             [this] {
                 m_digits.dialingStopped();
-    setSipLine();
                 m_parts.dialingStopped();
             },
-            [this](const std::string& number) { return m_digits.toDialString(number); }};
+            [this](const std::string& number) { return m_digits.toDialString(number); }, m_parts.callChanged};
 }
 
 Executable* Services::find(const std::string& name)
@@ -131,6 +131,8 @@ void Services::itemChanged(const std::string& name)
     copyToOptionStore(name);
     if (concernsCorporateDirectory(name))
         setCorporateDirectory();
+    if (name.starts_with("sip-"))
+        setSipLine();
     m_digits.setRules(rulesOf(m_parts.configuration), timesOf(m_parts.configuration));
     m_localMgmt.itemChanged(name);
 }
@@ -138,17 +140,8 @@ void Services::itemChanged(const std::string& name)
 void Services::setCorporateDirectory()
 {
     m_directory->setCorporateDirectory(ldapSettingsOf(m_parts.configuration, m_parts.profile.data));
-    if (name.starts_with("sip-"))
-        setSipLine();
 }
 
-void Services::dropObservers()
-{
-    m_localMgmt.dropObservers();
-    m_physicalInterface.dropObservers();
-}
-
-void Services::copyToOptionStore(const std::string& item)
 void Services::setSipLine()
 {
     // Where the clock is not the world's, nothing is started that lives by the world's.
@@ -171,6 +164,13 @@ void Services::setSipLine()
         addLine(std::make_unique<SipLine>(*settings));
 }
 
+void Services::dropObservers()
+{
+    m_localMgmt.dropObservers();
+    m_physicalInterface.dropObservers();
+}
+
+void Services::copyToOptionStore(const std::string& item)
 {
     const auto shared = SHARED_ITEMS.find(item);
     if (shared == SHARED_ITEMS.end())

@@ -41,6 +41,8 @@ public:
         bool watch = true;
         // A placed call was connected, failed or was cleared, or the user hung up.
         std::function<void()> dialingStopped;
+        // A call has come, has changed, or is over.
+        std::function<void(const CallRecord& call)> callChanged;
     };
 
     static Result<std::unique_ptr<Services>> open(Parts parts);
@@ -78,18 +80,18 @@ private:
     // An administrator's value of an item that the option store keeps too goes there.
     void copyToOptionStore(const std::string& item);
     void setCorporateDirectory();
-
-    const Parts m_parts;
     // The line that the configuration names, in the place of the one before.
     void setSipLine();
+
+    const Parts m_parts;
     std::unique_ptr<DirectoryService> m_directory;
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
     CallService m_calls;
     std::vector<const LineIfc*> m_lines; // the call service owns them
+    std::optional<SipSettings> m_sipLine; // of the SIP line that is among them
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
-    std::optional<SipSettings> m_sipLine; // of the SIP line that is among them
     DataAccessService m_dataAccess;
     TeamService m_team;
     ObexService m_obex;

@@ -8,6 +8,7 @@
 #include <framework/csta/CSTARequests.h>
 #include <framework/csta/communicationsServiceTexts.h>
 
+#include "PbxIfc.h"
 #include "app/PhoneLog.h"
 
 namespace {
@@ -45,24 +46,82 @@ void CallService::removeLine(const std::string& number)
                                     [&](const auto& line) { return line->number() == number; });
     if (found == m_lines.end())
         return;
-    std::vector<std::string> cut;
-    for (const auto& [id, call] : m_calls) {
-        if (call.line == found->get())
-            cut.push_back(id);
+    for (auto& call : m_calls) {
+        if (call.line != found->get())
+            continue;
+        call.line = nullptr;
+        callStateChanged(call.record.id, CallState::Null, CallEnd::Unreachable);
     }
-    for (const auto& id : cut)
-        callStateChanged(id, CallState::Null, CallEnd::Unreachable);
-    for (const auto& id : cut)
-        m_calls.at(id).line = nullptr;
     m_lines.erase(found);
+}
+
+bool CallService::answer()
+{
+    auto* call = ringing();
+    return call && answer(*call);
+}
+
+bool CallService::reject()
+{
+    auto* call = ringing();
+    if (call)
+        end(*call);
+    return call != nullptr;
 }
 
 void CallService::hangUp()
 {
-    for (const auto& [id, call] : m_calls) {
-        if (call.line)
-            call.line->clearCall(id);
-    }
+    const auto front =
+        std::find_if(m_calls.rbegin(), m_calls.rend(), [](const auto& call) { return !call.record.rings(); });
+    if (front != m_calls.rend())
+        end(*front);
+}
+
+bool CallService::answer(const std::string& callId)
+{
+    const auto call = find(callId);
+    return call != m_calls.end() && call->record.rings() && answer(*call);
+}
+
+bool CallService::end(const std::string& callId)
+{
+    const auto call = find(callId);
+    if (call == m_calls.end())
+        return false;
+    end(*call);
+    return true;
+}
+
+bool CallService::isCalling() const
+{
+    return std::ranges::any_of(m_calls, [](const auto& call) { return !call.record.rings(); });
+}
+
+std::vector<CallService::Call>::iterator CallService::find(const std::string& callId)
+{
+    return std::ranges::find_if(m_calls, [&](const auto& call) { return call.record.id == callId; });
+}
+
+// The latest call that rings here; null when none does.
+CallService::Call* CallService::ringing()
+{
+    const auto found = std::find_if(m_calls.rbegin(), m_calls.rend(),
+                                    [](const auto& call) { return call.record.rings() && !call.ended; });
+    return found == m_calls.rend() ? nullptr : &*found;
+}
+
+bool CallService::answer(Call& call)
+{
+    if (call.line)
+        call.line->answerCall(call.record.id);
+    return call.line != nullptr;
+}
+
+void CallService::end(Call& call)
+{
+    call.ended = true;
+    if (call.line)
+        call.line->clearCall(call.record.id);
 }
 
 void CallService::sendRequest(CSTARequest& request)
@@ -81,6 +140,8 @@ void CallService::sendRequest(CSTARequest& request)
         pickUp(*pickup);
     else if (auto* snapshot = dynamic_cast<CSTASnapshotDeviceRequest*>(&request))
         takeSnapshot(*snapshot);
+    else if (auto* button = dynamic_cast<CSTAButtonPressRequest*>(&request); button && m_pPbx)
+        m_pPbx->pressButton(*button);
     else
         refuse(request, CSTAErrorCode::OTHER);
 }
@@ -107,9 +168,13 @@ void CallService::stopMonitor(CSTAMonitorStopRequest& request)
     request.setResponse(nSUCCESS, std::make_unique<CSTAMonitorStopResponse>());
 }
 
-// No line here leads to a PBX that has such a feature.
+// Without a PBX nobody has such a feature.
 void CallService::answerSystemStatus(CSTARequestSystemStatusRequest& request)
 {
+    if (m_pPbx) {
+        m_pPbx->answerSystemStatus(request);
+        return;
+    }
     using namespace communicationsServiceTexts;
     if (request.getFeatureData().Action != content_feature_query) {
         refuse(request, CSTAErrorCode::OTHER);
@@ -132,7 +197,7 @@ void CallService::makeCall(CSTAMakeCallRequest& request)
     const auto place = [&](LineIfc& line, const std::string& callId) {
         return line.placeCall(callId, toDial);
     };
-    const auto id = startCall(request, request.getCallingDevice(), place, number);
+    const auto id = startCall(request, request.getCallingDevice(), Kind::Dialled, number, place);
     if (!id.empty())
         request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
 }
@@ -142,15 +207,16 @@ void CallService::pickUp(CSTADirectedPickupCallRequest& request)
     const auto take = [&](LineIfc& line, const std::string& callId) {
         return line.pickUpCall(callId, request.getCallToBePickedUp());
     };
-    const auto id = startCall(request, request.getRequestingDeviceID(), take, "");
+    const auto id = startCall(request, request.getRequestingDeviceID(), Kind::PickedUp,
+                              request.getCallToBePickedUp(), take);
     if (!id.empty())
         request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
 }
 
-// The id of the call that has begun; "" with the refusal in the request. A number that is dialled is
-// reported before anything that the line says of the call.
-std::string CallService::startCall(CSTARequest& request, const std::string& device, const Start& start,
-                                   const std::string& dialledNumber)
+// The id of the call that has begun; "" with the refusal in the request. It is reported before anything
+// that the line says of the call.
+std::string CallService::startCall(CSTARequest& request, const std::string& device, Kind kind,
+                                   const std::string& number, const Start& start)
 {
     auto* line = lineFor(device);
     if (!line) {
@@ -161,13 +227,12 @@ std::string CallService::startCall(CSTARequest& request, const std::string& devi
         return "";
     }
     auto id = nextId();
-    m_calls[id] = {line, !dialledNumber.empty()};
-    if (!dialledNumber.empty())
-        reportPlaced(id, dialledNumber);
+    m_calls.push_back({{id, line->number(), false, number, ""}, line, kind == Kind::Dialled});
+    reportBegun(id);
     if (start(*line, id))
         return id;
     PHONE_USER("the line %s refused a call", line->number().c_str());
-    m_calls.erase(id);
+    m_calls.erase(find(id));
     refuse(request, CSTAErrorCode::OTHER);
     return "";
 }
@@ -179,8 +244,8 @@ void CallService::takeSnapshot(CSTASnapshotDeviceRequest& request)
         return;
     }
     std::vector<int> states;
-    for (const auto& [id, call] : m_calls)
-        states.push_back(static_cast<int>(call.state));
+    for (const auto& call : m_calls)
+        states.push_back(static_cast<int>(call.record.state));
     request.setResponse(nSUCCESS, std::make_unique<CSTASnapshotDeviceResponse>(std::move(states)));
 }
 
@@ -218,18 +283,21 @@ std::string CallService::nextId()
     return std::to_string(++m_lastId);
 }
 
-void CallService::callStateChanged(const std::string& callId, CallState state, CallEnd /*why*/)
+void CallService::callStateChanged(const std::string& callId, CallState state, CallEnd why)
 {
-    post("call state", [this, callId, state] { follow(callId, state); });
+    post("call state", [this, callId, state, why] { follow(callId, state, why); });
 }
 
-std::string CallService::callOffered(LineIfc& line, const Caller& /*caller*/)
+std::string CallService::callOffered(LineIfc& line, const Caller& caller)
 {
     auto id = nextId();
-    post("call offered", [this, id, &line] {
+    post("call offered", [this, id, &line, caller] {
         // The line may have gone meanwhile.
-        if (std::ranges::any_of(m_lines, [&](const auto& own) { return own.get() == &line; }))
-            m_calls[id] = {&line, false, CallState::Alerting};
+        if (std::ranges::none_of(m_lines, [&](const auto& own) { return own.get() == &line; }))
+            return;
+        const CallRecord record{id, line.number(), true, caller.number, caller.name, CallState::Alerting};
+        m_calls.push_back({record, &line, false});
+        reportChanged(record);
     });
     return id;
 }
@@ -239,31 +307,47 @@ void CallService::serviceChanged(LineIfc& /*line*/)
     post("line service", [] {}); // the screen is painted anew
 }
 
-void CallService::follow(const std::string& callId, CallState state)
+void CallService::follow(const std::string& callId, CallState state, CallEnd why)
 {
-    const auto found = m_calls.find(callId);
-    if (found == m_calls.end())
+    auto call = find(callId);
+    if (call == m_calls.end())
         return;
-    found->second.state = state;
-    const bool ended = state == CallState::Null || state == CallState::Failed;
-    if (ended || state == CallState::Connected)
-        reportStopped(found->second);
-    if (ended)
-        m_calls.erase(callId);
+    const bool isTaken = call->record.rings() && state == CallState::Connected;
+    call->record.state = state;
+    if (isTaken)
+        call = std::rotate(call, call + 1, m_calls.end());
+    const bool isOver = call->record.isOver();
+    const bool stopsDialling =
+        (isOver || state == CallState::Connected) && std::exchange(call->dialing, false);
+    auto record = call->record;
+    if (isOver) {
+        record.why = call->ended ? CallEnd::Cleared : why;
+        record.state = call->ended ? CallState::Null : state;
+        record.lineIsOut = !call->line || !call->line->isInService();
+        m_calls.erase(call);
+    }
+    if (stopsDialling && m_hooks.dialingStopped)
+        m_hooks.dialingStopped();
+    reportChanged(record);
 }
 
-void CallService::reportPlaced(const std::string& callId, const std::string& number)
+void CallService::reportBegun(const std::string& callId)
 {
-    post("call placed", [this, callId, number] {
-        if (m_calls.count(callId) > 0 && m_hooks.placed)
-            m_hooks.placed(number);
+    post("call begun", [this, callId] {
+        const auto call = find(callId);
+        if (call == m_calls.end())
+            return;
+        const auto record = call->record;
+        if (call->dialing && m_hooks.placed)
+            m_hooks.placed(record.number);
+        reportChanged(record);
     });
 }
 
-void CallService::reportStopped(Call& call)
+void CallService::reportChanged(const CallRecord& call)
 {
-    if (std::exchange(call.dialing, false) && m_hooks.dialingStopped)
-        m_hooks.dialingStopped();
+    if (m_hooks.changed)
+        m_hooks.changed(call);
 }
 
 void CallService::raise(std::shared_ptr<CSTAEvent> event)

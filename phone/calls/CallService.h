@@ -14,6 +14,7 @@
 
 #include <framework/csta/CSTAServiceIfc.h>
 
+#include "CallRecord.h"
 #include "LineIfc.h"
 #include "app/EventPoster.h"
 
@@ -25,6 +26,7 @@ class CSTAMonitorStartRequest;
 class CSTAMonitorStopRequest;
 class CSTARequestSystemStatusRequest;
 class CSTASnapshotDeviceRequest;
+class PbxIfc;
 
 // What the telephone does when calls come and go. Called as events; each may be empty.
 struct CallHooks {
@@ -34,6 +36,8 @@ struct CallHooks {
     std::function<void()> dialingStopped;
     // What is sent to the line for a number that a phonelet asks for. Asked at once.
     std::function<std::string(const std::string& number)> toDialString;
+    // A call has come, has changed, or is over: nothing more is heard of it then.
+    std::function<void(const CallRecord& call)> changed;
 };
 
 class CallService final : public CSTAServiceIfc, private LineObserverIfc {
@@ -45,12 +49,26 @@ public:
     void addLine(std::unique_ptr<LineIfc> line);
     // Its calls count as cleared.
     void removeLine(const std::string& number);
+    // Who is asked about features of the PBX; null for no PBX. Not owned. [phonelet-thread]
+    void setPbx(PbxIfc* pbx) { m_pPbx = pbx; }
     // The line for calls that name none; "" for none chosen.
     void chooseLine(const std::string& number) { m_chosenLine = number; }
 
-    // Ends all calls: the user hangs up. [phonelet-thread]
+    // What the user does with calls. [phonelet-thread]
+
+    // Takes the call that rings, the latest of several. False when none does.
+    bool answer();
+    // Rejects it. False when none rings.
+    bool reject();
+    // Ends the call in front: the one that was begun or taken last. One that rings is not meant.
     void hangUp();
+    // Takes or ends a certain call. False when it is over, or does not ring.
+    bool answer(const std::string& callId);
+    bool end(const std::string& callId);
+
     bool hasCalls() const { return !m_calls.empty(); }
+    // Whether there is a call in front.
+    bool isCalling() const;
 
     void sendRequest(CSTARequest& request) override;
 
@@ -61,9 +79,10 @@ public:
 
 private:
     struct Call {
+        CallRecord record;
         LineIfc* line;
-        bool dialing; // its end of dialling is still to be reported
-        CallState state = CallState::Initiated;
+        bool dialing;       // its end of dialling is still to be reported
+        bool ended = false; // the user has ended it: how it ends is of no interest
     };
 
     void startMonitor(CSTAMonitorStartRequest& request);
@@ -74,8 +93,9 @@ private:
     void takeSnapshot(CSTASnapshotDeviceRequest& request);
 
     using Start = std::function<bool(LineIfc& line, const std::string& callId)>;
-    std::string startCall(CSTARequest& request, const std::string& device, const Start& start,
-                          const std::string& dialledNumber);
+    enum class Kind { Dialled, PickedUp };
+    std::string startCall(CSTARequest& request, const std::string& device, Kind kind,
+                          const std::string& number, const Start& start);
     LineIfc* lineFor(const std::string& device) const;
     int causeWithoutLine() const;
     bool isOwnDevice(const std::string& device) const;
@@ -84,16 +104,21 @@ private:
     void callStateChanged(const std::string& callId, CallState state, CallEnd why) override;
     std::string callOffered(LineIfc& line, const Caller& caller) override;
     void serviceChanged(LineIfc& line) override;
-    void follow(const std::string& callId, CallState state);
-    void reportPlaced(const std::string& callId, const std::string& number);
-    void reportStopped(Call& call);
+    void follow(const std::string& callId, CallState state, CallEnd why);
+    std::vector<Call>::iterator find(const std::string& callId);
+    Call* ringing();
+    bool answer(Call& call);
+    void end(Call& call);
+    void reportBegun(const std::string& callId);
+    void reportChanged(const CallRecord& call);
     void post(const char* name, std::function<void()> event);
 
     EventPoster& m_events;
     CallHooks m_hooks;
     std::vector<std::unique_ptr<LineIfc>> m_lines;
     std::string m_chosenLine;
-    std::map<std::string, Call> m_calls;
+    PbxIfc* m_pPbx = nullptr;
+    std::vector<Call> m_calls;                       // the one that was begun or taken last is the last
     std::map<std::string, CSTAEventIfc*> m_monitors; // null for one that hears no events
     std::atomic<unsigned long> m_lastId = 0;
     // Tells an event that is queued that the service is gone.

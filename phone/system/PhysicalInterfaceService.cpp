@@ -68,6 +68,8 @@ std::optional<PhysicalKey> physical(const PhoneKey& key)
     case PhoneKey::Kind::DialPad:
         return PhysicalKey{Function::Function, 8, "dialpad"};
     case PhoneKey::Kind::Hook:
+    case PhoneKey::Kind::Answer:
+    case PhoneKey::Kind::End:
         break;
     }
     return std::nullopt;

@@ -48,6 +48,25 @@ const char* name(FrameField::Kind kind)
     return "text";
 }
 
+const char* name(FrameCall::State state)
+{
+    switch (state) {
+    case FrameCall::State::Calling:
+        return "calling";
+    case FrameCall::State::Alerting:
+        return "alerting";
+    case FrameCall::State::Incoming:
+        return "incoming";
+    case FrameCall::State::Connected:
+        return "connected";
+    case FrameCall::State::Held:
+        return "held";
+    case FrameCall::State::Failed:
+        return "failed";
+    }
+    return "failed";
+}
+
 } // namespace
 
 // Found by the JSON library by their name.
@@ -75,9 +94,15 @@ static void to_json(nlohmann::json& json, const FrameSoftKey& key)
     json = key.label;
 }
 
+static void to_json(nlohmann::json& json, const FrameCall& call)
+{
+    json = {{"id", call.id},         {"state", name(call.state)}, {"name", call.name},
+            {"number", call.number}, {"text", call.text},         {"since", call.since}};
+}
+
 static void to_json(nlohmann::json& json, const FrameSigns& signs)
 {
-    json = {{"offHook", signs.offHook}, {"dialPad", signs.dialPad}};
+    json = {{"offHook", signs.offHook}, {"dialPad", signs.dialPad}, {"calls", signs.calls}};
 }
 
 static void to_json(nlohmann::json& json, const FrameScreen& screen)

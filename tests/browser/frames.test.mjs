@@ -23,7 +23,14 @@ const field = (kind, position, rest = {}) => ({
 const form = (...fields) => screen("form", { title: "Contact", fields, rowCount: fields.length });
 const people = screen("list", { rows: [row("Adams, Alice", 0), row("Baker, Bob", 1)] });
 
+const call = (state, rest = {}) => ({ id: "7", state, name: "Miller, Anna", number: "030 2222", text: "In words", since: 0, ...rest });
+const withCalls = (...calls) => ({ signs: { offHook: false, dialPad: false, calls } });
+const twoCalls = withCalls(call("connected", { since: Date.now() - 42_000 }), call("incoming", { id: "8", name: "Adams, Bob / Miller, Anna", number: "+49 30 23125 001" }));
+
 const FRAMES = {
+  "two calls over a list": { base: people, tabs: ["Contacts"], currentTab: 0, ...twoCalls },
+  "a call that has failed over a form": { base: form(field("text", 0, { focused: true, cursor: 0 })), ...withCalls(call("failed", { text: "No such number", number: "" })) },
+  "a call that rings at the other end": { base: people, ...withCalls(call("alerting", { name: "W".repeat(60) })) },
   "three tabs, one of a PBX": { tabs: ["Contacts", "Directory", "PBX"], currentTab: 2, base: screen("none", { text: "…" }) },
   "the tab bar with the focus": { tabs: ["Contacts", "Directory"], currentTab: 1, tabBarFocused: true, base: { ...people, highlighted: false } },
   "an empty list that is being filled": { tabs: ["Contacts"], currentTab: 0, base: screen("list", { waiting: true }) },
@@ -38,7 +45,7 @@ const FRAMES = {
     base: form(field("text", 0, { value: "Lindqvist", maxLength: 5, focused: true, cursor: 9 }), field("number", 1, { value: "4711", readOnly: true })),
   },
   "a dialler": {
-    base: people, signs: { offHook: true, dialPad: true },
+    base: people, signs: { offHook: true, dialPad: true, calls: [] },
     popup: screen("dialler", { id: 2, dialler: { prefix: "0", line1: "Adams, Alice", line2: "+4930", edit: "", editMode: false, scrolls: true } }),
   },
 };
@@ -48,7 +55,7 @@ let number = 1e6;
 async function show(frame) {
   number += 1;
   connection.send(JSON.stringify({
-    frame: { number, tabs: [], currentTab: -1, tabBarFocused: false, popup: null, softKeys: [`Frame ${number}`], systemWindow: [], signs: { offHook: false, dialPad: false }, ...frame },
+    frame: { number, tabs: [], currentTab: -1, tabBarFocused: false, popup: null, softKeys: [`Frame ${number}`], systemWindow: [], signs: { offHook: false, dialPad: false, calls: [] }, ...frame },
   }));
   await expectText(page.locator("#soft button"), `Frame ${number}`);
 }
@@ -85,6 +92,95 @@ describe("the page", () => {
         assert.equal(await page.evaluate(() => document.activeElement?.closest("#display") !== null), true);
       }
     });
+
+  test("shows how long a call has been connected", async () => {
+    await page.clock.install({ time: 0 });
+    await page.reload();
+    await page.locator(".idle").waitFor();
+    const now = 1e12;
+    await page.clock.pauseAt(now);
+    const timer = page.locator("#calls [role=timer]");
+    await show({ base: people, ...withCalls(call("connected", { since: now - 3_599_000 })) });
+    assert.equal(await timer.textContent(), "59:59");
+    await page.clock.runFor(5000); // the page counts in seconds of its own
+    assert.match(await timer.textContent(), /^1:00:0[34]$/);
+    await show({ base: people, ...withCalls(call("connected", { since: now + 60_000 })) });
+    assert.equal(await timer.textContent(), "0:00");
+    await show({ base: people, ...withCalls(call("alerting")) });
+    assert.equal(await timer.textContent(), "");
+  });
+
+  test("offers what can be done with a call, by mouse and by keyboard, and keeps the focus there", async () => {
+    const pressed = [];
+    await page.context().close();
+    const context = await browser.newContext({ viewport: { width: 520, height: 1000 } });
+    page = await context.newPage();
+    await page.routeWebSocket(/\/face$/, (socket) => {
+      connection = socket;
+      const server = socket.connectToServer();
+      socket.onMessage((message) => { pressed.push(JSON.parse(message).key); server.send(message); });
+    });
+    await page.goto(telephone.address);
+    await page.locator(".idle").waitFor();
+    await show({ base: people, ...twoCalls });
+    const bar = page.getByRole("region", { name: "Calls" });
+    const second = bar.getByRole("group", { name: "Adams, Bob / Miller, Anna" });
+    assert.deepEqual(await second.getByRole("button").allTextContents(), ["Answer", "Reject"]);
+    assert.deepEqual(await bar.getByRole("group", { name: "Miller, Anna", exact: true }).getByRole("button").allTextContents(), ["Hang up"]);
+    await second.getByRole("button", { name: "Reject" }).click();
+    await second.getByRole("button", { name: "Answer" }).focus();
+    await page.keyboard.press("Enter");
+    await show({ base: people, ...withCalls(twoCalls.signs.calls[0], { ...twoCalls.signs.calls[1], state: "connected", text: "Connected" }) });
+    assert.deepEqual(pressed, ["end:8", "answer:8"]);
+    assert.equal(await page.evaluate(() => document.activeElement?.getAttribute("data-key")), "end:8");
+    await show({ base: people });
+    assert.equal(await bar.count(), 0);
+    assert.equal(await page.evaluate(() => document.activeElement?.closest("#display") !== null), true);
+  });
+
+  test("says what becomes of a call to those who cannot see it, once", async () => {
+    const said = page.locator("#callslive");
+    assert.equal(await said.getAttribute("role"), "alert");
+    await show({ base: people, ...withCalls(call("incoming", { text: "Incoming call" })) });
+    assert.equal(await said.textContent(), "Miller, Anna, 030 2222, Incoming call");
+    await said.evaluate((element) => { element.dataset.seen = "yes"; element.firstElementChild.dataset.seen = "yes"; });
+    await show({ base: form(field("text", 0)), ...withCalls(call("incoming", { text: "Incoming call" })) });
+    assert.equal(await said.locator("[data-seen]").count(), 1);
+    await show({ base: people, ...withCalls(call("failed", { text: "Busy" })) });
+    assert.equal(await said.textContent(), "Miller, Anna, 030 2222, Busy");
+  });
+
+  test("shows on the lamp of the hook key that a call rings or is connected, or the handset lifted", async () => {
+    const lamp = async () => page.locator("#lamp").getAttribute("data-lamp");
+    for (const [signs, shown] of [
+      [twoCalls.signs, "ringing"],
+      [withCalls(call("connected")).signs, "connected"],
+      [withCalls(call("held")).signs, "connected"],
+      [{ offHook: true, dialPad: false, calls: [call("alerting")] }, "offHook"],
+      [withCalls().signs, null],
+    ]) {
+      await show({ base: people, signs });
+      assert.equal(await lamp(), shown);
+    }
+  });
+
+  test("covers no row, no key and no tab with calls, in no window", async () => {
+    const tabbed = { base: people, tabs: ["Contacts", "Directory"], currentTab: 0, ...twoCalls };
+    for (const [width, height, size] of [[520, 1000, 100], [320, 640, 100], [1000, 700, 100], [520, 700, 200]]) {
+      await page.setViewportSize({ width, height });
+      await page.evaluate((percent) => { document.documentElement.style.fontSize = `${percent}%`; }, size);
+      await show(tabbed);
+      for (const part of await page.locator("#calls button, .tab, [role=option], #soft button, [data-key=ok], [data-key='5']").all()) {
+        await part.scrollIntoViewIfNeeded();
+        assert.equal(await part.evaluate((element) => {
+          const { left, top, width: wide, height: high } = element.getBoundingClientRect();
+          return element.contains(document.elementFromPoint(left + wide / 2, top + high / 2));
+        }), true, `${width}x${height} ${size} %: ${await part.textContent()}`);
+      }
+      const wide = await page.evaluate(() => document.documentElement.scrollWidth);
+      assert.ok(wide <= width, `${wide} of ${width}`);
+    }
+  });
 
   test("shows a picture, and a placeholder for one that is lost or cannot be shown", async () => {
     await show(FRAMES["a menu that shows whom it is about"]);

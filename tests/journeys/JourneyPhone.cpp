@@ -108,15 +108,21 @@ public:
     }
 
     // Nothing when no call was placed.
-    void become(CallState state)
+    void become(CallState state, CallEnd why = CallEnd::Cleared)
     {
         if (!m_callId.empty())
-            m_pObserver->callStateChanged(m_callId, state, CallEnd::Cleared);
+            m_pObserver->callStateChanged(m_callId, state, why);
+    }
+    // "030 12, Anna" calls.
+    void ring(const std::string& caller)
+    {
+        const auto parts = split(caller, ',');
+        m_callId = m_pObserver->callOffered(*this, {parts.at(0), parts.size() > 1 ? parts[1] : ""});
     }
 
     void setObserver(LineObserverIfc* observer) override { m_pObserver = observer; }
     std::string number() const override { return m_number; }
-    bool isInService() const override { return true; }
+    bool isInService() const override { return inService; }
     bool placeCall(const std::string& callId, const std::string& number) override
     {
         return take(callId, "call " + number);
@@ -133,6 +139,8 @@ public:
     {
         m_pObserver->callStateChanged(callId, CallState::Null, CallEnd::Cleared);
     }
+
+    bool inService = true;
 
 private:
     bool take(const std::string& callId, const std::string& what)
@@ -277,12 +285,32 @@ void JourneyPhone::word(const std::string& word)
         m_phone->stop();
         m_phone.reset();
         start();
-    } else if (m_pLine && (word == "answered" || word == "cleared")) {
-        m_pLine->become(word == "answered" ? CallState::Connected : CallState::Null);
-    } else {
+    } else if (!m_pLine || !lineSays(word)) {
         throw std::runtime_error("a journey knows no \"" + word + "\"");
     }
     settle();
+}
+
+bool JourneyPhone::lineSays(const std::string& word)
+{
+    const std::map<std::string, std::pair<CallState, CallEnd>> words{
+        {"alerting", {CallState::Alerting, CallEnd::Cleared}},
+        {"answered", {CallState::Connected, CallEnd::Cleared}},
+        {"cleared", {CallState::Null, CallEnd::Cleared}},
+        {"busy", {CallState::Failed, CallEnd::Busy}},
+        {"no-such-number", {CallState::Failed, CallEnd::NotFound}},
+        {"declined", {CallState::Failed, CallEnd::Declined}},
+        {"no-answer", {CallState::Failed, CallEnd::NoAnswer}},
+        {"unreachable", {CallState::Failed, CallEnd::Unreachable}}};
+    if (const auto said = words.find(word); said != words.end())
+        m_pLine->become(said->second.first, said->second.second);
+    else if (word.starts_with("rings:"))
+        m_pLine->ring(word.substr(word.find(':') + 1));
+    else if (word == "line:down" || word == "line:up")
+        m_pLine->inService = word == "line:up";
+    else
+        return false;
+    return true;
 }
 
 void JourneyPhone::outside(const std::string& change)

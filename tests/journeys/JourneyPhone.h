@@ -36,7 +36,10 @@ public:
     //   ldap-password:secret     an administrator gives the telephone another password
     //   disk:full, disk:free     whether anything can be written into the contacts' file
     //   restart                  the telephone is switched off and on
-    //   answered, cleared        what becomes of the call that was placed last
+    //   alerting, answered,      what becomes of the call that was placed last or came in last
+    //   cleared, busy, declined, no-answer, no-such-number, unreachable
+    //   rings:0301234,Anna       a call comes in
+    //   line:down, :up           whether calls can be placed
     std::string run(const std::string& words);
 
     std::string screen();
@@ -58,6 +61,8 @@ private:
     void start();
     void word(const std::string& word);
     void outside(const std::string& change);
+    // False when it says no such thing.
+    bool lineSays(const std::string& word);
     void setItem(const std::string& item, const std::string& value);
     void keepPassword(const std::string& password);
     void settle();

@@ -23,6 +23,11 @@ std::size_t bytes(const std::string& text, int characters)
     return position;
 }
 
+std::string callText(const FrameCall& call)
+{
+    return "= " + call.name + (call.number.empty() ? "" : ", " + call.number) + ": " + call.text + '\n';
+}
+
 std::string fieldText(const FrameField& field)
 {
     auto value = field.value;
@@ -108,7 +113,10 @@ std::string toText(const FrameScreen& screen)
 
 std::string toText(const Frame& frame)
 {
-    auto text = tabText(frame) + headText(frame.base);
+    std::string text;
+    for (const auto& call : frame.signs.calls)
+        text += callText(call);
+    text += tabText(frame) + headText(frame.base);
     text += frame.popups.empty() ? bodyText(frame.base) : toText(frame.popups.back());
     for (const auto& line : frame.systemWindow)
         text += line + '\n';

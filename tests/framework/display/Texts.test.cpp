@@ -80,6 +80,15 @@ TEST(TextScreen, ShowsThePopupOnTopInPlaceOfTheRows)
     EXPECT_EQ(toText(frame), "title\n! on top\nline\n( ok )( back )\n");
 }
 
+TEST(TextScreen, BeginsWithTheCalls)
+{
+    Frame frame;
+    frame.base.title = "title";
+    frame.signs.calls = {{"1", FrameCall::State::Incoming, "Ann", "030 12", "Incoming call"},
+                         {"2", FrameCall::State::Connected, "030 13", "", "Connected"}};
+    EXPECT_EQ(toText(frame), "= Ann, 030 12: Incoming call\n= 030 13: Connected\ntitle\n");
+}
+
 TEST(TextScreen, PutsTheCursorBetweenCharacters)
 {
     FrameScreen screen;

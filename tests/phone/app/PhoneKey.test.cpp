@@ -41,3 +41,15 @@ TEST(PhoneKey, KnowsNoOtherWord)
     EXPECT_FALSE(keysFromWord(""));
     EXPECT_FALSE(keysFromWord("12"));
 }
+
+TEST(PhoneKey, NamesTheCallThatItIsFor)
+{
+    EXPECT_EQ(keysFromWord("answer:12")->front().kind, PhoneKey::Kind::Answer);
+    EXPECT_EQ(keysFromWord("answer:12")->front().call, "12");
+    EXPECT_EQ(keysFromWord("end:3")->front().kind, PhoneKey::Kind::End);
+    EXPECT_EQ(keysFromWord("end:3")->front().call, "3");
+    EXPECT_EQ(keysFromWord("reject")->front().kind, PhoneKey::Kind::End);
+    EXPECT_EQ(keysFromWord("reject")->front().call, "");
+    EXPECT_FALSE(keysFromWord("answer:"));
+    EXPECT_FALSE(keysFromWord("end:"));
+}

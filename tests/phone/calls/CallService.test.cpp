@@ -83,7 +83,9 @@ protected:
     CallService calls{events,
                       {[this](const std::string& number) { m_hooked += "placed(" + number + ") "; },
                        [this] { m_hooked += "stopped "; },
-                       [](const std::string& number) { return "0" + number; }}};
+                       [](const std::string& number) { return "0" + number; },
+                       [this](const CallRecord& call) { changes.push_back(call); }}};
+    std::vector<CallRecord> changes;
 };
 
 TEST_F(Calls, FailWithoutALine)
@@ -248,8 +250,6 @@ TEST_F(Calls, HaveNoPhonebookOfThePbx)
     EXPECT_NE(outcome(activate), "ok");
 }
 
-} // namespace
-
 TEST_F(Calls, CountACallThatComesInUntilItIsOver)
 {
     auto& line = addLine("20");
@@ -257,7 +257,7 @@ TEST_F(Calls, CountACallThatComesInUntilItIsOver)
     EXPECT_TRUE(states().empty()); // not heard of yet
     EXPECT_EQ(after(), "");
     EXPECT_EQ(states(), std::vector<int>{2});
-    line.answerCall(line.lastCall);
+    EXPECT_TRUE(calls.answer());
     EXPECT_EQ(after(), "");
     EXPECT_EQ(states(), std::vector<int>{3});
     calls.hangUp();
@@ -272,3 +272,119 @@ TEST_F(Calls, KnowNoCallOfALineThatIsGone)
     events.runPending();
     EXPECT_FALSE(calls.hasCalls());
 }
+
+TEST_F(Calls, AreToldOfFromTheirBeginningToTheirEnd)
+{
+    auto& line = addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    EXPECT_TRUE(changes.empty()); // never on the caller's stack
+    line.tell(CallState::Alerting);
+    line.tell(CallState::Failed, CallEnd::Busy);
+    events.runPending();
+
+    ASSERT_EQ(changes.size(), 3u);
+    EXPECT_EQ(changes[0].line, "20");
+    EXPECT_EQ(changes[0].number, "4711");
+    EXPECT_FALSE(changes[0].incoming);
+    EXPECT_EQ(changes[0].state, CallState::Initiated);
+    EXPECT_EQ(changes[1].state, CallState::Alerting);
+    EXPECT_EQ(changes[2].state, CallState::Failed);
+    EXPECT_EQ(changes[2].why, CallEnd::Busy);
+    EXPECT_FALSE(changes[2].lineIsOut);
+}
+
+TEST_F(Calls, ThatComeInAreToldOfWithWhatTheLineSays)
+{
+    addLine("20").ring({"030123", "Anna"});
+    events.runPending();
+    ASSERT_EQ(changes.size(), 1u);
+    EXPECT_TRUE(changes[0].rings());
+    EXPECT_EQ(changes[0].number, "030123");
+    EXPECT_EQ(changes[0].name, "Anna");
+}
+
+TEST_F(Calls, ThatTheUserEndsAreClearedWhateverTheLineSays)
+{
+    auto& line = addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    line.answersClear = false;
+    calls.hangUp();
+    line.tell(CallState::Failed, CallEnd::NoAnswer);
+    events.runPending();
+    EXPECT_EQ(changes.back().state, CallState::Null);
+    EXPECT_EQ(changes.back().why, CallEnd::Cleared);
+}
+
+TEST_F(Calls, SayThatTheirLineIsOut)
+{
+    auto& line = addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    line.inService = false;
+    line.tell(CallState::Null, CallEnd::Unreachable);
+    events.runPending();
+    EXPECT_TRUE(changes.back().lineIsOut);
+
+    line.inService = true;
+    EXPECT_EQ(dial("4712"), "ok");
+    calls.removeLine("20");
+    events.runPending();
+    EXPECT_EQ(changes.back().why, CallEnd::Unreachable);
+    EXPECT_TRUE(changes.back().lineIsOut);
+}
+
+TEST_F(Calls, AreEndedFromTheFrontOneByOne)
+{
+    auto& line = addLine("20");
+    EXPECT_EQ(dial("4711"), "ok");
+    line.tell(CallState::Connected);
+    line.ring({"030123", ""});
+    events.runPending();
+    EXPECT_TRUE(calls.isCalling());
+
+    calls.hangUp(); // the one that rings is not meant
+    events.runPending();
+    EXPECT_EQ(changes.back().number, "4711");
+    EXPECT_TRUE(changes.back().isOver());
+    EXPECT_FALSE(calls.isCalling());
+    calls.hangUp();
+    events.runPending();
+    EXPECT_EQ(states(), std::vector<int>{2});
+    EXPECT_TRUE(calls.reject());
+    events.runPending();
+    EXPECT_FALSE(calls.hasCalls());
+    EXPECT_FALSE(calls.reject());
+    EXPECT_FALSE(calls.answer());
+}
+
+TEST_F(Calls, ThatAreTakenComeToTheFront)
+{
+    auto& line = addLine("20");
+    line.ring({"030123", ""});
+    events.runPending();
+    EXPECT_EQ(dial("4711"), "ok");
+    EXPECT_TRUE(calls.answer());
+    events.runPending();
+    calls.hangUp();
+    events.runPending();
+    EXPECT_EQ(changes.back().number, "030123");
+    EXPECT_EQ(states(), std::vector<int>{1});
+}
+
+TEST_F(Calls, AreAnsweredAndEndedByTheirIds)
+{
+    auto& line = addLine("20");
+    line.ring({"1", ""});
+    const auto first = line.lastCall;
+    line.ring({"2", ""});
+    events.runPending();
+    EXPECT_TRUE(calls.answer(first));
+    events.runPending();
+    EXPECT_EQ(changes.back().number, "1");
+    EXPECT_FALSE(calls.answer(first)); // it does not ring any more
+    EXPECT_TRUE(calls.end(first));
+    events.runPending();
+    EXPECT_FALSE(calls.end(first));
+    EXPECT_EQ(states(), std::vector<int>{2});
+}
+
+} // namespace

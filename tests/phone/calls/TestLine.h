@@ -46,7 +46,8 @@ public:
     void clearCall(const std::string& callId) override
     {
         lastCall = callId;
-        tell(CallState::Null);
+        if (answersClear)
+            tell(CallState::Null);
     }
 
     void tell(CallState state, CallEnd why = CallEnd::Cleared)
@@ -58,6 +59,7 @@ public:
 
     Behaviour behaves;
     bool inService = true;
+    bool answersClear = true;       // says at once that a call is over that is to be
     std::vector<std::string> calls; // the numbers as dialled
     std::string lastCall;
 

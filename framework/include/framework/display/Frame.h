@@ -91,10 +91,31 @@ struct FrameSoftKey {
     bool operator==(const FrameSoftKey&) const = default;
 };
 
+// A call, or for a moment one that has failed.
+struct FrameCall {
+    enum class State {
+        Calling,
+        Alerting, // it rings at the other end
+        Incoming, // it rings here
+        Connected,
+        Held,
+        Failed
+    };
+
+    std::string id; // what keys for this call name
+    State state = State::Calling;
+    std::string name;       // whose it is, in words if nobody knows; never ""
+    std::string number;     // "" when it stands as the name, or is not known
+    std::string text;       // its state, or why it has failed
+    std::int64_t since = 0; // of one that is or was connected: when that began, Unix time in ms
+    bool operator==(const FrameCall&) const = default;
+};
+
 // What the telephone itself shows beside every screen. A display leaves it to the telephone.
 struct FrameSigns {
     bool offHook = false;
     bool dialPad = false; // digits are dialled though the handset is down
+    std::vector<FrameCall> calls = {};
     bool operator==(const FrameSigns&) const = default;
 };
 

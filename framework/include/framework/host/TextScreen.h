@@ -9,6 +9,7 @@
 namespace DisplayAPI {
 
 // Lines ending in newlines, of what there is:
+//   = Miller, 030 12: Ringing  a call
 //   | office |[ldap]           the tabs with the current one in brackets; [>ldap<] with the focus on it
 //   title
 //   ...                        the wait animation

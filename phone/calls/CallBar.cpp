@@ -1,0 +1,163 @@
+#include "CallBar.h"
+
+#include <algorithm>
+#include <utility>
+
+using DisplayAPI::FrameCall;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+namespace {
+
+constexpr seconds nFAILED_STAYS{6};
+constexpr std::size_t nMOST_NAMES = 2;
+
+// Whether there is something to say about its end. Who rang and was not answered in time, or who has
+// hung up, is simply gone.
+bool hasFailed(const CallRecord& call, bool wasConnected)
+{
+    if (call.incoming && !wasConnected)
+        return false;
+    return call.why != CallEnd::Cleared || call.state == CallState::Failed;
+}
+
+FrameCall::State stateOf(const CallRecord& call)
+{
+    if (call.rings())
+        return FrameCall::State::Incoming;
+    switch (call.state) {
+    case CallState::Initiated:
+        return FrameCall::State::Calling;
+    case CallState::Alerting:
+        return FrameCall::State::Alerting;
+    case CallState::Connected:
+        return FrameCall::State::Connected;
+    case CallState::Held:
+        return FrameCall::State::Held;
+    case CallState::Null:
+    case CallState::Failed:
+        break;
+    }
+    return FrameCall::State::Failed;
+}
+
+const char* reason(const CallRecord& call, bool wasConnected)
+{
+    if (call.lineIsOut)
+        return "phone.noLine";
+    if (wasConnected)
+        return "phone.call.lost";
+    switch (call.why) {
+    case CallEnd::Busy:
+        return "phone.call.busy";
+    case CallEnd::NotFound:
+        return "phone.call.notFound";
+    case CallEnd::Declined:
+        return "phone.call.declined";
+    case CallEnd::NoAnswer:
+        return "phone.call.noAnswer";
+    case CallEnd::Unreachable:
+        return "phone.call.unreachable";
+    case CallEnd::Cleared:
+    case CallEnd::Other:
+        break;
+    }
+    return "phone.call.failed";
+}
+
+const char* textOf(FrameCall::State state)
+{
+    switch (state) {
+    case FrameCall::State::Calling:
+        return "phone.call.calling";
+    case FrameCall::State::Alerting:
+        return "phone.call.alerting";
+    case FrameCall::State::Incoming:
+        return "phone.call.incoming";
+    case FrameCall::State::Connected:
+        return "phone.call.connected";
+    case FrameCall::State::Held:
+        return "phone.call.held";
+    case FrameCall::State::Failed:
+        break;
+    }
+    return "phone.call.failed";
+}
+
+} // namespace
+
+CallBar::CallBar(Parts parts)
+    : m_parts(std::move(parts))
+{
+}
+
+void CallBar::callChanged(const CallRecord& call)
+{
+    auto shown = std::ranges::find_if(m_shown, [&](const auto& one) { return one.call.id == call.id; });
+    if (shown == m_shown.end())
+        shown = m_shown.insert(m_shown.end(), {call, nameOf(call)});
+    shown->call = call;
+    if (call.state == CallState::Connected && shown->since == 0)
+        shown->since =
+            std::chrono::duration_cast<milliseconds>(m_parts.clock.wallClock().time_since_epoch()).count();
+    if (!call.isOver())
+        return;
+    if (hasFailed(call, shown->since != 0))
+        keepFailed(*shown);
+    else
+        m_shown.erase(shown);
+}
+
+// A number that several have is never guessed at: who calls is one of them.
+std::string CallBar::nameOf(const CallRecord& call) const
+{
+    auto names = call.number.empty() ? std::vector<std::string>() : m_parts.namesOf(call.number);
+    if (names.size() > nMOST_NAMES) {
+        names.resize(nMOST_NAMES);
+        names.push_back("…");
+    }
+    std::string text;
+    for (const auto& name : names)
+        text += (text.empty() ? "" : " / ") + name;
+    return text;
+}
+
+void CallBar::keepFailed(Shown& shown)
+{
+    shown.until = m_parts.clock.now() + nFAILED_STAYS;
+    m_parts.timers.callAt(shown.until, "failed call", [] {}); // the screen is painted anew
+}
+
+void CallBar::dropFailed()
+{
+    std::erase_if(m_shown, [now = m_parts.clock.now()](const auto& shown) {
+        return shown.call.isOver() && shown.until <= now;
+    });
+}
+
+std::vector<FrameCall> CallBar::paint()
+{
+    dropFailed();
+    std::vector<FrameCall> calls;
+    for (const auto& shown : m_shown)
+        calls.push_back(paint(shown));
+    return calls;
+}
+
+FrameCall CallBar::paint(const Shown& shown) const
+{
+    FrameCall painted;
+    painted.id = shown.call.id;
+    painted.state = stateOf(shown.call);
+    painted.since = shown.since;
+    const bool failed = painted.state == FrameCall::State::Failed;
+    painted.text =
+        m_parts.translator.translate(failed ? reason(shown.call, shown.since != 0) : textOf(painted.state));
+    painted.name = shown.name.empty() ? shown.call.name : shown.name;
+    painted.number = shown.call.number;
+    if (painted.name.empty())
+        painted.name = std::exchange(painted.number, "");
+    if (painted.name.empty())
+        painted.name = m_parts.translator.translate("phone.call.unknown");
+    return painted;
+}
