@@ -79,12 +79,15 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
     , m_digits(rulesOf(m_parts.configuration), timesOf(m_parts.configuration), m_parts.clock, m_parts.events,
                m_parts.timers)
     , m_calls(m_parts.events, callHooks())
-    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events)
+    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events,
+                  [this] { return m_obex.isActive(); })
     , m_physicalInterface(m_parts.events)
+    , m_obex(m_parts.events, m_parts.profile.data)
 {
     for (const auto& [item, names] : SHARED_ITEMS)
         copyToOptionStore(item);
     setCorporateDirectory();
+    setSending();
     setSipLine();
 }
 
@@ -133,6 +136,8 @@ void Services::itemChanged(const std::string& name)
         setCorporateDirectory();
     if (name.starts_with("sip-"))
         setSipLine();
+    if (name.starts_with("bt-"))
+        setSending();
     m_digits.setRules(rulesOf(m_parts.configuration), timesOf(m_parts.configuration));
     m_localMgmt.itemChanged(name);
 }
@@ -162,6 +167,13 @@ void Services::setSipLine()
     m_sipLine = settings;
     if (settings)
         addLine(std::make_unique<SipLine>(*settings));
+}
+
+void Services::setSending()
+{
+    m_obex.setDevice(m_parts.configuration.text("bt-device"));
+    // Where the clock is not the world's, the world's devices are left alone.
+    m_obex.setAllowed(m_parts.watch && m_parts.configuration.yes("bt-enabled"));
 }
 
 void Services::dropObservers()

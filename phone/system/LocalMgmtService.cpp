@@ -11,15 +11,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// No setting, but the state of a part that this telephone does not have.
+// No setting, but the state of a part of the telephone.
 constexpr char BLUETOOTH_STATE[] = "bt-active";
 
 } // namespace
 
-LocalMgmtService::LocalMgmtService(const Configuration& configuration, fs::path pictures, EventPoster& events)
+LocalMgmtService::LocalMgmtService(const Configuration& configuration, fs::path pictures, EventPoster& events,
+                                   std::function<bool()> bluetoothIsActive)
     : m_configuration(configuration)
     , m_clips(std::move(pictures))
     , m_events(events)
+    , m_bluetoothIsActive(std::move(bluetoothIsActive))
 {
 }
 
@@ -36,7 +38,7 @@ bool LocalMgmtService::read(ManageableData& data)
 {
     const auto& name = data.getRootId();
     if (name == BLUETOOTH_STATE) {
-        data.setValue(name, "false");
+        data.setValue(name, m_bluetoothIsActive && m_bluetoothIsActive() ? "true" : "false");
         return true;
     }
     if (!m_configuration.item(name))

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -14,7 +15,9 @@
 
 class LocalMgmtService final : public LocalMgmtIfc {
 public:
-    LocalMgmtService(const Configuration& configuration, std::filesystem::path pictures, EventPoster& events);
+    // `bluetoothIsActive`: null where there is no Bluetooth.
+    LocalMgmtService(const Configuration& configuration, std::filesystem::path pictures, EventPoster& events,
+                     std::function<bool()> bluetoothIsActive = nullptr);
 
     // An item has a new value: tells who observes it, each by an event of its own.
     // [event thread]
@@ -35,5 +38,6 @@ private:
     const Configuration& m_configuration;
     ClipFolder m_clips;
     EventPoster& m_events;
+    const std::function<bool()> m_bluetoothIsActive;
     std::map<std::string, std::vector<MgmtAgentIfc*>> m_observers;
 };

@@ -38,7 +38,8 @@ protected:
     ManualClock clock;
     EventThread events{clock};
     Configuration configuration{folder / "config.toml", {{"ldap-qualifier", "4"}, {"language", "de"}}};
-    LocalMgmtService service{configuration, folder.path(), events};
+    bool bluetoothIsActive = false;
+    LocalMgmtService service{configuration, folder.path(), events, [this] { return bluetoothIsActive; }};
     Agent agent;
 };
 
@@ -53,6 +54,14 @@ TEST_F(LocalMgmtServiceTest, ReadsItemsAsText)
     EXPECT_EQ(read("bt-enabled"), "false");
     EXPECT_EQ(read("bt-active"), "false");
     EXPECT_EQ(read("colour"), "(none)");
+}
+
+TEST_F(LocalMgmtServiceTest, KnowsWhetherBluetoothIsActiveNow)
+{
+    bluetoothIsActive = true;
+    EXPECT_EQ(read("bt-active"), "true");
+    bluetoothIsActive = false;
+    EXPECT_EQ(read("bt-active"), "false");
 }
 
 TEST_F(LocalMgmtServiceTest, TellsObserversOfAChangeByAnEvent)
