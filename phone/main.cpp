@@ -13,6 +13,7 @@
 
 #include "app/Commands.h"
 #include "app/DemoDirectory.h"
+#include "app/DemoPbx.h"
 #include "app/Phone.h"
 #include "app/ProfileLock.h"
 #include "app/Resources.h"
@@ -106,6 +107,15 @@ std::unique_ptr<ChildProgram> demoDirectory(const Profile& profile, const Resour
     return nullptr;
 }
 
+std::unique_ptr<ChildProgram> demoPbx(const Profile& profile, const Resources& resources)
+{
+    auto started = startDemoPbx(profile, resources.demo);
+    if (started)
+        return std::move(started).value();
+    std::fprintf(stderr, "The demo has no PBX. %s\n", started.error().sentence.c_str());
+    return nullptr;
+}
+
 // Shows the address on the desktop, if there is one; whether that worked is of no consequence.
 void openOnDesktop(const std::string& address)
 {
@@ -152,12 +162,13 @@ int runTelephone(const Arguments& arguments)
     for (const auto& folder : {profile.data, profile.pictures()})
         removeLeftParts(folder);
     const auto directory = arguments.demo ? demoDirectory(profile, resources) : nullptr;
+    const auto pbx = arguments.demo ? demoPbx(profile, resources) : nullptr;
 
     Log log(profile.log / "deskphone.log", arguments.log ? Log::Echo::StandardError : Log::Echo::None);
     PhoneOptions options;
     options.profile = profile;
     options.catalogues = resources.catalogues;
-    options.phonelets = {{"phonebook", resources.phonebook}};
+    options.phonelets = {{"phonebook", resources.phonebook}, {"CorvanStimulus", resources.stimulus}};
     options.setLogLevel = [&log](int level) { log.setLevel(level); };
     const auto phone = Phone::create(std::move(options));
     if (!phone)

@@ -5,7 +5,7 @@ namespace fs = std::filesystem;
 Resources Resources::beside(const fs::path& programs)
 {
     const auto root = programs.parent_path();
-    return {programs / "libphonebook.so", root / "locale", root / "demo"};
+    return {programs / "libphonebook.so", programs / "libcorvan-stimulus.so", root / "locale", root / "demo"};
 }
 
 Resources Resources::ofProgram()

@@ -6,6 +6,7 @@
 
 struct Resources {
     std::filesystem::path phonebook;  // the phonebook phonelet's library
+    std::filesystem::path stimulus;   // the library of the phonelet behind its PBX tab
     std::filesystem::path catalogues; // holds <language>/LC_MESSAGES/deskbook.mo
     std::filesystem::path demo;
 

@@ -26,6 +26,11 @@ bool concernsCorporateDirectory(const std::string& item)
                                       item != "ldap-search-trigger-timeout");
 }
 
+bool concernsPbx(const std::string& item)
+{
+    return item.starts_with("pbx-") || item == "localDeviceID" || item == "sip-user";
+}
+
 DialPlanRules rulesOf(const Configuration& configuration)
 {
     DialPlanRules rules;
@@ -79,16 +84,14 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
     , m_digits(rulesOf(m_parts.configuration), timesOf(m_parts.configuration), m_parts.clock, m_parts.events,
                m_parts.timers)
     , m_calls(m_parts.events, callHooks())
-    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events,
-                  [this] { return m_obex.isActive(); })
+    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events)
     , m_physicalInterface(m_parts.events)
-    , m_obex(m_parts.events, m_parts.profile.data)
 {
     for (const auto& [item, names] : SHARED_ITEMS)
         copyToOptionStore(item);
     setCorporateDirectory();
-    setSending();
     setSipLine();
+    setPbx();
 }
 
 CallHooks Services::callHooks()
@@ -136,8 +139,8 @@ void Services::itemChanged(const std::string& name)
         setCorporateDirectory();
     if (name.starts_with("sip-"))
         setSipLine();
-    if (name.starts_with("bt-"))
-        setSending();
+    if (concernsPbx(name))
+        setPbx();
     m_digits.setRules(rulesOf(m_parts.configuration), timesOf(m_parts.configuration));
     m_localMgmt.itemChanged(name);
 }
@@ -169,11 +172,29 @@ void Services::setSipLine()
         addLine(std::make_unique<SipLine>(*settings));
 }
 
-void Services::setSending()
+void Services::setPbx()
 {
-    m_obex.setDevice(m_parts.configuration.text("bt-device"));
-    // Where the clock is not the world's, the world's devices are left alone.
-    m_obex.setAllowed(m_parts.watch && m_parts.configuration.yes("bt-enabled"));
+    const auto settings = pbxSettingsOf(m_parts.configuration);
+    if (m_pbx ? settings == m_pbx->settings() : !settings)
+        return;
+    if (m_pbx) {
+        m_pbx->stop();
+        m_calls.setPbx(nullptr);
+        if (m_pbx->settings().takesCalls) {
+            const auto& number = m_pbx->settings().device;
+            std::erase_if(m_lines, [&](const auto* line) { return line->number() == number; });
+            m_calls.removeLine(number);
+        }
+        m_pbx = nullptr;
+    }
+    if (!settings)
+        return;
+    m_pbx = std::make_unique<Pbx>(
+        *settings, [this](std::shared_ptr<CSTAEvent> event) { m_calls.raise(std::move(event)); });
+    if (settings->takesCalls)
+        addLine(m_pbx->makeLine());
+    m_calls.setPbx(m_pbx.get());
+    m_pbx->start();
 }
 
 void Services::dropObservers()

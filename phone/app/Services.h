@@ -19,6 +19,7 @@
 #include "calls/CallService.h"
 #include "calls/DigitAnalysis.h"
 #include "calls/Journal.h"
+#include "calls/pbx/Pbx.h"
 #include "calls/sip/SipSettings.h"
 #include "directory/DirectoryService.h"
 #include "system/Configuration.h"
@@ -80,15 +81,17 @@ private:
     // An administrator's value of an item that the option store keeps too goes there.
     void copyToOptionStore(const std::string& item);
     void setCorporateDirectory();
-    void setSending();
     // The line that the configuration names, in the place of the one before.
     void setSipLine();
+    // The same with the PBX.
+    void setPbx();
 
     const Parts m_parts;
     std::unique_ptr<DirectoryService> m_directory;
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
     CallService m_calls;
+    std::unique_ptr<Pbx> m_pbx;          // null when there is none; its line is the call service's
     std::vector<const LineIfc*> m_lines; // the call service owns them
     std::optional<SipSettings> m_sipLine; // of the SIP line that is among them
     LocalMgmtService m_localMgmt;

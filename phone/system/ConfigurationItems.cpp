@@ -162,6 +162,13 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         choice("sip-audio", {"auto", "devices", "none"},
                "Whether calls use the computer's microphone and loudspeaker; auto: if it has any. With none, "
                "callers hear themselves."),
+        text("pbx-server", "",
+             "The PBX that the telephone is attached to, NAME:PORT; it speaks CSTA XML (ECMA-323). Empty: "
+             "there is none."),
+        text("pbx-device", "", "The telephone's own number at the PBX; empty: localDeviceID."),
+        yesNo("pbx-calls", true,
+              "Whether calls are placed over the PBX. They never are with a line of one's own (sip-user)."),
+        number("pbx-request-timeout", "s", 1, 60, 3, "How long the PBX may take for an answer."),
         list("ldap-servers", "",
              "Servers of the corporate directory, in the order in which they are tried: ldap://NAME or "
              "ldaps://NAME, with :PORT if need be."),
@@ -212,8 +219,6 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         number("mobility-mode", "", 0, 2, 0, "2: the phonebook belongs to whoever is logged on."),
         yesNo("disable-access-phonebook", false, "In mobility mode 2: the phonebook is being fetched."),
         yesNo("bt-enabled", false, "Whether contacts may be sent over Bluetooth."),
-        text("bt-device", "",
-             "Name or address of the paired device that contacts are sent to without a question."),
         number("log-level", "", 2, 5, 4,
                "What is logged: 2 errors, 3 refusals, 4 what the user sees, 5 everything."),
     };

@@ -6,28 +6,13 @@
 
 #pragma once
 
-#include <chrono>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 
 #include "CstaMessages.h"
+#include "PbxSettings.h"
 #include "app/Result.h"
-
-struct PbxSettings {
-    std::string host;
-    std::uint16_t port = 0;
-    std::string device; // the directory number of the telephone's own device
-    std::chrono::milliseconds requestTimeout{3000};
-    // The pause before the first attempt to connect again; each further one is twice as long.
-    std::chrono::milliseconds firstPause{1000};
-    std::chrono::milliseconds longestPause{60000};
-    // How often the PBX is asked how it is.
-    std::chrono::milliseconds probeInterval{30000};
-
-    bool operator==(const PbxSettings&) const = default;
-};
 
 // [link's thread]
 class PbxListenerIfc {

@@ -1,0 +1,177 @@
+// The PBX's phonebook on a whole telephone: its tab, the phonelet behind it, and calls over the PBX.
+
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include <framework/host/TextScreen.h>
+
+#include "../TemporaryFolder.h"
+#include "../calls/pbx/TestPbx.h"
+#include "app/Phone.h"
+#include "app/Resources.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr char TAB[] = " System "; // as the tab bar shows it
+const std::string ACTIVATED =
+    "<RequestSystemStatusResponse><systemStatus>normal</systemStatus></RequestSystemStatusResponse>";
+
+class PhoneAtAPbx : public testing::Test {
+protected:
+    PhoneAtAPbx()
+    {
+        const auto resources = Resources::beside(BIN_DIR);
+        PhoneOptions options;
+        options.profile = Profile::in(profile.path());
+        options.catalogues = resources.catalogues;
+        options.phonelets = {{"phonebook", resources.phonebook}, {"CorvanStimulus", resources.stimulus}};
+        options.items = {{"language", "en"},
+                         {"pbx-server", "127.0.0.1:" + std::to_string(pbx.port())},
+                         {"pbx-device", "100"}};
+        phone = Phone::create(std::move(options)).value();
+        phone->start();
+    }
+    ~PhoneAtAPbx() override { phone->stop(); }
+
+    void press(const std::string& words)
+    {
+        std::istringstream in(words);
+        for (std::string word; in >> word;) {
+            const auto keys = keysFromWord(word);
+            ASSERT_TRUE(keys) << word;
+            for (const auto& key : *keys) {
+                phone->keys().press(key);
+                ASSERT_TRUE(phone->events().waitUntilDone(10s));
+            }
+        }
+    }
+
+    bool becomes(const std::function<bool(const std::string&)>& wanted)
+    {
+        auto frame = phone->frames().latest();
+        while (frame && !wanted(DisplayAPI::toText(*frame)))
+            frame = phone->frames().waitForFrameAfter(frame->number, 10s);
+        return frame != nullptr;
+    }
+    bool shows(const std::string& text)
+    {
+        return becomes([&](const std::string& screen) { return screen.find(text) != std::string::npos; });
+    }
+    bool showsNo(const std::string& text)
+    {
+        return becomes([&](const std::string& screen) { return screen.find(text) == std::string::npos; });
+    }
+
+    void setFeature(const std::string& availability)
+    {
+        pbx.event(TestPbx::feature("<featureName>PBXPhonebook</featureName><Availability>" + availability +
+                                   "</Availability>"));
+    }
+
+    // Goes to the PBX's tab, whose phonelet then shows a first line.
+    void enterTab()
+    {
+        ASSERT_TRUE(pbx.welcome());
+        press("phonebook");
+        ASSERT_TRUE(shows(TAB));
+        press("tab");
+        phone->keys().press(keysFromWord("tab")->front());
+        ASSERT_EQ(pbx.answer(ACTIVATED), "RequestSystemStatus");
+        pbx.event(TestPbx::row(0, "PBX directory"));
+        ASSERT_TRUE(shows("PBX directory"));
+    }
+
+    TestPbx pbx;
+    TemporaryFolder profile;
+    std::unique_ptr<Phone> phone;
+};
+
+class PbxTabOfAPhone : public PhoneAtAPbx {};
+
+} // namespace
+
+TEST_F(PbxTabOfAPhone, ComesAndGoesAsThePbxSays)
+{
+    ASSERT_TRUE(pbx.welcome("unavailable"));
+    press("phonebook");
+    EXPECT_TRUE(showsNo(TAB));
+    setFeature("available");
+    EXPECT_TRUE(shows(TAB));
+    setFeature("unavailable");
+    EXPECT_TRUE(showsNo(TAB));
+    setFeature("available");
+    EXPECT_TRUE(shows(TAB));
+    pbx.close();
+    EXPECT_TRUE(showsNo(TAB));
+    ASSERT_TRUE(pbx.welcome());
+    EXPECT_TRUE(shows(TAB));
+}
+
+TEST_F(PbxTabOfAPhone, ShowsTheLinesOfThePbxAndSendsKeysBack)
+{
+    enterTab();
+    pbx.event(TestPbx::row(1, "Abel, Nora"));
+    pbx.event(TestPbx::row(2, "Baumann, Timo"));
+    EXPECT_TRUE(shows("Baumann, Timo"));
+    pbx.event(TestPbx::row(2, ""));
+    EXPECT_TRUE(showsNo("Baumann, Timo"));
+    EXPECT_TRUE(shows("Abel, Nora"));
+    for (const auto* key : {"down", "5", "ok"}) {
+        press(key);
+        EXPECT_NE(pbx.receive().xml.find("<button>" + std::string(key) + "</button>"), std::string::npos)
+            << key;
+    }
+}
+
+TEST_F(PbxTabOfAPhone, IsLeftByTheTabKey)
+{
+    enterTab();
+    press("phonebook");
+    EXPECT_TRUE(showsNo("PBX directory"));
+    EXPECT_TRUE(shows("Contacts"));
+    // Its lines belong to one visit.
+    pbx.event(TestPbx::row(0, ""));
+}
+
+TEST_F(PbxTabOfAPhone, GoesWhileItIsCurrent)
+{
+    enterTab();
+    setFeature("unavailable");
+    EXPECT_TRUE(showsNo("PBX directory"));
+    press("phonebook");
+    EXPECT_TRUE(shows("Contacts"));
+    EXPECT_TRUE(showsNo(TAB));
+}
+
+TEST_F(PbxTabOfAPhone, SaysThatThePbxRefuses)
+{
+    ASSERT_TRUE(pbx.welcome());
+    press("phonebook");
+    ASSERT_TRUE(shows(TAB));
+    press("tab");
+    phone->keys().press(keysFromWord("tab")->front());
+    pbx.answer(
+        "<CSTAErrorCode><stateIncompatibility>invalidObjectState</stateIncompatibility></CSTAErrorCode>");
+    EXPECT_TRUE(shows("does not answer"));
+}
+
+TEST_F(PbxTabOfAPhone, KeepsUpWithAThousandRows)
+{
+    enterTab();
+    for (int i = 1; i <= 1000; ++i)
+        pbx.event(TestPbx::row(5, "update " + std::to_string(i)));
+    EXPECT_TRUE(shows("update 1000"));
+}
+
+TEST_F(PhoneAtAPbx, CallsOverIt)
+{
+    ASSERT_TRUE(pbx.welcome());
+    ASSERT_TRUE(shows("Line ready")) << DisplayAPI::toText(*phone->frames().latest());
+    press("hook 4 7 1 1 ok");
+    const auto call = pbx.receive();
+    EXPECT_NE(call.xml.find("<calledDirectoryNumber>4711</calledDirectoryNumber>"), std::string::npos)
+        << call.xml;
+}
