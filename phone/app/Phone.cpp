@@ -345,9 +345,12 @@ void Phone::closeNotification(std::uint64_t id)
         front->display().closeNotification(id);
 }
 
-std::vector<std::string> Phone::namesOf(const std::string& /*number*/)
+std::vector<std::string> Phone::namesOf(const std::string& number)
 {
-    return {};
+    return m_services->directory().namesWithNumber(number, [this](std::string form) {
+        m_services->digits().convertToCanonical(form);
+        return form;
+    });
 }
 
 std::string Phone::lineState() const

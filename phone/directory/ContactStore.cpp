@@ -291,8 +291,11 @@ void ContactStore::openFile()
     m_pConnection = std::make_unique<Connection>(std::move(database));
     try {
         adoptLanguage(m_language);
+        if (m_state == State::Ready)
+            indexNumbers(*m_pConnection->database);
     } catch (const SqliteError& error) {
-        // The disk is full or another program writes: names keep their order until the next time.
+        // The disk is full or another program writes: names keep their order until the next time, and
+        // numbers are found slowly.
         if (error.primaryCode() == SQLITE_CORRUPT)
             throw;
     }
@@ -580,6 +583,13 @@ Result<bool> ContactStore::isEmpty()
         StatementUse any(m_pConnection->any);
         return !any->step();
     });
+}
+
+Result<std::vector<std::string>> ContactStore::namesWithNumber(const std::string& number,
+                                                               const Canonical& canonical)
+{
+    return attempt<std::vector<std::string>>(
+        [&] { return ::namesWithNumber(*m_pConnection->database, number, canonical); });
 }
 
 Result<std::string> ContactStore::listText(std::optional<int> group)

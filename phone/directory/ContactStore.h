@@ -22,6 +22,7 @@
 
 #include "Contact.h"
 #include "NameCollator.h"
+#include "NumberSearch.h"
 #include "Sqlite.h"
 #include "app/Result.h"
 
@@ -66,6 +67,8 @@ public:
     Result<void> eraseAll(std::optional<int> group);
 
     Result<bool> isEmpty();
+    // The names of all who have this number, however it is written.
+    Result<std::vector<std::string>> namesWithNumber(const std::string& number, const Canonical& canonical);
     // As DirectoryServiceIfc::getList() gives it.
     Result<std::string> listText(std::optional<int> group);
     // All contacts in the order of their names, until `visit` gives false.

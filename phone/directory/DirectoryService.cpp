@@ -132,6 +132,13 @@ bool DirectoryService::isEmpty()
     return empty && empty.value();
 }
 
+std::vector<std::string> DirectoryService::namesWithNumber(const std::string& number,
+                                                           const Canonical& canonical)
+{
+    auto names = m_pStore->namesWithNumber(number, canonical);
+    return names ? std::move(names).value() : std::vector<std::string>();
+}
+
 std::string DirectoryService::getList()
 {
     return listText(std::nullopt);

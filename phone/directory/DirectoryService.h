@@ -48,6 +48,8 @@ public:
     ContactStore::State state() const { return m_pStore->state(); }
     // False also when the contacts cannot be read.
     bool isEmpty();
+    // The names of all who have this number, however it is written; none when they cannot be read.
+    std::vector<std::string> namesWithNumber(const std::string& number, const Canonical& canonical);
 
     // Sorts by another language from now on.
     void setLanguage(const std::string& language);
