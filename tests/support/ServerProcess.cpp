@@ -1,6 +1,5 @@
 #include "ServerProcess.h"
 
-#include <csignal>
 #include <cstdint>
 #include <fstream>
 #include <sstream>
@@ -19,6 +18,8 @@
 
 namespace {
 
+constexpr std::chrono::seconds nGRACE{5};
+
 sockaddr_in loopback(int port)
 {
     sockaddr_in address{};
@@ -26,6 +27,15 @@ sockaddr_in loopback(int port)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(static_cast<std::uint16_t>(port));
     return address;
+}
+
+bool isTaken(int type, int port)
+{
+    const int socket = ::socket(AF_INET, type | SOCK_CLOEXEC, 0);
+    const auto address = loopback(port);
+    const bool taken = ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0;
+    ::close(socket);
+    return taken;
 }
 
 bool answers(int port)
@@ -38,7 +48,7 @@ bool answers(int port)
     return connected;
 }
 
-pid_t spawn(const std::vector<std::string>& arguments, const std::filesystem::path& log)
+pid_t spawn(const std::vector<std::string>& arguments, const std::filesystem::path& log, int signal)
 {
     std::vector<char*> texts;
     for (const auto& argument : arguments)
@@ -46,9 +56,12 @@ pid_t spawn(const std::vector<std::string>& arguments, const std::filesystem::pa
     texts.push_back(nullptr);
     const auto parent = ::getpid();
     const auto child = ::fork();
-    if (child != 0)
+    if (child != 0) {
+        ::setpgid(child, child); // whoever comes first, the child or we
         return child;
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    }
+    ::prctl(PR_SET_PDEATHSIG, signal);
+    ::setpgid(0, 0);
     const int output = ::open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (output < 0 || ::getppid() != parent)
         ::_exit(127);
@@ -59,6 +72,15 @@ pid_t spawn(const std::vector<std::string>& arguments, const std::filesystem::pa
 }
 
 } // namespace
+
+ServerProcess::~ServerProcess()
+{
+    if (m_process > 0 && m_signal != SIGKILL) {
+        ::kill(m_process, m_signal);
+        exitCode(nGRACE);
+    }
+    kill();
+}
 
 void ServerProcess::start(const std::vector<std::string>& arguments, const std::filesystem::path& log,
                           int port, std::chrono::milliseconds patience)
@@ -71,7 +93,7 @@ void ServerProcess::start(const std::vector<std::string>& arguments, const std::
                           const std::function<bool()>& ready, std::chrono::milliseconds patience)
 {
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    m_process = spawn(arguments, log);
+    m_process = spawn(arguments, log, m_signal);
     while (!ready()) {
         const bool late = std::chrono::steady_clock::now() >= deadline;
         if (ended() || late) {
@@ -109,7 +131,7 @@ void ServerProcess::kill()
 {
     if (m_process < 0)
         return;
-    ::kill(m_process, SIGKILL);
+    ::kill(-m_process, SIGKILL);
     ::waitpid(m_process, nullptr, 0);
     m_process = -1;
 }
@@ -130,13 +152,14 @@ int freePort()
     }
 }
 
+bool isFree(int port)
+{
+    return !isTaken(SOCK_STREAM, port) && !isTaken(SOCK_DGRAM, port);
+}
+
 bool receivesUdp(int port)
 {
-    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    const auto address = loopback(port);
-    const bool taken = ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0;
-    ::close(socket);
-    return taken;
+    return isTaken(SOCK_DGRAM, port);
 }
 
 std::string textOf(const std::filesystem::path& file)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -12,8 +13,13 @@
 
 class ServerProcess {
 public:
-    ServerProcess() = default;
-    ~ServerProcess() { kill(); }
+    // `signal` ends it with this object, or when the test is killed: one that has processes of its own
+    // must end them itself.
+    explicit ServerProcess(int signal = SIGKILL)
+        : m_signal(signal)
+    {
+    }
+    ~ServerProcess();
 
     ServerProcess(const ServerProcess&) = delete;
     ServerProcess& operator=(const ServerProcess&) = delete;
@@ -28,17 +34,21 @@ public:
                const std::function<bool()>& ready, std::chrono::milliseconds patience);
     // What a program that ends by itself within `patience` returns; -1 if it does not, or was killed.
     int exitCode(std::chrono::milliseconds patience);
-    // Ends it as a crash would.
+    // Ends it as a crash would, and its processes with it.
     void kill();
 
 private:
     bool ended();
 
+    const int m_signal;
     pid_t m_process = -1;
 };
 
 // A port that nobody listened on a moment ago, neither with TCP nor with UDP.
 int freePort();
+
+// Whether one can listen on this port of this machine with TCP, and receive UDP.
+bool isFree(int port);
 
 // Whether somebody receives UDP on this port of this machine.
 bool receivesUdp(int port);

@@ -12,7 +12,6 @@ using asio::ip::tcp;
 
 namespace {
 
-constexpr std::chrono::seconds nPATIENCE{5};
 constexpr std::chrono::milliseconds nBETWEEN_TRIES{5};
 
 std::string netstringOf(const EngineCommand& command)
@@ -25,10 +24,11 @@ std::string netstringOf(const EngineCommand& command)
 
 } // namespace
 
-BaresipControl::BaresipControl(asio::io_context& io, Hooks hooks)
+BaresipControl::BaresipControl(asio::io_context& io, std::chrono::milliseconds patience, Hooks hooks)
     : m_socket(io)
     , m_retry(io)
-    , m_patience(io)
+    , m_deadline(io)
+    , m_patience(patience)
     , m_hooks(std::move(hooks))
 {
 }
@@ -45,8 +45,8 @@ void BaresipControl::tryToConnect()
     m_socket.async_connect(m_engine, [self = shared_from_this()](const Error& error) {
         if (!self->m_open)
             return;
-        if (!error) {
-            self->m_patience.cancel();
+        if (!error && !self->isConnectedToItself()) {
+            self->m_deadline.cancel();
             self->m_socket.set_option(tcp::no_delay(true));
             self->read();
             self->m_hooks.connected();
@@ -61,13 +61,20 @@ void BaresipControl::tryToConnect()
     });
 }
 
+// That happens on one machine, where nobody listens on a port that is free for any purpose.
+bool BaresipControl::isConnectedToItself() const
+{
+    Error ignored;
+    return m_socket.local_endpoint(ignored) == m_engine;
+}
+
 void BaresipControl::close()
 {
     m_open = false;
     Error ignored;
     m_socket.close(ignored);
     m_retry.cancel();
-    m_patience.cancel();
+    m_deadline.cancel();
 }
 
 void BaresipControl::send(const std::vector<EngineCommand>& commands)
@@ -122,7 +129,7 @@ void BaresipControl::take(std::size_t bytes)
         const auto message = engineMessageOf(text);
         if (std::holds_alternative<EngineResponse>(message) && m_unanswered > 0) {
             if (--m_unanswered == 0)
-                m_patience.cancel();
+                m_deadline.cancel();
             else
                 watch();
         }
@@ -135,8 +142,8 @@ void BaresipControl::take(std::size_t bytes)
 // An engine that hangs looks like one that has nothing to tell, but for its responses.
 void BaresipControl::watch()
 {
-    m_patience.expires_after(nPATIENCE);
-    m_patience.async_wait([self = shared_from_this()](const Error& cancelled) {
+    m_deadline.expires_after(m_patience);
+    m_deadline.async_wait([self = shared_from_this()](const Error& cancelled) {
         if (!cancelled && self->m_open)
             self->lose();
     });

@@ -37,9 +37,10 @@ public:
         std::function<void()> lost;
     };
 
-    BaresipControl(boost::asio::io_context& io, Hooks hooks);
+    // `patience` is how long the engine may take to listen, and to answer a command.
+    BaresipControl(boost::asio::io_context& io, std::chrono::milliseconds patience, Hooks hooks);
 
-    // Tries until somebody listens on `port` of this machine, for five seconds.
+    // Tries until somebody listens on `port` of this machine.
     void connect(int port);
     // Nothing is heard of it any more.
     void close();
@@ -48,6 +49,7 @@ public:
 
 private:
     void tryToConnect();
+    bool isConnectedToItself() const;
     void read();
     void take(std::size_t bytes);
     void write();
@@ -58,7 +60,8 @@ private:
 
     boost::asio::ip::tcp::socket m_socket;
     boost::asio::steady_timer m_retry;
-    boost::asio::steady_timer m_patience; // for the connection, then for the next response
+    boost::asio::steady_timer m_deadline; // of the connection, then of the next response
+    const std::chrono::milliseconds m_patience;
     boost::asio::ip::tcp::endpoint m_engine;
     Hooks m_hooks;
     NetstringReader m_reader;

@@ -56,12 +56,12 @@ Result<void> BaresipEngine::tryToStart()
     m_process = std::make_unique<BaresipProcess>(m_io);
     if (auto started = m_process->start(folder(), [this] { fail("it ended"); }); !started)
         return started;
-    m_control =
-        std::make_shared<BaresipControl>(m_io, BaresipControl::Hooks{[this] { connected(); }, m_hooks.said,
-                                                                     [this] {
-                                                                         m_process->kill();
-                                                                         fail("it does not answer");
-                                                                     }});
+    m_control = std::make_shared<BaresipControl>(m_io, m_settings.enginePatience,
+                                                 BaresipControl::Hooks{[this] { connected(); }, m_hooks.said,
+                                                                       [this] {
+                                                                           m_process->kill();
+                                                                           fail("it does not answer");
+                                                                       }});
     m_control->connect(port);
     return {};
 }
@@ -94,14 +94,16 @@ void BaresipEngine::send(const std::vector<EngineCommand>& commands)
         m_control->send(commands);
 }
 
-void BaresipEngine::tryNewPassword()
+void BaresipEngine::restart()
+{
+    stop();
+    start();
+}
+
+bool BaresipEngine::hasNewPassword() const
 {
     const auto password = m_passwordFile.read(m_settings.passwordHosts());
-    if (!password || password.value() == m_password)
-        return;
-    stop();
-    m_delay = std::chrono::milliseconds(0);
-    startLater();
+    return password && password.value() != m_password;
 }
 
 void BaresipEngine::fail(const std::string& reason)
@@ -122,7 +124,7 @@ void BaresipEngine::startLater()
         if (!cancelled)
             start();
     });
-    m_delay = std::clamp<std::chrono::milliseconds>(2 * m_delay, m_settings.restartDelay, nLONGEST_DELAY);
+    m_delay = std::min<std::chrono::milliseconds>(2 * m_delay, nLONGEST_DELAY);
 }
 
 void BaresipEngine::stop()

@@ -34,8 +34,9 @@ public:
     void start();
     // Nothing while it is down.
     void send(const std::vector<EngineCommand>& commands);
-    // Starts it anew if there is another password than the one that it has.
-    void tryNewPassword();
+    void restart();
+    // Whether there is another password than the one that it has.
+    bool hasNewPassword() const;
 
 private:
     Result<void> tryToStart();

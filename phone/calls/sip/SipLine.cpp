@@ -14,11 +14,13 @@ namespace asio = boost::asio;
 namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/sip/SipLine";
+constexpr std::chrono::milliseconds nPASSWORD_CHECK{500};
 // Holds the line for a call that has no id yet.
 constexpr char nCALL_COMING_IN[] = "?";
 // Of commands whose response is of interest; the call's id follows.
 constexpr char nDIALLED[] = "dialled ";
 constexpr char nIDENTIFIED[] = "identified ";
+constexpr char nREGISTERED[] = "registered";
 
 Caller callerOf(const EngineCallEvent& event)
 {
@@ -128,11 +130,14 @@ void SipLine::engineIsUp()
 {
     if (!m_settings.registrar)
         setInService(true);
+    else // it may have been registered before anybody was there to be told
+        m_engine->send({{"reginfo", "", nREGISTERED}});
 }
 
 void SipLine::engineIsDown()
 {
     setInService(false);
+    m_registrationCheck.cancel();
     while (!m_calls.empty())
         end(m_calls.begin(), CallEnd::Unreachable);
 }
@@ -193,6 +198,11 @@ void SipLine::said(const EngineMessage& message)
 
 void SipLine::answered(const EngineResponse& response)
 {
+    if (response.token == nREGISTERED) {
+        if (const auto registered = registrationIn(response.data))
+            registration({*registered, "refused"});
+        return;
+    }
     if (response.token.starts_with(nDIALLED) && !response.ok) {
         const auto call = find(response.token.substr(sizeof nDIALLED - 1));
         if (call != m_calls.end())
@@ -249,12 +259,34 @@ void SipLine::registration(const EngineRegistration& event)
 {
     if (!m_settings.registrar)
         return;
-    if (!event.registered) {
+    setInService(event.registered);
+    if (event.registered) {
+        m_registrationCheck.cancel();
+        m_refusal.clear();
+        return;
+    }
+    if (std::exchange(m_refusal, event.reason) != event.reason)
         PHONE_USER("the registrar %s does not take the line %s: %s", m_settings.registrar->text().c_str(),
                    m_settings.user.c_str(), event.reason.c_str());
-        m_engine->tryNewPassword();
-    }
-    setInService(event.registered);
+    const bool passwordRefused = event.reason.starts_with("401") || event.reason.starts_with("403");
+    using Clock = std::chrono::steady_clock;
+    // An account is locked where a wrong password is shown too often.
+    registerLater(passwordRefused ? Clock::time_point::max() : Clock::now() + m_settings.retryDelay);
+}
+
+// The engine itself would wait up to half an hour, and never learn of another password.
+void SipLine::registerLater(std::chrono::steady_clock::time_point retry)
+{
+    m_registrationCheck.expires_after(std::min(nPASSWORD_CHECK, m_settings.retryDelay));
+    m_registrationCheck.async_wait([this, retry](const boost::system::error_code& cancelled) {
+        if (cancelled)
+            return;
+        const bool due = std::chrono::steady_clock::now() >= retry || m_engine->hasNewPassword();
+        if (due && m_calls.empty())
+            m_engine->restart();
+        else
+            registerLater(retry);
+    });
 }
 
 void SipLine::become(Call& call, CallState state)

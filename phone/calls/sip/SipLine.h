@@ -7,6 +7,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -63,6 +64,7 @@ private:
     void happened(const EngineCallEvent& event);
     void offered(const EngineCallEvent& event);
     void registration(const EngineRegistration& event);
+    void registerLater(std::chrono::steady_clock::time_point retry);
     void become(Call& call, CallState state);
     void end(Calls::iterator call, CallEnd why);
     Calls::iterator find(const std::string& callId);
@@ -86,6 +88,8 @@ private:
     boost::asio::io_context m_io{1};
     std::unique_ptr<BaresipEngine> m_engine;
     Calls m_calls;
+    boost::asio::steady_timer m_registrationCheck{m_io};
+    std::string m_refusal; // the registrar's last one; "" while it takes the line
 
     std::thread m_thread;
 };

@@ -39,6 +39,10 @@ struct SipSettings {
     std::filesystem::path profile;
     // How long it takes until an engine that ended is started again; doubled each time, up to a minute.
     std::chrono::milliseconds restartDelay{1000};
+    // How long the engine may take to start, and to answer.
+    std::chrono::milliseconds enginePatience{5000};
+    // How long it takes until the registrar is asked again that could not be reached.
+    std::chrono::milliseconds retryDelay{30000};
 
     // Where calls go when their number does not say so.
     SipHost domain() const;

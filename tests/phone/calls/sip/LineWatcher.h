@@ -50,6 +50,13 @@ public:
         const std::lock_guard lock(m_mutex);
         return !m_offers.empty();
     }
+    // As if nothing had been told.
+    void forget()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_states.clear();
+        m_ends.clear();
+    }
     // All states that a call had, in order.
     std::vector<CallState> states(const std::string& callId)
     {

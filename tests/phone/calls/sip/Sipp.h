@@ -12,16 +12,17 @@
 
 class Sipp {
 public:
-    // Plays a file of scenarios/ once, and then ends. A callee is there when this returns.
-    // `more` are further arguments of sipp.
-    explicit Sipp(const std::string& scenario, const std::vector<std::string>& more = {})
+    // Plays a file of scenarios/ once, and then ends. A callee is there when this returns. `status`
+    // stands for "[status]" in the file, "486 Busy Here" say.
+    explicit Sipp(const std::string& scenario, const std::string& status = "",
+                  const std::vector<std::string>& more = {})
     {
-        run(scenario, more, [this] { return receivesUdp(port); });
+        run(scenario, status, more, [this] { return receivesUdp(port); });
     }
     // Calls `user` on a port of this machine.
     Sipp(const std::string& scenario, const std::string& user, int calledPort, const std::string& caller)
     {
-        run(scenario, {"-s", user, "-key", "caller", caller, "127.0.0.1:" + std::to_string(calledPort)},
+        run(scenario, "", {"-s", user, "-key", "caller", caller, "127.0.0.1:" + std::to_string(calledPort)},
             [] { return true; });
     }
 
@@ -33,13 +34,17 @@ public:
     const int port = freePort();
 
 private:
-    void run(const std::string& scenario, const std::vector<std::string>& more,
+    void run(const std::string& scenario, const std::string& status, const std::vector<std::string>& more,
              const std::function<bool()>& ready)
     {
-        const std::string files = SOURCE_DIR "/tests/phone/calls/sip/scenarios/";
+        auto text = textOf(SOURCE_DIR "/tests/phone/calls/sip/scenarios/" + scenario + ".xml");
+        const std::string placeholder = "[status]";
+        if (const auto found = text.find(placeholder); found != std::string::npos)
+            text.replace(found, placeholder.size(), status);
+        m_folder.write("scenario.xml", text);
         std::vector<std::string> words{"/usr/bin/sipp",
                                        "-sf",
-                                       files + scenario + ".xml",
+                                       m_folder / "scenario.xml",
                                        "-i",
                                        "127.0.0.1",
                                        "-p",

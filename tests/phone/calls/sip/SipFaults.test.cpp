@@ -1,0 +1,175 @@
+#include <csignal>
+#include <thread>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+
+#include <gtest/gtest.h>
+
+#include <testing/LogCapture.h>
+
+#include "EngineProcess.h"
+#include "LineWatcher.h"
+#include "Sipp.h"
+#include "Soon.h"
+#include "TemporaryFolder.h"
+#include "calls/sip/BaresipConfig.h"
+#include "calls/sip/BaresipProcess.h"
+#include "calls/sip/SipLine.h"
+#include "calls/sip/SipPassword.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+class SipFaults : public testing::Test {
+protected:
+    SipFaults()
+    {
+        settings.user = settings.authUser = "100";
+        settings.profile = folder.path();
+        settings.restartDelay = milliseconds(10);
+    }
+    void useLine(int peer)
+    {
+        settings.outboundProxy = SipHost{"127.0.0.1", peer};
+        line = std::make_unique<SipLine>(settings);
+        line->setObserver(&watcher);
+    }
+    pid_t engine() const { return engineOf(folder.path()); }
+    void signalEngine(int signal) const
+    {
+        const auto process = engine();
+        ASSERT_GT(process, 0); // what is not positive means others
+        ::kill(process, signal);
+    }
+    int controlPort() const
+    {
+        const std::string item = "ctrl_tcp_listen 127.0.0.1:";
+        const auto config = folder.read("sip-engine/config");
+        return std::stoi(config.substr(config.find(item) + item.size()));
+    }
+
+    TemporaryFolder folder;
+    LogCapture log;
+    SipSettings settings;
+    LineWatcher watcher;
+    std::unique_ptr<SipLine> line;
+};
+
+} // namespace
+
+TEST_F(SipFaults, AnEngineThatDiesTakesItsCallWithItAndComesBack)
+{
+    Sipp callee("answers");
+    useLine(callee.port);
+    ASSERT_TRUE(watcher.isInService(*line));
+    ASSERT_TRUE(line->placeCall("1", "201"));
+    ASSERT_TRUE(watcher.becomes("1", CallState::Connected));
+    signalEngine(SIGKILL);
+    EXPECT_TRUE(watcher.ends("1", CallState::Null, CallEnd::Unreachable));
+    EXPECT_TRUE(watcher.isInService(*line));
+    Sipp other("answers");
+    ASSERT_TRUE(line->placeCall("2", "201@127.0.0.1:" + std::to_string(other.port)));
+    EXPECT_TRUE(watcher.becomes("2", CallState::Connected));
+    line->clearCall("2");
+    EXPECT_TRUE(other.succeeds());
+}
+
+TEST_F(SipFaults, ACallThatWasNotAnsweredFailsWithTheEngine)
+{
+    Sipp callee("rings");
+    useLine(callee.port);
+    ASSERT_TRUE(watcher.isInService(*line));
+    ASSERT_TRUE(line->placeCall("1", "201"));
+    ASSERT_TRUE(watcher.becomes("1", CallState::Alerting));
+    signalEngine(SIGKILL);
+    EXPECT_TRUE(watcher.ends("1", CallState::Failed, CallEnd::Unreachable));
+}
+
+TEST_F(SipFaults, NoCallIsPlacedWhileTheEngineIsGone)
+{
+    settings.restartDelay = std::chrono::hours(1);
+    useLine(freePort());
+    ASSERT_TRUE(watcher.isInService(*line));
+    signalEngine(SIGKILL);
+    ASSERT_TRUE(watcher.isInService(*line, false));
+    EXPECT_FALSE(line->placeCall("1", "201"));
+    EXPECT_FALSE(line->pickUpCall("1", "201"));
+    EXPECT_TRUE(watcher.states("1").empty());
+}
+
+TEST_F(SipFaults, AnEngineThatHangsIsReplaced)
+{
+    settings.enginePatience = milliseconds(300);
+    useLine(freePort());
+    ASSERT_TRUE(watcher.isInService(*line));
+    const auto hanging = engine();
+    signalEngine(SIGSTOP);
+    ASSERT_TRUE(line->placeCall("1", "201"));
+    EXPECT_TRUE(watcher.ends("1", CallState::Failed, CallEnd::Unreachable));
+    EXPECT_TRUE(watcher.isInService(*line));
+    EXPECT_NE(engine(), hanging);
+}
+
+TEST_F(SipFaults, AnEngineThatSomebodyElseCommandsIsReplaced)
+{
+    namespace asio = boost::asio;
+    useLine(freePort());
+    ASSERT_TRUE(watcher.isInService(*line));
+    const auto taken = engine();
+    asio::io_context io;
+    asio::ip::tcp::socket stranger(io);
+    stranger.connect({asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(controlPort())});
+    EXPECT_TRUE(soon([&] { return engine() != taken && line->isInService(); }));
+}
+
+TEST_F(SipFaults, ThePasswordIsInOnePrivateFileOnlyWhileTheEngineRuns)
+{
+    namespace fs = std::filesystem;
+    const std::string password = "se cret;42";
+    ASSERT_TRUE(SipPassword(folder.path()).write(password, {"127.0.0.1"}));
+    settings.registrar = SipHost{"127.0.0.1", freePort()};
+    settings.transport = SipTransport::Tcp;
+    useLine(settings.registrar->port);
+    ASSERT_TRUE(soon([&] { return engine() > 0 && !log.lines().empty(); }));
+
+    for (const auto* what : {"cmdline", "environ"})
+        EXPECT_EQ(textOfProcess(engine(), what).find("se cret"), std::string::npos) << what;
+    const auto accounts = folder / "sip-engine/accounts";
+    EXPECT_NE(folder.read("sip-engine/accounts").find(password), std::string::npos);
+    EXPECT_EQ(fs::status(accounts).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(fs::status(accounts.parent_path()).permissions(), fs::perms::owner_all);
+    line.reset();
+    EXPECT_FALSE(fs::exists(accounts));
+    EXPECT_EQ(engine(), -1);
+    for (const auto& written : log.lines())
+        EXPECT_EQ(written.text.find("se cret"), std::string::npos) << written.text;
+}
+
+TEST_F(SipFaults, TheEngineEndsWithTheThreadThatStartedIt)
+{
+    boost::asio::io_context io;
+    BaresipProcess process(io);
+    bool ended = false;
+    settings.outboundProxy = SipHost{"127.0.0.1", freePort()};
+    ASSERT_TRUE(writeBaresipFiles(settings, "", freePort(), folder / "sip-engine"));
+    std::thread([&] {
+        ASSERT_TRUE(process.start(folder / "sip-engine", [&] { ended = true; }));
+        ASSERT_TRUE(soon([&] { return engine() == process.id(); }));
+    }).join();
+    io.run_for(std::chrono::seconds(10));
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(process.id(), -1);
+}
+
+TEST_F(SipFaults, WhatCannotBeWrittenIsSaidAndTriedAgain)
+{
+    folder.write("sip-engine", "in the way");
+    useLine(freePort());
+    ASSERT_TRUE(soon([&] { return !log.lines().empty(); }));
+    EXPECT_NE(log.lines().front().text.find("cannot be written"), std::string::npos);
+    EXPECT_FALSE(line->isInService());
+    std::filesystem::remove(folder / "sip-engine");
+    EXPECT_TRUE(watcher.isInService(*line));
+}

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <testing/LogCapture.h>
+
+#include "LineWatcher.h"
+#include "Registrar.h"
+#include "Soon.h"
+#include "TemporaryFolder.h"
+#include "calls/sip/SipLine.h"
+#include "calls/sip/SipPassword.h"
+
+namespace {
+
+// A telephone of its own, with the number `user`.
+struct Telephone {
+    explicit Telephone(std::string user) { settings.user = settings.authUser = std::move(user); }
+
+    void keep(const std::string& password) const
+    {
+        ASSERT_TRUE(SipPassword(folder.path()).write(password, {"127.0.0.1"}));
+    }
+    void start(int registrar)
+    {
+        settings.registrar = SipHost{"127.0.0.1", registrar};
+        settings.profile = folder.path();
+        line = std::make_unique<SipLine>(settings);
+        line->setObserver(&watcher);
+    }
+    bool comesIntoService() { return watcher.isInService(*line); }
+    bool goesOutOfService() { return watcher.isInService(*line, false); }
+
+    TemporaryFolder folder;
+    SipSettings settings;
+    LineWatcher watcher;
+    std::unique_ptr<SipLine> line;
+};
+
+class SipRegistration : public testing::Test {
+protected:
+    bool logged(const std::string& text) const
+    {
+        return std::ranges::any_of(
+            log.lines(), [&](const auto& line) { return line.text.find(text) != std::string::npos; });
+    }
+
+    LogCapture log;
+    Registrar registrar; // outlives the lines, which sign off
+    Telephone anna{"101"};
+    Telephone bernd{"102"};
+};
+
+} // namespace
+
+TEST_F(SipRegistration, LetsTelephonesCallEachOther)
+{
+    for (auto* telephone : {&anna, &bernd}) {
+        telephone->keep(Registrar::PASSWORD);
+        telephone->start(registrar.port);
+        ASSERT_TRUE(telephone->comesIntoService());
+    }
+    ASSERT_TRUE(anna.line->placeCall("1", "102"));
+    const auto offer = bernd.watcher.offer();
+    EXPECT_EQ(offer.caller.number, "101");
+    bernd.line->answerCall(offer.callId);
+    EXPECT_TRUE(anna.watcher.becomes("1", CallState::Connected));
+    EXPECT_TRUE(bernd.watcher.becomes(offer.callId, CallState::Connected));
+    bernd.line->clearCall(offer.callId);
+    EXPECT_TRUE(anna.watcher.ends("1", CallState::Null, CallEnd::Cleared));
+    ASSERT_TRUE(anna.line->placeCall("2", "999"));
+    EXPECT_TRUE(anna.watcher.ends("2", CallState::Failed, CallEnd::NotFound));
+}
+
+TEST_F(SipRegistration, NeedsTheRightPasswordAndTakesItWhenItIsThere)
+{
+    anna.keep("wrong");
+    anna.start(registrar.port);
+    ASSERT_TRUE(soon([this] { return logged("does not take the line 101: 401"); }));
+    EXPECT_FALSE(anna.line->isInService());
+    EXPECT_FALSE(anna.line->placeCall("1", "102"));
+    anna.keep(Registrar::PASSWORD);
+    EXPECT_TRUE(anna.comesIntoService());
+    EXPECT_FALSE(logged("wrong"));
+    EXPECT_FALSE(logged(Registrar::PASSWORD));
+}
+
+TEST_F(SipRegistration, SaysThatThereIsNoPassword)
+{
+    anna.start(registrar.port);
+    EXPECT_TRUE(soon(
+        [this] { return logged("There is no password for the line. Run \"deskphone sip-password\"."); }));
+    EXPECT_FALSE(anna.line->isInService());
+}
+
+TEST_F(SipRegistration, IsLostWithTheRegistrarAndComesBackWithIt)
+{
+    anna.keep(Registrar::PASSWORD);
+    anna.settings.transport = SipTransport::Tcp;
+    anna.settings.registrationTime = std::chrono::seconds(1);
+    anna.settings.retryDelay = std::chrono::milliseconds(100);
+    anna.start(registrar.port);
+    ASSERT_TRUE(anna.comesIntoService());
+    registrar.kill();
+    EXPECT_TRUE(anna.goesOutOfService());
+    EXPECT_FALSE(anna.line->placeCall("1", "102"));
+    registrar.start();
+    EXPECT_TRUE(anna.comesIntoService());
+}
