@@ -84,12 +84,15 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
     , m_digits(rulesOf(m_parts.configuration), timesOf(m_parts.configuration), m_parts.clock, m_parts.events,
                m_parts.timers)
     , m_calls(m_parts.events, callHooks())
-    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events)
+    , m_localMgmt(m_parts.configuration, m_parts.profile.pictures(), m_parts.events,
+                  [this] { return m_obex.isActive(); })
     , m_physicalInterface(m_parts.events)
+    , m_obex(m_parts.events, m_parts.profile.data)
 {
     for (const auto& [item, names] : SHARED_ITEMS)
         copyToOptionStore(item);
     setCorporateDirectory();
+    setSending();
     setSipLine();
     setPbx();
 }
@@ -141,6 +144,8 @@ void Services::itemChanged(const std::string& name)
         setSipLine();
     if (concernsPbx(name))
         setPbx();
+    if (name.starts_with("bt-"))
+        setSending();
     m_digits.setRules(rulesOf(m_parts.configuration), timesOf(m_parts.configuration));
     m_localMgmt.itemChanged(name);
 }
@@ -195,6 +200,13 @@ void Services::setPbx()
         addLine(m_pbx->makeLine());
     m_calls.setPbx(m_pbx.get());
     m_pbx->start();
+}
+
+void Services::setSending()
+{
+    m_obex.setDevice(m_parts.configuration.text("bt-device"));
+    // Where the clock is not the world's, the world's devices are left alone.
+    m_obex.setAllowed(m_parts.watch && m_parts.configuration.yes("bt-enabled"));
 }
 
 void Services::dropObservers()

@@ -81,6 +81,7 @@ private:
     // An administrator's value of an item that the option store keeps too goes there.
     void copyToOptionStore(const std::string& item);
     void setCorporateDirectory();
+    void setSending();
     // The line that the configuration names, in the place of the one before.
     void setSipLine();
     // The same with the PBX.

@@ -219,6 +219,8 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         number("mobility-mode", "", 0, 2, 0, "2: the phonebook belongs to whoever is logged on."),
         yesNo("disable-access-phonebook", false, "In mobility mode 2: the phonebook is being fetched."),
         yesNo("bt-enabled", false, "Whether contacts may be sent over Bluetooth."),
+        text("bt-device", "",
+             "Name or address of the paired device that contacts are sent to without a question."),
         number("log-level", "", 2, 5, 4,
                "What is logged: 2 errors, 3 refusals, 4 what the user sees, 5 everything."),
     };
