@@ -106,7 +106,7 @@ std::string baresipAccount(const SipSettings& settings, const std::string& passw
     const auto own = sipUriOf(settings.user, settings.domain()).value_or("");
     text << '<' << own << transport << ">;answermode=manual";
     if (!settings.registrar) {
-        text << ";regint=0\n";
+        text << ";regint=0";
         return text.str();
     }
     const auto& proxy = settings.outboundProxy ? settings.outboundProxy : settings.registrar;
@@ -115,12 +115,10 @@ std::string baresipAccount(const SipSettings& settings, const std::string& passw
     // Without a port the registrar's name is looked up as RFC 3263 says.
     if (settings.outboundProxy || proxy->port != 0)
         text << ";outbound=\"sip:" << proxy->text() << transport << '"';
-    text << '\n';
     return text.str();
 }
 
-Result<void> writeBaresipFiles(const SipSettings& settings, const std::string& password, int controlPort,
-                               const fs::path& folder)
+Result<void> writeBaresipFiles(const SipSettings& settings, int controlPort, const fs::path& folder)
 {
     std::error_code failed;
     fs::create_directories(folder, failed);
@@ -128,16 +126,10 @@ Result<void> writeBaresipFiles(const SipSettings& settings, const std::string& p
     if (failed)
         return cannotBeWritten(folder, failed);
     for (const auto& [name, text] :
-         {std::pair("config", configOf(settings, controlPort)),
-          std::pair("accounts", baresipAccount(settings, password)), std::pair("contacts", std::string())}) {
+         {std::pair("config", configOf(settings, controlPort)), std::pair("accounts", std::string()),
+          std::pair("contacts", std::string())}) {
         if (auto written = write(folder / name, text); !written)
             return written;
     }
     return {};
-}
-
-void removeBaresipAccount(const fs::path& folder)
-{
-    std::error_code failed;
-    fs::remove(folder / "accounts", failed);
 }

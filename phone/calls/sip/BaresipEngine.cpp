@@ -13,6 +13,7 @@ using boost::asio::ip::tcp;
 namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/sip/BaresipEngine";
+constexpr char nACCOUNT[] = "account"; // of the command that gives it its account
 constexpr std::chrono::minutes nLONGEST_DELAY{1};
 // One that ran as long as this has not failed at its start.
 constexpr std::chrono::minutes nPROVEN{1};
@@ -49,19 +50,20 @@ void BaresipEngine::start()
 
 Result<void> BaresipEngine::tryToStart()
 {
-    m_password = readPassword();
     const int port = freePort(m_io);
-    if (auto written = writeBaresipFiles(m_settings, m_password, port, folder()); !written)
+    if (auto written = writeBaresipFiles(m_settings, port, folder()); !written)
         return written;
     m_process = std::make_unique<BaresipProcess>(m_io);
     if (auto started = m_process->start(folder(), [this] { fail("it ended"); }); !started)
         return started;
-    m_control = std::make_shared<BaresipControl>(m_io, m_settings.enginePatience,
-                                                 BaresipControl::Hooks{[this] { connected(); }, m_hooks.said,
-                                                                       [this] {
-                                                                           m_process->kill();
-                                                                           fail("it does not answer");
-                                                                       }});
+    m_control = std::make_shared<BaresipControl>(
+        m_io, m_settings.enginePatience,
+        BaresipControl::Hooks{[this] { connected(); },
+                              [this](const EngineMessage& message) { said(message); },
+                              [this] {
+                                  m_process->kill();
+                                  fail("it does not answer");
+                              }});
     m_control->connect(port);
     return {};
 }
@@ -85,7 +87,18 @@ void BaresipEngine::connected()
 {
     m_up = true;
     m_upSince = std::chrono::steady_clock::now();
+    m_password = readPassword();
+    m_control->send({{"uanew", baresipAccount(m_settings, m_password), nACCOUNT}});
     m_hooks.up();
+}
+
+void BaresipEngine::said(const EngineMessage& message)
+{
+    const auto* response = std::get_if<EngineResponse>(&message);
+    if (response && response->token == nACCOUNT && !response->ok)
+        fail("it does not take the account");
+    else
+        m_hooks.said(message);
 }
 
 void BaresipEngine::send(const std::vector<EngineCommand>& commands)
@@ -134,7 +147,6 @@ void BaresipEngine::stop()
         m_control->close();
     m_control.reset();
     m_process.reset();
-    removeBaresipAccount(folder());
     if (std::exchange(m_up, false))
         m_hooks.down();
 }

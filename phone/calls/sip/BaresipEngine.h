@@ -41,6 +41,7 @@ public:
 private:
     Result<void> tryToStart();
     void connected();
+    void said(const EngineMessage& message);
     // It is gone, for this reason, and started again after a while.
     void fail(const std::string& reason);
     void startLater();

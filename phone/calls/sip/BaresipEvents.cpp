@@ -124,13 +124,3 @@ std::string callIdIn(const std::string& callStatus, const std::string& peerUri)
     const auto id = callStatus.substr(begin + name.size());
     return id.substr(0, id.find('\n'));
 }
-
-std::optional<bool> registrationIn(const std::string& registrationInfo)
-{
-    // The ends of the colours of a terminal: green and red.
-    if (registrationInfo.find("32mOK") != std::string::npos)
-        return true;
-    if (registrationInfo.find("31mERR") != std::string::npos)
-        return false;
-    return std::nullopt;
-}

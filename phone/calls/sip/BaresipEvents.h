@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include <optional>
 #include <string>
 #include <variant>
 
@@ -43,7 +42,3 @@ CallEnd callEndOf(const std::string& reason);
 // The Call-ID in the engine's answer to "callstat", which is about its current call; "" when that is not
 // an outgoing one to `peerUri`.
 std::string callIdIn(const std::string& callStatus, const std::string& peerUri);
-
-// Whether the registrar knows the line, in the engine's answer to "reginfo"; nothing while that is not
-// known.
-std::optional<bool> registrationIn(const std::string& registrationInfo);

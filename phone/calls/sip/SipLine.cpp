@@ -20,7 +20,6 @@ constexpr char nCALL_COMING_IN[] = "?";
 // Of commands whose response is of interest; the call's id follows.
 constexpr char nDIALLED[] = "dialled ";
 constexpr char nIDENTIFIED[] = "identified ";
-constexpr char nREGISTERED[] = "registered";
 
 Caller callerOf(const EngineCallEvent& event)
 {
@@ -130,8 +129,6 @@ void SipLine::engineIsUp()
 {
     if (!m_settings.registrar)
         setInService(true);
-    else // it may have been registered before anybody was there to be told
-        m_engine->send({{"reginfo", "", nREGISTERED}});
 }
 
 void SipLine::engineIsDown()
@@ -198,11 +195,6 @@ void SipLine::said(const EngineMessage& message)
 
 void SipLine::answered(const EngineResponse& response)
 {
-    if (response.token == nREGISTERED) {
-        if (const auto registered = registrationIn(response.data))
-            registration({*registered, "refused"});
-        return;
-    }
     if (response.token.starts_with(nDIALLED) && !response.ok) {
         const auto call = find(response.token.substr(sizeof nDIALLED - 1));
         if (call != m_calls.end())

@@ -34,7 +34,7 @@ protected:
     {
         for (const auto* scenario : {"refuses", "rings-and-refuses"}) {
             Sipp callee(scenario, status);
-            useLine(callee.port);
+            useLine(callee.port());
             ASSERT_TRUE(line->placeCall("1", "201"));
             EXPECT_TRUE(watcher.ends("1", CallState::Failed, why)) << status << ' ' << scenario;
             EXPECT_TRUE(callee.succeeds());
@@ -45,7 +45,7 @@ protected:
     std::string dialled(const std::string& number)
     {
         Sipp callee("refuses", "404 Not Found");
-        useLine(callee.port);
+        useLine(callee.port());
         EXPECT_TRUE(line->placeCall("1", number));
         EXPECT_TRUE(watcher.ends("1", CallState::Failed, CallEnd::NotFound)) << number;
         EXPECT_TRUE(callee.succeeds()) << number;
@@ -74,7 +74,7 @@ protected:
 TEST_F(SipCalls, RingThenConnectThenEndWhenTheUserHangsUp)
 {
     Sipp callee("answers");
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->placeCall("1", "201"));
     ASSERT_TRUE(watcher.becomes("1", CallState::Connected));
     line->clearCall("1");
@@ -82,14 +82,14 @@ TEST_F(SipCalls, RingThenConnectThenEndWhenTheUserHangsUp)
     EXPECT_EQ(watcher.states("1"), (std::vector{CallState::Alerting, CallState::Connected, CallState::Null}));
     EXPECT_TRUE(callee.succeeds());
     const auto messages = callee.messages();
-    EXPECT_NE(messages.find("INVITE sip:201@127.0.0.1:" + std::to_string(callee.port)), std::string::npos);
+    EXPECT_NE(messages.find("INVITE sip:201@127.0.0.1:" + std::to_string(callee.port())), std::string::npos);
     EXPECT_NE(messages.find("From: \"Anna \\\"A\\\" Miller\" <sip:100@"), std::string::npos);
 }
 
 TEST_F(SipCalls, EndWhenTheCalleeHangsUp)
 {
     Sipp callee("hangs-up");
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->placeCall("1", "201"));
     EXPECT_TRUE(watcher.ends("1", CallState::Null, CallEnd::Cleared));
     EXPECT_EQ(watcher.states("1"), (std::vector{CallState::Alerting, CallState::Connected, CallState::Null}));
@@ -109,7 +109,7 @@ TEST_F(SipCalls, AreGivenUpWhenNobodyAnswers)
 {
     Sipp callee("rings");
     settings.noAnswerTime = milliseconds(300);
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->placeCall("1", "201"));
     EXPECT_TRUE(watcher.ends("1", CallState::Failed, CallEnd::NoAnswer));
     EXPECT_TRUE(callee.succeeds()); // it was told that the call is cancelled
@@ -134,7 +134,7 @@ TEST_F(SipCalls, FailAtOnceWhereNobodyTakesConnections)
 TEST_F(SipCalls, CanBeCancelledWhileTheyRing)
 {
     Sipp callee("rings");
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->placeCall("1", "201"));
     ASSERT_TRUE(watcher.becomes("1", CallState::Alerting));
     line->clearCall("1");
@@ -153,7 +153,7 @@ TEST_F(SipCalls, CanBeCancelledBeforeAnybodyAnswers)
 TEST_F(SipCalls, AreRefusedWhileThereIsOne)
 {
     Sipp callee("answers");
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->placeCall("1", "201"));
     EXPECT_FALSE(line->placeCall("2", "202"));
     ASSERT_TRUE(watcher.becomes("1", CallState::Connected));
@@ -171,11 +171,11 @@ TEST_F(SipCalls, CanFollowOneThatIsJustBeingEnded)
 {
     Sipp callee("rings");
     Sipp next("answers");
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->placeCall("1", "201"));
     ASSERT_TRUE(watcher.becomes("1", CallState::Alerting));
     line->clearCall("1");
-    ASSERT_TRUE(line->placeCall("2", "201@127.0.0.1:" + std::to_string(next.port)));
+    ASSERT_TRUE(line->placeCall("2", "201@127.0.0.1:" + std::to_string(next.port())));
     EXPECT_TRUE(watcher.becomes("2", CallState::Connected));
     EXPECT_TRUE(watcher.ends("1", CallState::Null, CallEnd::Cleared));
     line->clearCall("2");
@@ -208,7 +208,7 @@ TEST_F(SipCalls, AreRefusedWhereNoNumberIsDialled)
 TEST_F(SipCalls, OfOthersArePickedUpWithTheExchangesCode)
 {
     Sipp callee("answers");
-    useLine(callee.port);
+    useLine(callee.port());
     ASSERT_TRUE(line->pickUpCall("1", "201"));
     EXPECT_TRUE(watcher.becomes("1", CallState::Connected));
     EXPECT_NE(callee.messages().find("INVITE sip:*8201@"), std::string::npos);

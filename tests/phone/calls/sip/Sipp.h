@@ -2,7 +2,8 @@
 
 #pragma once
 
-#include <filesystem>
+#include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,53 +15,63 @@ class Sipp {
 public:
     // Plays a file of scenarios/ once, and then ends. A callee is there when this returns. `status`
     // stands for "[status]" in the file, "486 Busy Here" say.
-    explicit Sipp(const std::string& scenario, const std::string& status = "",
-                  const std::vector<std::string>& more = {})
+    explicit Sipp(const std::string& scenario, const std::string& status = "")
     {
-        run(scenario, status, more, [this] { return receivesUdp(port); });
+        write(scenario, status);
+        for (int attempt = 1;; ++attempt) {
+            try {
+                run({}, [this] { return receivesUdp(m_port); });
+                return;
+            } catch (const std::runtime_error&) {
+                // Somebody else may have taken the port.
+                if (attempt == ATTEMPTS)
+                    throw;
+                m_port = freePort();
+            }
+        }
     }
     // Calls `user` on a port of this machine.
     Sipp(const std::string& scenario, const std::string& user, int calledPort, const std::string& caller)
     {
-        run(scenario, "", {"-s", user, "-key", "caller", caller, "127.0.0.1:" + std::to_string(calledPort)},
+        write(scenario, "");
+        run({"-s", user, "-key", "caller", caller, "127.0.0.1:" + std::to_string(calledPort)},
             [] { return true; });
     }
 
+    int port() const { return m_port; }
     // Whether everything went as the scenario says.
     bool succeeds() { return m_process.exitCode(std::chrono::seconds(10)) == 0; }
     // What it sent and received until now.
     std::string messages() const { return textOf(m_folder / "messages"); }
 
-    const int port = freePort();
-
 private:
-    void run(const std::string& scenario, const std::string& status, const std::vector<std::string>& more,
-             const std::function<bool()>& ready)
+    static constexpr int ATTEMPTS = 5;
+
+    void write(const std::string& scenario, const std::string& status) const
     {
         auto text = textOf(SOURCE_DIR "/tests/phone/calls/sip/scenarios/" + scenario + ".xml");
         const std::string placeholder = "[status]";
         if (const auto found = text.find(placeholder); found != std::string::npos)
             text.replace(found, placeholder.size(), status);
         m_folder.write("scenario.xml", text);
-        std::vector<std::string> words{"/usr/bin/sipp",
-                                       "-sf",
-                                       m_folder / "scenario.xml",
-                                       "-i",
-                                       "127.0.0.1",
-                                       "-p",
-                                       std::to_string(port),
-                                       "-m",
-                                       "1",
-                                       "-nostdin",
-                                       "-timeout",
-                                       "20",
-                                       "-trace_msg",
-                                       "-message_file",
-                                       m_folder / "messages"};
+    }
+    void run(const std::vector<std::string>& more, const std::function<bool()>& ready)
+    {
+        std::vector<std::string> words{"/usr/bin/sipp", "-nostdin", "-trace_msg"};
+        const auto option = [&words](const std::string& name, const std::string& value) {
+            words.insert(words.end(), {name, value});
+        };
+        option("-sf", m_folder / "scenario.xml");
+        option("-message_file", m_folder / "messages");
+        option("-i", "127.0.0.1");
+        option("-p", std::to_string(m_port));
+        option("-m", "1");        // call
+        option("-timeout", "20"); // s
         words.insert(words.end(), more.begin(), more.end());
         m_process.start(words, m_folder / "log", ready, std::chrono::seconds(10));
     }
 
     TemporaryFolder m_folder;
+    int m_port = freePort();
     ServerProcess m_process;
 };
