@@ -226,6 +226,9 @@ int main(int argc, char** argv)
     auto* ldapPassword =
         app.add_subcommand("ldap-password", "Keep the password for the corporate directory; it is asked for");
     auto* sipPassword = app.add_subcommand("sip-password", "Keep the password for the line; it is asked for");
+    auto* clearAll =
+        app.add_subcommand("clear-calls", "Delete the calls that were dialled; a running telephone "
+                                          "forgets its redial number");
     auto* token = app.add_subcommand("new-token", "Lock out pages that know the address");
 
     try {
@@ -254,6 +257,8 @@ int main(int argc, char** argv)
         return keepLdapPassword(profile, std::cin, std::cout, std::cerr);
     if (*sipPassword)
         return keepSipPassword(profile, std::cin, std::cout, std::cerr);
+    if (*clearAll)
+        return clearCalls(profile);
     if (*token)
         return replaceToken(profile);
     return runTelephone(arguments);

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "calls/Journal.h"
 #include "system/Configuration.h"
 #include "web/Token.h"
 
@@ -45,6 +46,15 @@ int setConfiguration(const Profile& profile, const std::string& item, const std:
     if (const auto written = configuration.set(item, value); !written)
         return refuse(written.error());
     std::printf("%s = %s\n", item.c_str(), value.c_str());
+    return EXIT_DONE;
+}
+
+int clearCalls(const Profile& profile)
+{
+    const auto cleared = Journal::clear(profile.data);
+    if (!cleared)
+        return refuse(cleared.error());
+    std::printf("Calls deleted: %d\n", cleared.value());
     return EXIT_DONE;
 }
 

@@ -15,4 +15,6 @@ constexpr int EXIT_USAGE = 2;   // it was not asked for properly
 // Every item with its unit, value, default, range and what it is.
 int listConfiguration(const Profile& profile);
 int setConfiguration(const Profile& profile, const std::string& item, const std::string& value);
+// Deletes the calls that were dialled.
+int clearCalls(const Profile& profile);
 int replaceToken(const Profile& profile);

@@ -6,6 +6,7 @@
 #include <framework/services/CallPartyIdentifier.h>
 
 #include "app/PhoneLog.h"
+#include "directory/ChangeWatch.h"
 #include "directory/ContactText.h"
 
 namespace {
@@ -35,13 +36,43 @@ std::string nameOf(const CallPartyIdentifier& party)
     return party.getSurname() + (both ? ", " : "") + party.getFirstname();
 }
 
+std::filesystem::path fileIn(const std::filesystem::path& profile)
+{
+    return profile / "journal.db";
+}
+
+std::unique_ptr<Database> openFile(const std::filesystem::path& file)
+{
+    const auto header = readSqliteFileHeader(file);
+    if (header.exists && header.applicationId != nAPPLICATION_ID)
+        throw SqliteError{SQLITE_NOTADB, "it is not a journal of this telephone"};
+    if (header.userVersion > nSCHEMA_VERSION)
+        throw SqliteError{SQLITE_NOTADB, "it was written by a later version"};
+    auto database = std::make_unique<Database>(file, Database::Mode::ReadWrite);
+    database->execute("PRAGMA synchronous = FULL");
+    if (!header.exists)
+        database->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
+    database->check();
+    if (sqlite3_db_readonly(database->handle(), "main") != 0)
+        throw SqliteError{SQLITE_READONLY, "it is read-only"};
+    return database;
+}
+
+std::int64_t versionOf(Database& database)
+{
+    return database.queryNumber("PRAGMA data_version");
+}
+
 } // namespace
 
 Result<std::unique_ptr<Journal>> Journal::open(const std::filesystem::path& profile, const Clock& clock,
-                                               EventPoster& events)
+                                               EventPoster& events, std::chrono::milliseconds watchInterval)
 {
     try {
-        return std::unique_ptr<Journal>(new Journal(profile / "journal.db", clock, events));
+        std::unique_ptr<Journal> journal(new Journal(fileIn(profile), clock, events));
+        if (watchInterval > std::chrono::milliseconds(0))
+            journal->watch(fileIn(profile), watchInterval);
+        return journal;
     } catch (const SqliteError& error) {
         return error.toError();
     }
@@ -52,7 +83,9 @@ Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPos
     , m_events(events)
 {
     try {
-        openFile(file);
+        std::error_code ignored;
+        std::filesystem::create_directories(file.parent_path(), ignored);
+        m_pDatabase = openFile(file);
     } catch (const SqliteError& error) {
         m_notice = "The journal \"" + file.string() + "\" cannot be used (" + error.message +
                    "). It is left as it is; calls are remembered until the telephone stops.";
@@ -60,26 +93,50 @@ Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPos
         m_pDatabase = std::make_unique<Database>();
         m_pDatabase->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
     }
+    m_dataVersion = versionOf(*m_pDatabase);
 }
 
 Journal::~Journal() = default;
 
-void Journal::openFile(const std::filesystem::path& file)
+Result<int> Journal::clear(const std::filesystem::path& profile)
 {
-    std::error_code ignored;
-    std::filesystem::create_directories(file.parent_path(), ignored);
-    const auto header = readSqliteFileHeader(file);
-    if (header.exists && header.applicationId != nAPPLICATION_ID)
-        throw SqliteError{SQLITE_NOTADB, "it is not a journal of this telephone"};
-    if (header.userVersion > nSCHEMA_VERSION)
-        throw SqliteError{SQLITE_NOTADB, "it was written by a later version"};
-    m_pDatabase = std::make_unique<Database>(file, Database::Mode::ReadWrite);
-    m_pDatabase->execute("PRAGMA synchronous = FULL");
-    if (!header.exists)
-        m_pDatabase->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
-    m_pDatabase->check();
-    if (sqlite3_db_readonly(m_pDatabase->handle(), "main") != 0)
-        throw SqliteError{SQLITE_READONLY, "it is read-only"};
+    const auto file = fileIn(profile);
+    try {
+        if (!readSqliteFileHeader(file).exists)
+            return 0;
+        const auto database = openFile(file);
+        database->execute("PRAGMA secure_delete = ON"); // whom somebody called is to be read no more
+        Transaction transaction(*database);
+        const auto calls = database->queryNumber("SELECT count(*) FROM dialled");
+        database->execute("DELETE FROM dialled");
+        transaction.commit();
+        return static_cast<int>(calls);
+    } catch (const SqliteError& error) {
+        return Error{error.toError().code,
+                     "The journal \"" + file.string() + "\" cannot be cleared (" + error.message + ")."};
+    }
+}
+
+void Journal::watch(const std::filesystem::path& file, std::chrono::milliseconds interval)
+{
+    m_pWatch = std::make_unique<ChangeWatch>(file, interval, [this, alive = std::weak_ptr(m_alive)] {
+        m_events.post("look at journal", [this, alive] {
+            if (!alive.expired())
+                lookForChanges();
+        });
+    });
+}
+
+void Journal::lookForChanges()
+{
+    try {
+        if (const auto version = versionOf(*m_pDatabase); version != m_dataVersion) {
+            m_dataVersion = version;
+            tell(0, dialled().empty() ? JournalAction::Cleared : JournalAction::Current);
+        }
+    } catch (const SqliteError& error) {
+        PHONE_ERROR("the journal cannot be read: %s", error.message.c_str());
+    }
 }
 
 void Journal::addDialled(const CallPartyIdentifier& party)

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -18,12 +20,18 @@
 #include "directory/Sqlite.h"
 
 class CallPartyIdentifier;
+class ChangeWatch;
 
 class Journal final : public JournalServiceIfc {
 public:
-    static Result<std::unique_ptr<Journal>> open(const std::filesystem::path& profile, const Clock& clock,
-                                                 EventPoster& events);
+    // The file is looked at every `watchInterval`; 0: only by lookForChanges().
+    static Result<std::unique_ptr<Journal>>
+    open(const std::filesystem::path& profile, const Clock& clock, EventPoster& events,
+         std::chrono::milliseconds watchInterval = std::chrono::milliseconds(0));
     ~Journal() override;
+
+    // Deletes all calls, and says how many; a telephone that runs with this profile notices.
+    static Result<int> clear(const std::filesystem::path& profile);
 
     // What is wrong with the file, naming it, in a sentence; "" when nothing is.
     const std::string& notice() const { return m_notice; }
@@ -33,6 +41,8 @@ public:
     // Forgets the observers of phonelets that were stopped.
     void dropObservers() { m_observers.clear(); }
     void addDialled(const CallPartyIdentifier& party);
+    // Tells the observers if another program changed the file.
+    void lookForChanges();
     // The latest first.
     std::vector<JournalRecord> dialled();
 
@@ -42,7 +52,7 @@ public:
 private:
     Journal(const std::filesystem::path& file, const Clock& clock, EventPoster& events);
 
-    void openFile(const std::filesystem::path& file);
+    void watch(const std::filesystem::path& file, std::chrono::milliseconds interval);
     void tell(int id, JournalAction action);
     void tellOne(JournalServiceObserverIfc& observer, int id, JournalAction action);
     bool isObserver(const JournalServiceObserverIfc* observer) const;
@@ -51,7 +61,9 @@ private:
     EventPoster& m_events;
     std::string m_notice;
     std::unique_ptr<Database> m_pDatabase;
+    std::int64_t m_dataVersion = 0;
     std::vector<JournalServiceObserverIfc*> m_observers;
     // Tells an event that is queued that the journal is gone.
     std::shared_ptr<const char> m_alive = std::make_shared<const char>();
+    std::unique_ptr<ChangeWatch> m_pWatch; // the first to go: it posts
 };

@@ -14,6 +14,7 @@
 
 #include "app/PhoneKey.h"
 #include "app/Resources.h"
+#include "calls/Journal.h"
 #include "directory/BackupCommand.h"
 #include "directory/ContactStore.h"
 #include "directory/DirectoryService.h"
@@ -327,11 +328,17 @@ void JourneyPhone::outside(const std::string& change)
     } else if (change == "delete-all") {
         if (!ContactStore(store(), "").eraseAll(std::nullopt))
             throw std::runtime_error("not deleted");
+    } else if (change == "clear-calls") {
+        if (!Journal::clear(m_folder.path()))
+            throw std::runtime_error("not cleared");
     } else {
         ContactStore others(store(), "");
         add(others, change);
     }
-    m_phone->events().post("look", [this] { m_phone->services().directory().lookForChanges(); });
+    m_phone->events().post("look", [this] {
+        m_phone->services().directory().lookForChanges();
+        m_phone->services().journal().lookForChanges();
+    });
 }
 
 void JourneyPhone::settle()

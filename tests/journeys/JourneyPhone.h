@@ -31,6 +31,7 @@ public:
     //   outside:delete-all       another program deletes all contacts
     //   outside:backup           another program backs everything up
     //   outside:restore          another program restores that
+    //   outside:clear-calls      another program deletes the calls that were dialled
     //   outside:damage           another program writes rubbish over the contacts' file
     //   directory:down, :up      whether the company's directory answers
     //   ldap-password:secret     an administrator gives the telephone another password

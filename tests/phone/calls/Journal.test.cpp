@@ -140,4 +140,45 @@ TEST_F(CallJournal, SurvivesAFullDisk)
     EXPECT_EQ(after(), "0:2, ");
 }
 
+TEST_F(CallJournal, IsClearedByAnotherProgram)
+{
+    journal->addObserver(&observer);
+    dial("030123456");
+    dial("089");
+    after();
+    const auto cleared = Journal::clear(folder.path());
+    ASSERT_TRUE(cleared);
+    EXPECT_EQ(cleared.value(), 2);
+    EXPECT_EQ(after(), ""); // not noticed yet
+    journal->lookForChanges();
+    EXPECT_EQ(after(), "2: ");
+    EXPECT_TRUE(journal->dialled().empty());
+    EXPECT_EQ(contentOf(folder / "journal.db").find("030123456"), std::string::npos);
+
+    journal->lookForChanges();
+    EXPECT_EQ(after(), "");
+    dial("030");
+    journal->lookForChanges();
+    EXPECT_EQ(after(), "0:030, "); // its own change is told once
+}
+
+TEST_F(CallJournal, HasNothingToClearBeforeTheFirstCall)
+{
+    TemporaryFolder empty;
+    const auto cleared = Journal::clear(empty.path());
+    ASSERT_TRUE(cleared);
+    EXPECT_EQ(cleared.value(), 0);
+    EXPECT_FALSE(std::filesystem::exists(empty / "journal.db"));
+}
+
+TEST_F(CallJournal, ClearsNoFileOfOthers)
+{
+    TemporaryFolder foreign;
+    writeFile(foreign / "journal.db", "somebody else's");
+    const auto cleared = Journal::clear(foreign.path());
+    ASSERT_FALSE(cleared);
+    EXPECT_NE(cleared.error().sentence.find("journal.db"), std::string::npos);
+    EXPECT_EQ(contentOf(foreign / "journal.db"), "somebody else's");
+}
+
 } // namespace
