@@ -86,7 +86,21 @@ Result<void> Phone::openServices()
     m_services = std::move(services).value();
     m_router = std::make_unique<KeyRouter>(m_stage, m_idle, m_services->physicalInterface(), dialling());
     makeHosts();
+    makeSendScreen();
     return {};
+}
+
+void Phone::makeSendScreen()
+{
+    auto& sending = m_services->sending();
+    m_sendScreen = std::make_unique<SendScreen>(
+        SendScreen::Parts{m_events, m_translator,
+                          [this]() -> DisplayAPI::Display* {
+                              return m_stage.front() ? &m_stage.front()->display() : nullptr;
+                          },
+                          [&sending](const std::string& address) { sending.choose(address); },
+                          [&sending] { sending.cancel(); }});
+    sending.setObserver(m_sendScreen.get());
 }
 
 Phone::~Phone()
@@ -206,6 +220,7 @@ void Phone::stopPhonelets()
     for (const auto& host : m_hosts)
         host->stop();
     m_services->dropObservers();
+    m_services->sending().setObserver(nullptr);
     DisplayAPI::EventQueue::discardAll();
 }
 

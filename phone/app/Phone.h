@@ -21,6 +21,7 @@
 #include "app/PhoneletStates.h"
 #include "app/Profile.h"
 #include "app/Result.h"
+#include "app/SendScreen.h"
 #include "app/Services.h"
 #include "app/Stage.h"
 #include "app/UpdateGate.h"
@@ -97,6 +98,7 @@ private:
     DisplayAPI::DisplayVariant variant() const;
     KeyRouter::Dialling dialling();
     void makeHosts();
+    void makeSendScreen();
     PhoneletHost::Surroundings surroundings();
     PhoneletHost* hostOf(const std::string& name);
     Executable* service(const std::string& name);
@@ -143,6 +145,7 @@ private:
     // A phonelet's code lies in its library: hosts go before libraries.
     std::vector<Plugin> m_plugins;
     std::vector<std::unique_ptr<PhoneletHost>> m_hosts;
+    std::unique_ptr<SendScreen> m_sendScreen; // with services; it lies on the hosts' displays
     std::unique_ptr<FileWatch> m_watch;
     bool m_stopped = false;
 };

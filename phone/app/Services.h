@@ -72,6 +72,7 @@ public:
     DirectoryService& directory() { return *m_directory; }
     Journal& journal() { return *m_journal; }
     LocalMgmtService& localMgmt() { return m_localMgmt; }
+    ObexService& sending() { return m_obex; }
     PhysicalInterfaceService& physicalInterface() { return m_physicalInterface; }
 
 private:

@@ -88,7 +88,7 @@ void ObexService::setAllowed(bool allowed)
 bool ObexService::sendContact(const std::string& name, const std::string& vCard)
 {
     if (isBusy() && m_status.phase != SendStatus::Phase::Choosing) {
-        PHONE_REFUSED("%s was not sent: %s", name.c_str(), m_status.sentence().c_str());
+        PHONE_REFUSED("%s was not sent: %s is under way", name.c_str(), m_status.contact.c_str());
         return false;
     }
     m_status = SendStatus();
@@ -180,7 +180,8 @@ void ObexService::finish(SendOutcome outcome, const std::string& detail)
     m_status.phase = SendStatus::Phase::Over;
     m_status.outcome = outcome;
     m_status.devices.clear();
-    PHONE_USER("%s%s", m_status.sentence().c_str(), detail.empty() ? "" : (" (" + detail + ")").c_str());
+    PHONE_USER("%s to %s: %s%s", m_status.contact.c_str(), m_status.device.c_str(), m_status.text().c_str(),
+               detail.empty() ? "" : (", " + detail).c_str());
     tell();
 }
 

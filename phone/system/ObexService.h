@@ -1,7 +1,7 @@
 // Sending contacts over Bluetooth.
 //
 // A contact goes to the device that the configuration names, or to the only one that is paired; else the
-// user chooses. Whatever comes of it is told to the observer, in plain words to the log too. The contact
+// user chooses. Whatever comes of it is told to the observer, and to the log. The contact
 // lies in a file of its own, for its owner's eyes only, as long as it is being sent.
 
 #pragma once

@@ -2,45 +2,45 @@
 
 namespace {
 
-std::string endOf(const SendStatus& status)
+const char* textOf(SendOutcome outcome)
 {
-    switch (status.outcome) {
+    switch (outcome) {
     case SendOutcome::Sent:
-        return status.contact + " was sent to " + status.device + ".";
+        return "phone.send.sent";
     case SendOutcome::Cancelled:
-        return "Sending " + status.contact + " was cancelled.";
+        return "phone.send.cancelled";
     case SendOutcome::Refused:
-        return status.device + " refused " + status.contact + ". Accept it there when it asks.";
+        return "phone.send.refused";
     case SendOutcome::NotSupported:
-        return status.device + " takes no contacts over Bluetooth.";
+        return "phone.send.notSupported";
     case SendOutcome::OutOfRange:
-        return status.device + " does not answer. Switch its Bluetooth on and bring it nearer.";
+        return "phone.send.outOfRange";
     case SendOutcome::NoDevice:
-        return "There is no device to send to. Pair one with this computer first.";
+        return "phone.send.noDevice";
     case SendOutcome::NoService:
-        return "This computer's Bluetooth is missing or switched off.";
+        return "phone.send.noService";
     case SendOutcome::None:
     case SendOutcome::Failed:
         break;
     }
-    return status.contact + " could not be sent.";
+    return "phone.send.failed";
 }
 
 } // namespace
 
-std::string SendStatus::sentence() const
+std::string SendStatus::text() const
 {
     switch (phase) {
     case Phase::Idle:
         return "";
     case Phase::Choosing:
-        return "Which device is to have " + contact + "?";
+        return "phone.send.choose";
     case Phase::Connecting:
-        return "Connecting to " + device + ".";
+        return "phone.send.connecting";
     case Phase::Sending:
-        return "Sending " + contact + " to " + device + ".";
+        return "phone.send.sending";
     case Phase::Over:
         break;
     }
-    return endOf(*this);
+    return textOf(outcome);
 }

@@ -42,8 +42,8 @@ struct SendStatus {
     std::uint64_t sent = 0;          // bytes
     std::uint64_t size = 0;          // 0: unknown
 
-    // What happened and what to do, in English: a whole sentence. "" when Idle.
-    std::string sentence() const;
+    // A text's key, what happened and what to do, with the device as its parameter; "" when Idle.
+    std::string text() const;
 };
 
 class SendStatusObserver {
