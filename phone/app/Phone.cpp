@@ -124,6 +124,7 @@ void Phone::stop()
     m_stopped = true;
     m_watch.reset();
     m_services->directory().cancelSearches(); // the event thread may be waiting for one
+    m_services->setUrgent(true);
     m_systemClock.setUrgent(true);
     m_events.stopAfter("stop phonelets", [this] { stopPhonelets(); });
     m_frames.close();
@@ -350,7 +351,7 @@ void Phone::wakeAtNextMinute()
 
 void Phone::hurry(bool urgent)
 {
-    m_services->directory().setUrgent(urgent);
+    m_services->setUrgent(urgent);
     m_systemClock.setUrgent(urgent);
 }
 

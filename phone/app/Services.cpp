@@ -178,6 +178,14 @@ void Services::setSipLine()
         addLine(std::make_unique<SipLine>(*settings));
 }
 
+void Services::setUrgent(bool urgent)
+{
+    m_directory->setUrgent(urgent);
+    std::lock_guard lock(m_pbxMutex);
+    if (m_pbx)
+        m_pbx->setUrgent(urgent);
+}
+
 void Services::setPbx()
 {
     const auto settings = pbxSettingsOf(m_parts.configuration);
@@ -191,12 +199,14 @@ void Services::setPbx()
             std::erase_if(m_lines, [&](const auto* line) { return line->number() == number; });
             m_calls.removeLine(number);
         }
-        m_pbx = nullptr;
+    }
+    const auto raise = [this](std::shared_ptr<CSTAEvent> event) { m_calls.raise(std::move(event)); };
+    {
+        std::lock_guard lock(m_pbxMutex);
+        m_pbx = settings ? std::make_unique<Pbx>(*settings, raise) : nullptr;
     }
     if (!settings)
         return;
-    m_pbx = std::make_unique<Pbx>(
-        *settings, [this](std::shared_ptr<CSTAEvent> event) { m_calls.raise(std::move(event)); });
     if (settings->takesCalls)
         addLine(m_pbx->makeLine());
     m_calls.setPbx(m_pbx.get());

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -54,6 +55,9 @@ public:
     // An item has a new value.
     // [event thread]
     void itemChanged(const std::string& name);
+    // While `urgent` no service keeps the event thread waiting.
+    // [any-thread]
+    void setUrgent(bool urgent);
     void setLanguage(const std::string& language) { m_directory->setLanguage(language); }
 
     // The phonelets were stopped: what they left subscribed is dropped.
@@ -93,6 +97,7 @@ private:
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
     CallService m_calls;
+    std::mutex m_pbxMutex;               // for m_pbx itself, outside the event thread
     std::unique_ptr<Pbx> m_pbx;          // null when there is none; its line is the call service's
     std::vector<const LineIfc*> m_lines; // the call service owns them
     std::optional<SipSettings> m_sipLine; // of the SIP line that is among them

@@ -1,7 +1,5 @@
 #include "Pbx.h"
 
-#include <future>
-
 #include <framework/csta/CSTAEvents.h>
 #include <framework/csta/CSTARequests.h>
 #include <framework/csta/communicationsServiceTexts.h>
@@ -65,11 +63,7 @@ void Pbx::answerSystemStatus(CSTARequestSystemStatusRequest& request)
         request.setResponse(SUCCESS, std::make_unique<CSTARequestSystemStatusResponse>(m_state, known));
         return;
     }
-    auto answered = std::make_shared<std::promise<Result<CstaElement>>>();
-    auto answer = answered->get_future();
-    m_link.request(requestSystemStatus(feature),
-                   [answered](const Result<CstaElement>& result) { answered->set_value(result); });
-    const auto result = answer.get();
+    const auto result = waitFor(requestSystemStatus(feature));
     if (!result || errorIn(result.value())) {
         const auto error = result ? errorIn(result.value()) : std::nullopt;
         PHONE_USER("the PBX refused \"%s\" of %s: %s", feature.Action.c_str(), feature.featureName.c_str(),
@@ -80,6 +74,29 @@ void Pbx::answerSystemStatus(CSTARequestSystemStatusRequest& request)
     const auto status = systemStatusIn(result.value());
     request.setResponse(SUCCESS, std::make_unique<CSTARequestSystemStatusResponse>(
                                      stateOf(status.status), status.feature.value_or(feature)));
+}
+
+// The link's answers come on its own thread, and end with it: before this goes.
+Result<CstaElement> Pbx::waitFor(CstaElement message)
+{
+    const auto answered = std::make_shared<std::optional<Result<CstaElement>>>();
+    m_link.request(std::move(message), [this, answered](const Result<CstaElement>& answer) {
+        std::lock_guard lock(m_waitMutex);
+        *answered = answer;
+        m_woken.notify_all();
+    });
+    std::unique_lock lock(m_waitMutex);
+    m_woken.wait(lock, [&] { return m_isUrgent || answered->has_value(); });
+    if (!answered->has_value())
+        return Error{ErrorCode::Unavailable, "The user did not wait for the PBX."};
+    return **answered;
+}
+
+void Pbx::setUrgent(bool urgent)
+{
+    std::lock_guard lock(m_waitMutex);
+    m_isUrgent = urgent;
+    m_woken.notify_all();
 }
 
 void Pbx::pressButton(CSTAButtonPressRequest& request)

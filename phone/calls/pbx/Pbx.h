@@ -3,6 +3,8 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,22 +15,25 @@
 #include "PbxLink.h"
 #include "calls/PbxIfc.h"
 
-class CallService;
 class CSTAEvent;
 
-// How events reach the telephone's monitors; the line is for who is to own it.
 class Pbx final : public PbxIfc, private PbxListenerIfc {
 public:
-    using Raise = std::function<void(std::shared_ptr<CSTAEvent>)>; // [any-thread]
+    // Tells the telephone's monitors of an event. Called on the link's thread.
+    using Raise = std::function<void(std::shared_ptr<CSTAEvent>)>;
 
     Pbx(const PbxSettings& settings, Raise raise);
     ~Pbx() override;
 
-    // Calls over the PBX are placed on it. It must outlive the PBX: before start(), once.
+    // Calls over the PBX are placed on it: before start(), once. It goes after stop().
     std::unique_ptr<LineIfc> makeLine();
     void start() { m_link.start(); }
     // Nothing is raised and no call changes any more when it returns.
     void stop() { m_link.stop(); }
+
+    // While `urgent` nobody waits for the PBX: who does gets no answer.
+    // [any-thread]
+    void setUrgent(bool urgent);
 
     const PbxSettings& settings() const { return m_settings; }
 
@@ -41,6 +46,7 @@ private:
     void received(const CstaEventContent& event) override;
     bool isBehind() override;
 
+    Result<CstaElement> waitFor(CstaElement message);
     void learn(const CstaSystemStatus& status);
     void raise(std::unique_ptr<CSTAEvent> event);
     void raiseStatus(const std::string& state, const FeatureData& feature);
@@ -48,6 +54,9 @@ private:
 
     const PbxSettings m_settings;
     const Raise m_raise;
+    std::mutex m_waitMutex;
+    std::condition_variable m_woken;
+    bool m_isUrgent = false;
     PbxLink m_link;
     PbxLine* m_pLine = nullptr;
     std::shared_ptr<std::atomic<int>> m_queued = std::make_shared<std::atomic<int>>(0); // raised, not heard

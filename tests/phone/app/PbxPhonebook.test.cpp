@@ -30,7 +30,8 @@ protected:
         options.phonelets = {{"phonebook", resources.phonebook}, {"CorvanStimulus", resources.stimulus}};
         options.items = {{"language", "en"},
                          {"pbx-server", "127.0.0.1:" + std::to_string(pbx.port())},
-                         {"pbx-device", "100"}};
+                         {"pbx-device", "100"},
+                         {"pbx-request-timeout", "60"}};
         phone = Phone::create(std::move(options)).value();
         phone->start();
     }
@@ -156,6 +157,18 @@ TEST_F(PbxTabOfAPhone, SaysThatThePbxRefuses)
     pbx.answer(
         "<CSTAErrorCode><stateIncompatibility>invalidObjectState</stateIncompatibility></CSTAErrorCode>");
     EXPECT_TRUE(shows("does not answer"));
+}
+
+TEST_F(PbxTabOfAPhone, IsGivenUpByWhoGoesHomeMeanwhile)
+{
+    ASSERT_TRUE(pbx.welcome());
+    press("phonebook");
+    ASSERT_TRUE(shows(TAB));
+    press("tab");
+    phone->keys().press(keysFromWord("tab")->front());
+    EXPECT_EQ(pbx.receiveName(), "RequestSystemStatus"); // and is not answered
+    press("home");
+    EXPECT_TRUE(shows("Line ready"));
 }
 
 TEST_F(PbxTabOfAPhone, KeepsUpWithAThousandRows)

@@ -285,6 +285,24 @@ TEST_F(AttachedPhonebook, CannotBeActivatedWithoutThePbx)
     EXPECT_NE(request.getResponseCode(), 0);
 }
 
+TEST_F(AttachedPhonebook, KeepsNobodyWaitingWhoIsInAHurry)
+{
+    connect();
+    auto done = std::async(std::launch::async, [this] {
+        CSTARequestSystemStatusRequest request(
+            featureOf(content_feature_name_pbxphonebook, content_localfeature_activate));
+        pbx->answerSystemStatus(request);
+        return request.getResponseCode() == 0;
+    });
+    EXPECT_EQ(peer.receiveName(), "RequestSystemStatus"); // and is not answered
+    pbx->setUrgent(true);
+    EXPECT_FALSE(done.get());
+    pbx->setUrgent(false);
+    EXPECT_EQ(activate("<RequestSystemStatusResponse><systemStatus>normal</systemStatus>"
+                       "</RequestSystemStatusResponse>"),
+              "done");
+}
+
 TEST_F(AttachedPhonebook, ShowsItsRowsAndTakesKeys)
 {
     connect();
