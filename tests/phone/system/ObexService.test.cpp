@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -26,6 +27,13 @@ public:
         const std::lock_guard lock(m_mutex);
         m_events.push_back(std::move(event));
         m_posted.notify_all();
+    }
+
+    // Waits for one event, and runs it.
+    bool runsOne()
+    {
+        bool wasRun = false;
+        return until([&] { return std::exchange(wasRun, true); });
     }
 
     // Runs events until `condition` holds; false if that takes longer than ten seconds.
@@ -341,14 +349,22 @@ TEST_F(Sending, GivesAFileNoNameThatLeadsElsewhere)
 
 TEST(SendingWithoutABus, IsRefusedAndSaysWhy)
 {
-    const TemporaryFolder folder;
-    Events events;
-    ObexService obex(events, folder.path(), {"unix:path=/nowhere", "unix:path=/nowhere"});
-    EXPECT_FALSE(obex.sendContact("a.vcf", nCARD));
-    EXPECT_EQ(obex.status().outcome, SendOutcome::NoService);
-    obex.setAllowed(true);
-    EXPECT_FALSE(obex.isActive());
-    EXPECT_FALSE(obex.sendContact("a.vcf", nCARD));
+    const std::vector<const char*> buses{"DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"};
+    for (const auto* variable : buses)
+        setenv(variable, "unix:path=/nowhere", 1);
+    {
+        const TemporaryFolder folder;
+        Events events;
+        ObexService obex(events, folder.path());
+        EXPECT_FALSE(obex.sendContact("a.vcf", nCARD));
+        EXPECT_EQ(obex.status().outcome, SendOutcome::NoService);
+        obex.setAllowed(true);
+        EXPECT_TRUE(events.runsOne()); // it has tried
+        EXPECT_FALSE(obex.isActive());
+        EXPECT_FALSE(obex.sendContact("a.vcf", nCARD));
+    }
+    for (const auto* variable : buses)
+        unsetenv(variable);
 }
 
 TEST(SendingWithoutABus, RemovesWhatAKilledTelephoneLeft)
