@@ -9,6 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "calls/DialPlan.h"
 #include "directory/ContactStore.h"
 
 namespace {
@@ -90,6 +91,35 @@ void listText(benchmark::State& state)
     state.counters["ratio"] = ours / bare;
 }
 BENCHMARK(listText)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// Who calls? One number of 100,000, written in another way; beside it, reading them all to find out.
+void nameOfACaller(benchmark::State& state)
+{
+    Book book;
+    DialPlanRules rules;
+    rules.countryCode = "49";
+    rules.areaCode = "30";
+    const DialPlan plan(rules);
+    const auto canonical = [&plan](const std::string& number) { return plan.canonical(number); };
+    const auto readAll = [&] {
+        Statement row(book.store().database()->handle(), "SELECT office FROM contacts NOT INDEXED");
+        while (row.step())
+            benchmark::DoNotOptimize(canonical(std::string(row.text(0))));
+    };
+    double ours = 0;
+    double bare = 0;
+    for (auto _ : state) {
+        bare += seconds(readAll);
+        const double once = seconds([&] {
+            if (book.store().namesWithNumber("030 67890", canonical).value().size() != 1)
+                state.SkipWithError("not found");
+        });
+        ours += once;
+        state.SetIterationTime(once);
+    }
+    state.counters["ratio"] = ours / bare;
+}
+BENCHMARK(nameOfACaller)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void saveOne(benchmark::State& state)
 {
