@@ -97,9 +97,9 @@ private:
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
     CallService m_calls;
-    std::mutex m_pbxMutex;               // for m_pbx itself, outside the event thread
-    std::unique_ptr<Pbx> m_pbx;          // null when there is none; its line is the call service's
-    std::vector<const LineIfc*> m_lines; // the call service owns them
+    std::mutex m_pbxMutex;                // for m_pbx itself, outside the event thread
+    std::unique_ptr<Pbx> m_pbx;           // null when there is none; its line is the call service's
+    std::vector<const LineIfc*> m_lines;  // the call service owns them
     std::optional<SipSettings> m_sipLine; // of the SIP line that is among them
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;

@@ -113,7 +113,7 @@ protected:
         return std::to_string(static_cast<int>(state)) + " " + std::to_string(static_cast<int>(why));
     }
 
-    std::chrono::milliseconds m_requestTimeout = 5s;
+    std::chrono::milliseconds m_requestTimeout = 60s;
     Listener listener;
     std::unique_ptr<LineIfc> line;
 

@@ -39,7 +39,7 @@ protected:
         settings.host = "127.0.0.1";
         settings.port = pbx.port();
         settings.device = "100";
-        settings.requestTimeout = 5s;
+        settings.requestTimeout = 60s;
         settings.firstPause = 1ms;
         settings.longestPause = 20ms;
         settings.probeInterval = 1h;
