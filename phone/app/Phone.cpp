@@ -363,10 +363,15 @@ void Phone::closeNotification(std::uint64_t id)
 
 std::vector<std::string> Phone::namesOf(const std::string& number)
 {
-    return m_services->directory().namesWithNumber(number, [this](std::string form) {
-        m_services->digits().convertToCanonical(form);
-        return form;
-    });
+    const auto find = [this](const std::string& wanted) {
+        return m_services->directory().namesWithNumber(wanted, [this](std::string form) {
+            m_services->digits().convertToCanonical(form);
+            return form;
+        });
+    };
+    // With the digits for an outside line before it, it may read like another country's.
+    auto names = find(number);
+    return names.empty() ? find(m_services->digits().canonicalOfDialled(number)) : names;
 }
 
 std::string Phone::lineState() const

@@ -73,6 +73,11 @@ std::string DigitAnalysis::toDialString(const std::string& number) const
     return m_plan.load()->dialString(number);
 }
 
+std::string DigitAnalysis::canonicalOfDialled(const std::string& digits) const
+{
+    return m_plan.load()->canonicalOfDialled(digits);
+}
+
 bool DigitAnalysis::isEmergency(const std::string& number) const
 {
     return m_plan.load()->isEmergency(toDialString(number));

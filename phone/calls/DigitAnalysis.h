@@ -48,6 +48,8 @@ public:
     // Forgets the provider: its phonelet was stopped.
     void dropObservers() { m_pProvider = nullptr; }
     std::string toDialString(const std::string& number) const;
+    // Of digits that may have those for an outside line before them.
+    std::string canonicalOfDialled(const std::string& digits) const;
     bool isEmergency(const std::string& number) const;
 
     // Off-hook reports dialling started, with no digits yet.
