@@ -93,13 +93,11 @@ Result<void> Phone::openServices()
 void Phone::makeSendScreen()
 {
     auto& sending = m_services->sending();
-    m_sendScreen = std::make_unique<SendScreen>(
-        SendScreen::Parts{m_events, m_translator,
-                          [this]() -> DisplayAPI::Display* {
-                              return m_stage.front() ? &m_stage.front()->display() : nullptr;
-                          },
-                          [&sending](const std::string& address) { sending.choose(address); },
-                          [&sending] { sending.cancel(); }});
+    m_sendScreen = std::make_unique<SendScreen>(SendScreen::Parts{
+        m_events, m_translator,
+        [this]() -> DisplayAPI::Display* { return m_stage.front() ? &m_stage.front()->display() : nullptr; },
+        [&sending](const std::string& address) { sending.choose(address); },
+        [&sending] { sending.cancel(); }});
     sending.setObserver(m_sendScreen.get());
 }
 

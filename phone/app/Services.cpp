@@ -70,8 +70,7 @@ Result<std::unique_ptr<Services>> Services::open(Parts parts)
     auto directory = DirectoryService::open(parts.profile.data, options, parts.events, parts.updates);
     if (!directory)
         return directory.error();
-    auto journal =
-        Journal::open(parts.profile.data, parts.clock, parts.events, options.watchInterval);
+    auto journal = Journal::open(parts.profile.data, parts.clock, parts.events, options.watchInterval);
     if (!journal)
         return journal.error();
     return std::unique_ptr<Services>(

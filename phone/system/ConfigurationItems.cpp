@@ -157,7 +157,8 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         number("sip-registration-time", "s", 10, 3600, 300, "How long the registrar is to know the line."),
         number("sip-port", "", 0, 65534, 0,
                "Port on which calls come in; 0: any that is free, which a registrar gets to know."),
-        text("sip-pickup-code", "*8", "What is dialled before the number of a colleague whose call is taken."),
+        text("sip-pickup-code", "*8",
+             "What is dialled before the number of a colleague whose call is taken."),
         number("sip-no-answer-time", "s", 5, 600, 60, "How long a call may ring before it is given up."),
         choice("sip-audio", {"auto", "devices", "none"},
                "Whether calls use the computer's microphone and loudspeaker; auto: if it has any. With none, "
