@@ -121,8 +121,7 @@ void Phone::stop()
         return;
     m_stopped = true;
     m_watch.reset();
-    m_services->directory().cancelSearches(); // the event thread may be waiting for one
-    m_services->setUrgent(true);
+    m_services->stopWaiting(); // the event thread may be
     m_systemClock.setUrgent(true);
     m_events.stopAfter("stop phonelets", [this] { stopPhonelets(); });
     m_frames.close();

@@ -180,6 +180,17 @@ void Services::setSipLine()
 void Services::setUrgent(bool urgent)
 {
     m_directory->setUrgent(urgent);
+    hurryPbx(urgent);
+}
+
+void Services::stopWaiting()
+{
+    m_directory->cancelSearches();
+    hurryPbx(true);
+}
+
+void Services::hurryPbx(bool urgent)
+{
     std::lock_guard lock(m_pbxMutex);
     if (m_pbx)
         m_pbx->setUrgent(urgent);

@@ -58,6 +58,9 @@ public:
     // While `urgent` no service keeps the event thread waiting.
     // [any-thread]
     void setUrgent(bool urgent);
+    // Ends all waiting, for ever: the telephone stops.
+    // [any-thread]
+    void stopWaiting();
     void setLanguage(const std::string& language) { m_directory->setLanguage(language); }
 
     // The phonelets were stopped: what they left subscribed is dropped.
@@ -85,6 +88,7 @@ private:
     CallHooks callHooks();
     // An administrator's value of an item that the option store keeps too goes there.
     void copyToOptionStore(const std::string& item);
+    void hurryPbx(bool urgent);
     void setCorporateDirectory();
     void setSending();
     // The line that the configuration names, in the place of the one before.
