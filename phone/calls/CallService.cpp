@@ -32,7 +32,11 @@ CallService::CallService(EventPoster& events, CallHooks hooks)
 {
 }
 
-CallService::~CallService() = default;
+CallService::~CallService()
+{
+    // They report on threads of their own, for as long as they live.
+    m_lines.clear();
+}
 
 void CallService::addLine(std::unique_ptr<LineIfc> line)
 {
