@@ -100,7 +100,7 @@ class AttachedPbx : public testing::Test {
 protected:
     AttachedPbx()
     {
-        pbx.emplace(settings(), [this](const std::shared_ptr<CSTAEvent>& event) {
+        pbx.emplace(peer.settings(), [this](const std::shared_ptr<CSTAEvent>& event) {
             EventWriter writer;
             event->dispatch(&writer);
             events.add(writer.text);
@@ -109,19 +109,6 @@ protected:
         line->setObserver(&observer);
     }
     ~AttachedPbx() override { pbx.reset(); }
-
-    PbxSettings settings() const
-    {
-        PbxSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = peer.port();
-        settings.device = "100";
-        settings.requestTimeout = 60s;
-        settings.firstPause = 1ms;
-        settings.longestPause = 20ms;
-        settings.probeInterval = 1h;
-        return settings;
-    }
 
     void connect(const std::string& availability = "available")
     {

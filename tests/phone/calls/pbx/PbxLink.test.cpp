@@ -33,20 +33,7 @@ public:
 
 class Link : public testing::Test {
 protected:
-    PbxSettings settings() const
-    {
-        PbxSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = pbx.port();
-        settings.device = "100";
-        settings.requestTimeout = 60s;
-        settings.firstPause = 1ms;
-        settings.longestPause = 20ms;
-        settings.probeInterval = 1h;
-        return settings;
-    }
-
-    void start() { start(settings()); }
+    void start() { start(pbx.settings()); }
     void start(const PbxSettings& how)
     {
         m_link = std::make_unique<PbxLink>(how, listener);
@@ -277,7 +264,7 @@ TEST_F(Link, EndsWithAPbxThatSendsGarbage)
 
 TEST_F(Link, EndsWithAPbxThatIsSilent)
 {
-    auto impatient = settings();
+    auto impatient = pbx.settings();
     impatient.requestTimeout = 500ms;
     start(impatient);
     ASSERT_TRUE(pbx.accept()); // and says nothing
@@ -290,7 +277,7 @@ TEST_F(Link, EndsWithAPbxThatIsSilent)
 
 TEST_F(Link, StaysWithAPbxThatOnlyLeavesOneRequestUnanswered)
 {
-    auto impatient = settings();
+    auto impatient = pbx.settings();
     impatient.requestTimeout = 1s;
     start(impatient);
     ASSERT_TRUE(pbx.welcome());
@@ -306,7 +293,7 @@ TEST_F(Link, StaysWithAPbxThatOnlyLeavesOneRequestUnanswered)
 
 TEST_F(Link, AsksAgainHowThePbxIs)
 {
-    auto curious = settings();
+    auto curious = pbx.settings();
     curious.probeInterval = 1ms;
     start(curious);
     ASSERT_TRUE(pbx.welcome());
@@ -366,7 +353,7 @@ TEST_F(Link, IsStoppedAtAnyTime)
 
 TEST_F(Link, LooksNamesUp)
 {
-    auto named = settings();
+    auto named = pbx.settings();
     named.host = "localhost";
     start(named);
     ASSERT_TRUE(pbx.welcome());

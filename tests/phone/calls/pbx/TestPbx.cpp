@@ -47,6 +47,19 @@ TestPbx::~TestPbx()
     ::close(m_listener);
 }
 
+PbxSettings TestPbx::settings() const
+{
+    PbxSettings settings;
+    settings.host = "127.0.0.1";
+    settings.port = m_port;
+    settings.device = "100";
+    settings.requestTimeout = std::chrono::seconds(60);
+    settings.firstPause = std::chrono::milliseconds(1);
+    settings.longestPause = std::chrono::milliseconds(20);
+    settings.probeInterval = std::chrono::hours(1);
+    return settings;
+}
+
 bool TestPbx::accept()
 {
     close();

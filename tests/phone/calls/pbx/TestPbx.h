@@ -7,6 +7,7 @@
 #include <string>
 
 #include "calls/pbx/CstaFrame.h"
+#include "calls/pbx/PbxSettings.h"
 
 class TestPbx {
 public:
@@ -17,6 +18,8 @@ public:
     TestPbx& operator=(const TestPbx&) = delete;
 
     std::uint16_t port() const { return m_port; }
+    // Of a telephone that is attached to it: tries again at once, is in no hurry, and asks nothing by itself.
+    PbxSettings settings() const;
 
     // Takes the next connection, in the place of what there was. False when nobody came.
     bool accept();
