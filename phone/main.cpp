@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 #include <spawn.h>
 #include <sys/wait.h>
@@ -13,6 +14,7 @@
 
 #include "app/Commands.h"
 #include "app/DemoDirectory.h"
+#include "app/DemoLine.h"
 #include "app/DemoPbx.h"
 #include "app/Phone.h"
 #include "app/ProfileLock.h"
@@ -97,24 +99,29 @@ Result<void> prepare(const Profile& profile, const Arguments& arguments, const R
     });
 }
 
-// Null when it cannot be started: the rest of the demo does not need it.
-std::unique_ptr<ChildProgram> demoDirectory(const Profile& profile, const Resources& resources)
+// Null when it could not be started: the rest of the demo does not need it.
+std::unique_ptr<ChildProgram> ifStarted(Result<std::unique_ptr<ChildProgram>> server, const char* otherwise)
 {
-    auto started = startDemoDirectory(profile, resources.demo);
-    if (started)
-        return std::move(started).value();
-    std::fprintf(stderr, "The demo has no corporate directory. %s\n", started.error().sentence.c_str());
+    if (server)
+        return std::move(server).value();
+    std::fprintf(stderr, "%s %s\n", otherwise, server.error().sentence.c_str());
     return nullptr;
 }
 
-std::unique_ptr<ChildProgram> demoPbx(const Profile& profile, const Resources& resources)
-{
-    auto started = startDemoPbx(profile, resources.demo);
-    if (started)
-        return std::move(started).value();
-    std::fprintf(stderr, "The demo has no PBX. %s\n", started.error().sentence.c_str());
-    return nullptr;
-}
+// The servers of the demo, for as long as it lives.
+struct DemoServers {
+    DemoServers(const Profile& profile, const std::filesystem::path& demo)
+        : directory(ifStarted(startDemoDirectory(profile, demo), "The demo has no corporate directory."))
+        , pbx(ifStarted(startDemoPbx(profile, demo), "The demo has no PBX."))
+        , line(
+              ifStarted(startDemoLine(profile, demo), "The demo has no line, and nothing is heard of calls."))
+    {
+    }
+
+    std::unique_ptr<ChildProgram> directory;
+    std::unique_ptr<ChildProgram> pbx;
+    std::unique_ptr<ChildProgram> line;
+};
 
 // Shows the address on the desktop, if there is one; whether that worked is of no consequence.
 void openOnDesktop(const std::string& address)
@@ -161,8 +168,9 @@ int runTelephone(const Arguments& arguments)
         return refuse(lock.error());
     for (const auto& folder : {profile.data, profile.pictures()})
         removeLeftParts(folder);
-    const auto directory = arguments.demo ? demoDirectory(profile, resources) : nullptr;
-    const auto pbx = arguments.demo ? demoPbx(profile, resources) : nullptr;
+    std::optional<DemoServers> servers;
+    if (arguments.demo)
+        servers.emplace(profile, resources.demo);
 
     Log log(profile.log / "deskphone.log", arguments.log ? Log::Echo::StandardError : Log::Echo::None);
     PhoneOptions options;

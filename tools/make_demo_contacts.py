@@ -103,6 +103,16 @@ Straße;Inge;Blumen Straße;Floristin;Suppliers;berlin;o;
 ;;Pizzeria Da Elio;;;hamburg;oM;note
 """.strip().splitlines()
 
+# Who shows what may become of a call: first name, number on the demo's line (demo/line/serve), what happens.
+CALLEES = """
+Busy;486;Is always busy
+Calls back;300;Asks to hang up, and calls back
+Declines;603;Rings, and declines
+Hangs up;302;Answers, and hangs up
+No such number;404;Does not exist
+Rings;201;Never answers: pick the call up
+""".strip().splitlines()
+
 NOTES = {"Chen": "Closed on Fridays.", "Ihde": "Termine nur telefonisch.",
          "Lindqvist": "Ringer helst på förmiddagen.\nTalar svenska, tyska och engelska.", "": "Ask for the oven bread."}
 
@@ -231,9 +241,18 @@ def card(index, person, numbers):
     return "".join(fold(line) for line in lines)
 
 
+def callee_card(callee):
+    first, number, what = callee.split(";")
+    lines = ["BEGIN:VCARD", "VERSION:3.0", f"N:Demo;{first};;;", f"FN:Demo {first}",
+             f"TEL;TYPE=WORK,VOICE,PREF:{number}", "ORG:Demo line", f"TITLE:{escape(what)}", "CATEGORIES:Demo",
+             f"UID:deskbook-demo-line-{number}", "END:VCARD"]
+    return "".join(fold(line) for line in lines)
+
+
 def main():
     numbers = Numbers()
     cards = [card(index, person, numbers) for index, person in enumerate(PEOPLE, 1)]
+    cards += [callee_card(callee) for callee in CALLEES]
     OUTPUT.write_bytes("".join(cards).encode())
     print(f"{len(cards)} contacts, {OUTPUT.stat().st_size} bytes")
 

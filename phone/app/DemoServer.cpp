@@ -40,3 +40,13 @@ Result<std::unique_ptr<ChildProgram>> startDemoServer(const Profile& profile,
             return written.error();
     }
 }
+
+Result<void> forgetDemoServer(const Profile& profile, const std::vector<std::string>& items)
+{
+    Configuration configuration(profile.configFile());
+    for (const auto& item : items) {
+        if (const auto cleared = set(configuration, item + '='); !cleared)
+            return cleared;
+    }
+    return {};
+}

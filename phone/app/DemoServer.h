@@ -16,3 +16,6 @@
 Result<std::unique_ptr<ChildProgram>> startDemoServer(const Profile& profile,
                                                       const std::filesystem::path& program,
                                                       const std::vector<std::string>& arguments = {});
+
+// Empties items of the profile that name a server of an earlier start, which is gone.
+Result<void> forgetDemoServer(const Profile& profile, const std::vector<std::string>& items);
