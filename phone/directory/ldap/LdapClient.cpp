@@ -132,6 +132,8 @@ DirectoryStatus LdapClient::search(const PhonebookSearchCriteria& criteria, Phon
 
     {
         std::unique_lock lock(m_mutex);
+        if (m_cancelled)
+            return DIRECTORY_CONNECTION_FAILURE;
         if (!m_thread.joinable())
             m_thread = std::thread([this] { run(); });
         m_jobs.push_back(job);
