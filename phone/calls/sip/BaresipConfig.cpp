@@ -35,29 +35,33 @@ std::string quoted(const std::string& text)
     return all + "\"";
 }
 
-// A registrar or a peer on this machine is reached from nowhere else.
-bool staysOnThisMachine(const SipSettings& settings)
+// Where calls come in, without a port. A server on this machine is reached from nowhere else.
+std::string addressOf(const SipHost& server)
 {
-    return settings.outboundProxy.value_or(settings.domain()).isThisMachine();
+    if (server.isThisMachine())
+        return server.isIpv6() ? "[::1]" : "127.0.0.1";
+    return server.isIpv6() ? "[::]" : "0.0.0.0";
 }
 
 std::string configOf(const SipSettings& settings, int controlPort)
 {
-    const bool local = staysOnThisMachine(settings);
+    const auto server = settings.nextHop();
     const bool sound = settings.sound == SipSound::Devices;
     // One bridge as source and player gives back what comes in, and never ends.
     const std::string device = sound ? "alsa,default" : "aubridge,line";
     std::ostringstream text;
     text << "poll_method epoll\n"
-         << "sip_listen " << (local ? "127.0.0.1:" : "0.0.0.0:") << settings.port << "\n"
+         << "sip_listen " << addressOf(server) << ":" << settings.port << "\n"
          << "sip_trans_def " << transportOf(settings) << "\n"
          << "call_local_timeout 120\n" // s
-         << "call_max_calls 4\n"
+         // Who calls during a call is refused by the engine itself: were we to do that, a caller who gives up
+         // just then would have us hang up the other call.
+         << "call_max_calls 1\n"
          << "audio_player " << device << "\naudio_source " << device << "\naudio_alert "
          << (sound ? "alsa,default" : "aubridge,alert") << "\naudio_level no\n";
     // Its name would not do: only an address may be a loopback one.
-    if (local)
-        text << "net_interface 127.0.0.1\n";
+    if (server.isThisMachine())
+        text << "net_interface " << (server.isIpv6() ? "::1" : "127.0.0.1") << "\n";
     text << "module_path " << nMODULES << "\nmodule g711.so\nmodule "
          << (sound ? "alsa.so\nmodule aufile.so" : "aubridge.so")
          << "\nmodule_tmp uuid.so\nmodule_tmp account.so\nmodule_app menu.so\nmodule_app ctrl_tcp.so\n"
@@ -104,17 +108,17 @@ std::string baresipAccount(const SipSettings& settings, const std::string& passw
     if (!settings.displayName.empty())
         text << quoted(settings.displayName) << ' ';
     const auto own = sipUriOf(settings.user, settings.domain()).value_or("");
-    text << '<' << own << transport << ">;answermode=manual";
+    // A peer that could transfer a call would have the telephone call anybody, unseen and unheard.
+    text << '<' << own << transport << ">;answermode=manual;call_transfer=no";
     if (!settings.registrar) {
         text << ";regint=0";
         return text.str();
     }
-    const auto& proxy = settings.outboundProxy ? settings.outboundProxy : settings.registrar;
+    // Everything goes that way, calls to other hosts too: who is reached directly may ask for the password,
+    // and guess it from the answer.
     text << ";regint=" << settings.registrationTime.count() << ";auth_user=\"" << settings.authUser
-         << "\";auth_pass=\"" << password << '"';
-    // Without a port the registrar's name is looked up as RFC 3263 says.
-    if (settings.outboundProxy || proxy->port != 0)
-        text << ";outbound=\"sip:" << proxy->text() << transport << '"';
+         << "\";auth_pass=\"" << password << "\";outbound=\"sip:" << settings.nextHop().text() << transport
+         << '"';
     return text.str();
 }
 

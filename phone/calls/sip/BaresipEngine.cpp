@@ -53,12 +53,13 @@ Result<void> BaresipEngine::tryToStart()
     const int port = freePort(m_io);
     if (auto written = writeBaresipFiles(m_settings, port, folder()); !written)
         return written;
+    const auto version = m_settings.nextHop().isIpv6() ? IpVersion::V6 : IpVersion::V4;
     m_process = std::make_unique<BaresipProcess>(m_io);
-    if (auto started = m_process->start(folder(), [this] { fail("it ended"); }); !started)
+    if (auto started = m_process->start(folder(), version, [this] { fail("it ended"); }); !started)
         return started;
     m_control = std::make_shared<BaresipControl>(
         m_io, m_settings.enginePatience,
-        BaresipControl::Hooks{[this] { connected(); },
+        BaresipControl::Hooks{[this, port] { connected(port); },
                               [this](const EngineMessage& message) { said(message); },
                               [this] {
                                   m_process->kill();
@@ -83,8 +84,12 @@ std::string BaresipEngine::readPassword() const
     return "";
 }
 
-void BaresipEngine::connected()
+void BaresipEngine::connected(int port)
 {
+    if (const auto closed = m_process->closePort(port); !closed)
+        PHONE_ERROR(
+            "other users of this computer could command the SIP engine: its port cannot be closed: %s",
+            closed.error().sentence.c_str());
     m_up = true;
     m_upSince = std::chrono::steady_clock::now();
     m_password = readPassword();

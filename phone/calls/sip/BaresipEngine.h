@@ -35,12 +35,14 @@ public:
     // Nothing while it is down.
     void send(const std::vector<EngineCommand>& commands);
     void restart();
+    // Ends it until restart().
+    void rest() { stop(); }
     // Whether there is another password than the one that it has.
     bool hasNewPassword() const;
 
 private:
     Result<void> tryToStart();
-    void connected();
+    void connected(int port);
     void said(const EngineMessage& message);
     // It is gone, for this reason, and started again after a while.
     void fail(const std::string& reason);

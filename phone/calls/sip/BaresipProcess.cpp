@@ -5,9 +5,12 @@
 #include <cstring>
 #include <string>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <linux/filter.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -54,6 +57,27 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
+bool listensOn(int descriptor, int port)
+{
+    int listens = 0;
+    socklen_t size = sizeof listens;
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    return ::getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listens, &size) == 0 && listens != 0 &&
+           ::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
+           address.sin_family == AF_INET && ntohs(address.sin_port) == port;
+}
+
+// Whoever asks for a connection hears nothing from now on.
+Result<void> takeNothing(int listener)
+{
+    sock_filter dropAll = BPF_STMT(BPF_RET | BPF_K, 0);
+    const sock_fprog program{1, &dropAll};
+    if (::setsockopt(listener, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program) != 0)
+        return Error{ErrorCode::Denied, std::strerror(errno)};
+    return {};
+}
+
 } // namespace
 
 BaresipProcess::~BaresipProcess()
@@ -67,12 +91,18 @@ BaresipProcess::~BaresipProcess()
     kill();
 }
 
-Result<void> BaresipProcess::start(const std::filesystem::path& folder, std::function<void()> ended)
+Result<void> BaresipProcess::start(const std::filesystem::path& folder, IpVersion version,
+                                   std::function<void()> ended)
 {
     std::string name = folder.string();
     // A signal that comes with the end of its parent must be asked for by the child itself.
-    std::array<std::string, 7> words{
-        "/usr/bin/setpriv", "--pdeathsig", "TERM", "/usr/bin/baresip", "-4", "-f", name};
+    std::array<std::string, 7> words{"/usr/bin/setpriv",
+                                     "--pdeathsig",
+                                     "TERM",
+                                     "/usr/bin/baresip",
+                                     version == IpVersion::V6 ? "-6" : "-4",
+                                     "-f",
+                                     name};
     std::array<char*, words.size() + 1> arguments{};
     for (std::size_t i = 0; i < words.size(); ++i)
         arguments[i] = words[i].data();
@@ -90,6 +120,26 @@ Result<void> BaresipProcess::start(const std::filesystem::path& folder, std::fun
                             ended();
                         });
     return {};
+}
+
+Result<void> BaresipProcess::closePort(int port)
+{
+    std::error_code failed;
+    const auto folder = "/proc/" + std::to_string(m_process) + "/fd";
+    const int process = m_ending.native_handle();
+    for (const auto& entry : std::filesystem::directory_iterator(folder, failed)) {
+        const int theirs = std::stoi(entry.path().filename().string());
+        const int ours = static_cast<int>(::syscall(SYS_pidfd_getfd, process, theirs, 0));
+        if (ours < 0 && errno != EBADF)
+            return Error{ErrorCode::Denied, std::strerror(errno)};
+        if (ours < 0)
+            continue; // just closed
+        const auto closed = listensOn(ours, port) ? std::optional(takeNothing(ours)) : std::nullopt;
+        ::close(ours);
+        if (closed)
+            return *closed;
+    }
+    return Error{ErrorCode::NotFound, failed ? failed.message() : "it does not listen"};
 }
 
 void BaresipProcess::kill()

@@ -13,6 +13,8 @@
 
 #include "app/Result.h"
 
+enum class IpVersion { V4, V6 };
+
 // Everything on the thread that runs the io_context.
 class BaresipProcess {
 public:
@@ -26,13 +28,18 @@ public:
     BaresipProcess(const BaresipProcess&) = delete;
     BaresipProcess& operator=(const BaresipProcess&) = delete;
 
-    // Starts it with the files in `folder`. It ends with this object, and with the calling thread,
-    // however that ends; `ended` is called when it ends before. Nothing but the folder's name is in its
-    // arguments. That the engine is not installed shows in its ending at once.
-    Result<void> start(const std::filesystem::path& folder, std::function<void()> ended);
+    // Starts it with the files in `folder`, to speak this version of IP only. It ends with this object, and
+    // with the calling thread, however that ends; `ended` is called when it ends before. Nothing but the
+    // folder's name is in its arguments. That the engine is not installed shows in its ending at once.
+    Result<void> start(const std::filesystem::path& folder, IpVersion version, std::function<void()> ended);
 
     // Ends it as a crash would; `ended` is not called.
     void kill();
+
+    // Nobody can connect to `port` of this machine, where the engine listens, any more; connections that
+    // there are stay. The engine asks nobody for a password, and would load any library for whoever tells
+    // it to. An error where the system does not let us.
+    Result<void> closePort(int port);
 
     pid_t id() const { return m_process; } // -1: there is none
 

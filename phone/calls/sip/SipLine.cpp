@@ -15,6 +15,7 @@ namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/sip/SipLine";
 constexpr std::chrono::milliseconds nPASSWORD_CHECK{500};
+constexpr std::size_t nLONGEST_CALLER = 100; // characters
 // Holds the line for a call that has no id yet.
 constexpr char nCALL_COMING_IN[] = "?";
 // Of commands whose response is of interest; the call's id follows.
@@ -26,7 +27,25 @@ Caller callerOf(const EngineCallEvent& event)
     auto number = sipUserOf(event.peerUri);
     if (number == "anonymous") // RFC 3323 4.1
         number.clear();
-    return {cleanText(number), cleanText(event.peerName)};
+    return {fitText(number, nLONGEST_CALLER), fitText(event.peerName, nLONGEST_CALLER)};
+}
+
+bool isPasswordRefused(const std::string& refusal)
+{
+    return refusal.starts_with("401") || refusal.starts_with("403") || refusal.starts_with("407");
+}
+
+// What a registrar's refusal means, where the words are no help.
+std::string adviceOn(const std::string& refusal)
+{
+    if (isPasswordRefused(refusal))
+        return ". Check \"sip-user\" and \"sip-auth-user\", and run \"deskphone sip-password\".";
+    if (refusal.starts_with("423"))
+        return ". Set a greater \"sip-registration-time\".";
+    // What the engine says of a name without an address.
+    if (refusal == "Destination address required")
+        return ". The DNS does not know this name: check \"sip-server\".";
+    return "";
 }
 
 } // namespace
@@ -258,26 +277,26 @@ void SipLine::registration(const EngineRegistration& event)
         return;
     }
     if (std::exchange(m_refusal, event.reason) != event.reason)
-        PHONE_USER("the registrar %s does not take the line %s: %s", m_settings.registrar->text().c_str(),
-                   m_settings.user.c_str(), event.reason.c_str());
-    const bool passwordRefused = event.reason.starts_with("401") || event.reason.starts_with("403");
-    using Clock = std::chrono::steady_clock;
-    // An account is locked where a wrong password is shown too often.
-    registerLater(passwordRefused ? Clock::time_point::max() : Clock::now() + m_settings.retryDelay);
+        PHONE_USER("the registrar %s does not take the line %s: %s%s", m_settings.registrar->text().c_str(),
+                   m_settings.user.c_str(), event.reason.c_str(), adviceOn(event.reason).c_str());
+    registerLater(std::chrono::steady_clock::now() + m_settings.retryDelay);
 }
 
-// The engine itself would wait up to half an hour, and never learn of another password.
+// The engine itself would wait up to half an hour, and never learn of another password. The one that was
+// refused it would show again and again, until the registrar locks the account: it rests instead.
 void SipLine::registerLater(std::chrono::steady_clock::time_point retry)
 {
     m_registrationCheck.expires_after(std::min(nPASSWORD_CHECK, m_settings.retryDelay));
     m_registrationCheck.async_wait([this, retry](const boost::system::error_code& cancelled) {
         if (cancelled)
             return;
-        const bool due = std::chrono::steady_clock::now() >= retry || m_engine->hasNewPassword();
-        if (due && m_calls.empty())
-            m_engine->restart();
-        else
-            registerLater(retry);
+        const bool refused = isPasswordRefused(m_refusal);
+        const bool due = refused ? m_engine->hasNewPassword() : std::chrono::steady_clock::now() >= retry;
+        if (m_calls.empty() && due)
+            return m_engine->restart();
+        if (m_calls.empty() && refused)
+            m_engine->rest();
+        registerLater(retry);
     });
 }
 

@@ -73,7 +73,9 @@ private:
             return std::nullopt;
         auto host = sipHostOf(text);
         if (!host)
-            refuse("\"" + text + "\" in \"" + item + "\" is no server: write NAME or NAME:PORT.");
+            refuse("\"" + text + "\" in \"" + item +
+                   "\" is no server: write NAME or NAME:PORT, an IPv6 address "
+                   "in brackets.");
         return host;
     }
 
@@ -114,6 +116,11 @@ SipHost SipSettings::domain() const
     if (registrar)
         return {registrar->name, 0};
     return outboundProxy.value_or(SipHost());
+}
+
+SipHost SipSettings::nextHop() const
+{
+    return outboundProxy ? *outboundProxy : registrar.value_or(SipHost());
 }
 
 std::vector<std::string> SipSettings::passwordHosts() const

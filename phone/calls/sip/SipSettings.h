@@ -46,6 +46,8 @@ struct SipSettings {
 
     // Where calls go when their number does not say so.
     SipHost domain() const;
+    // Where everything is sent first.
+    SipHost nextHop() const;
     // Those that get to see the password.
     std::vector<std::string> passwordHosts() const;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include <arpa/inet.h>
+
 namespace {
 
 constexpr std::size_t nLONGEST_NUMBER = 255;
@@ -20,6 +22,27 @@ bool isAlphanumeric(char c)
 bool standsForItself(char c)
 {
     return isAlphanumeric(c) || std::string_view("-_.!~*'()+").find(c) != std::string_view::npos;
+}
+
+bool isHostName(std::string_view name)
+{
+    return !name.empty() && name.size() <= nLONGEST_HOST && name.front() != '-' &&
+           std::ranges::all_of(name, [](char c) { return isAlphanumeric(c) || c == '-' || c == '.'; });
+}
+
+// In brackets.
+bool isIpv6Address(std::string_view text)
+{
+    if (!text.starts_with('[') || !text.ends_with(']'))
+        return false;
+    in6_addr address{};
+    return ::inet_pton(AF_INET6, std::string(text.substr(1, text.size() - 2)).c_str(), &address) == 1;
+}
+
+bool isLoopback(const std::string& name)
+{
+    in_addr address{};
+    return ::inet_pton(AF_INET, name.c_str(), &address) == 1 && ntohl(address.s_addr) >> 24 == IN_LOOPBACKNET;
 }
 
 bool isControl(unsigned char c)
@@ -77,18 +100,19 @@ std::string SipHost::text() const
 
 bool SipHost::isThisMachine() const
 {
-    return name == "localhost" || name.starts_with("127.");
+    return isLoopback(name) || name == "[::1]";
 }
 
 std::optional<SipHost> sipHostOf(std::string_view text)
 {
-    const auto colon = text.find(':');
+    const auto bracket = text.starts_with('[') ? text.find(']') : 0;
+    const auto colon = text.find(':', bracket);
     SipHost host{std::string(text.substr(0, colon))};
-    const bool named =
-        !host.name.empty() && host.name.size() <= nLONGEST_HOST && host.name.front() != '-' &&
-        std::ranges::all_of(host.name, [](char c) { return isAlphanumeric(c) || c == '-' || c == '.'; });
-    if (!named)
+    if (host.isIpv6() ? !isIpv6Address(host.name) : !isHostName(host.name))
         return std::nullopt;
+    // The DNS, which is asked for names, need not know this one.
+    if (host.name == "localhost")
+        host.name = "127.0.0.1";
     if (colon == std::string_view::npos)
         return host;
     const auto port = text.substr(colon + 1);

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// Where a server is: a name or an IPv4 address, and a port if one is given.
+// Where a server is: a name, an IPv4 address or, in brackets, an IPv6 address, and a port if one is given.
 struct SipHost {
     std::string name;
     int port = 0; // 0: the usual one
@@ -14,11 +14,12 @@ struct SipHost {
     // "name" or "name:port".
     std::string text() const;
     bool isThisMachine() const;
+    bool isIpv6() const { return name.starts_with('['); }
 
     bool operator==(const SipHost&) const = default;
 };
 
-// Nothing for what is neither "name" nor "name:port".
+// Nothing for what is neither "name" nor "name:port"; "localhost" is 127.0.0.1.
 std::optional<SipHost> sipHostOf(std::string_view text);
 
 // The URI that calls `dialled` at `host`: blanks are left out, and whatever a URI cannot hold, '#' say,

@@ -37,11 +37,11 @@ protected:
 TEST(SipAccount, IsTheLineAtItsRegistrar)
 {
     EXPECT_EQ(baresipAccount(registered(), "se cret;"),
-              "<sip:101@pbx.example.com;transport=udp>;answermode=manual;regint=300;auth_user=\"anna m\";"
-              "auth_pass=\"se cret;\"");
+              "<sip:101@pbx.example.com;transport=udp>;answermode=manual;call_transfer=no;regint=300;"
+              "auth_user=\"anna m\";auth_pass=\"se cret;\";outbound=\"sip:pbx.example.com;transport=udp\"");
 }
 
-TEST(SipAccount, SendsEverythingToTheProxyOrThePortThatIsNamed)
+TEST(SipAccount, SendsEverythingToTheRegistrarOrTheProxyThatIsNamed)
 {
     auto settings = registered();
     settings.transport = SipTransport::Tls;
@@ -61,7 +61,7 @@ TEST(SipAccount, WithoutARegistrarShowsNobodyAPassword)
     settings.displayName = "Anna \"A\" \\ M\u00fcller";
     EXPECT_EQ(baresipAccount(settings, "secret"),
               "\"Anna \\\"A\\\" \\\\ M\u00fcller\" <sip:101@127.0.0.1:5081;transport=udp>;answermode=manual;"
-              "regint=0");
+              "call_transfer=no;regint=0");
 }
 
 TEST(SipAccount, CannotHoldEveryText)
@@ -80,12 +80,22 @@ TEST_F(EngineFiles, KeepALineThatNeedsNoNetworkOnThisMachine)
     auto settings = registered();
     EXPECT_EQ(configured(settings, "sip_listen"), "0.0.0.0:0");
     EXPECT_EQ(configured(settings, "net_interface"), "");
-    settings.registrar = SipHost{"localhost", 5060};
+    settings.registrar = sipHostOf("localhost:5060");
     settings.port = 5072;
     EXPECT_EQ(configured(settings, "sip_listen"), "127.0.0.1:5072");
     EXPECT_EQ(configured(settings, "net_interface"), "127.0.0.1");
     settings.outboundProxy = SipHost{"edge.example.com", 0};
     EXPECT_EQ(configured(settings, "sip_listen"), "0.0.0.0:5072");
+}
+
+TEST_F(EngineFiles, SpeakTheRegistrarsVersionOfIp)
+{
+    auto settings = registered();
+    settings.registrar = SipHost{"[2001:db8::1]", 5060};
+    EXPECT_EQ(configured(settings, "sip_listen"), "[::]:0");
+    settings.outboundProxy = SipHost{"[::1]", 5060};
+    EXPECT_EQ(configured(settings, "sip_listen"), "[::1]:0");
+    EXPECT_EQ(configured(settings, "net_interface"), "::1");
 }
 
 TEST_F(EngineFiles, UseTheDevicesOrASilentBridge)

@@ -14,6 +14,7 @@
 #include "Soon.h"
 #include "TemporaryFolder.h"
 #include "calls/sip/BaresipConfig.h"
+#include "calls/sip/BaresipControl.h"
 #include "calls/sip/BaresipProcess.h"
 #include "calls/sip/SipLine.h"
 #include "calls/sip/SipPassword.h"
@@ -112,16 +113,51 @@ TEST_F(SipFaults, AnEngineThatHangsIsReplaced)
     EXPECT_NE(engine(), hanging);
 }
 
-TEST_F(SipFaults, AnEngineThatSomebodyElseCommandsIsReplaced)
+TEST_F(SipFaults, NobodyElseCanCommandTheEngine)
 {
     namespace asio = boost::asio;
-    useLine(freePort());
+    Sipp callee("answers");
+    useLine(callee.port());
     ASSERT_TRUE(watcher.isInService(*line));
-    const auto taken = engine();
+    const auto before = engine();
     asio::io_context io;
     asio::ip::tcp::socket stranger(io);
-    stranger.connect({asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(controlPort())});
-    EXPECT_TRUE(soon([&] { return engine() != taken && line->isInService(); }));
+    bool connects = false;
+    stranger.async_connect({asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(controlPort())},
+                           [&](const boost::system::error_code& error) { connects = !error; });
+    // As long as a whole call takes.
+    ASSERT_TRUE(line->placeCall("1", "201"));
+    ASSERT_TRUE(watcher.becomes("1", CallState::Connected));
+    line->clearCall("1");
+    EXPECT_TRUE(watcher.ends("1", CallState::Null, CallEnd::Cleared));
+    io.poll();
+    EXPECT_FALSE(connects);
+    EXPECT_EQ(engine(), before);
+}
+
+// It serves the last one who connected, which only somebody who is as quick as the telephone can be.
+TEST_F(SipFaults, AnEngineThatSomebodyElseCommandsIsNoticed)
+{
+    boost::asio::io_context io;
+    BaresipProcess process(io);
+    settings.outboundProxy = SipHost{"127.0.0.1", freePort()};
+    const int port = freePort();
+    ASSERT_TRUE(writeBaresipFiles(settings, port, folder / "sip-engine"));
+    ASSERT_TRUE(process.start(folder / "sip-engine", IpVersion::V4, [] {}));
+    bool lost = false;
+    const auto nothing = [](const EngineMessage&) {};
+    const auto stranger = std::make_shared<BaresipControl>(io, std::chrono::seconds(10),
+                                                           BaresipControl::Hooks{[] {}, nothing, [] {}});
+    const auto own =
+        std::make_shared<BaresipControl>(io, std::chrono::seconds(10),
+                                         BaresipControl::Hooks{[&] { stranger->connect(port); }, nothing,
+                                                               [&] {
+                                                                   lost = true;
+                                                                   io.stop();
+                                                               }});
+    own->connect(port);
+    io.run_for(std::chrono::seconds(10));
+    EXPECT_TRUE(lost);
 }
 
 TEST_F(SipFaults, ThePasswordIsNowhereButInItsOwnFile)
@@ -155,7 +191,7 @@ TEST_F(SipFaults, TheEngineEndsWithTheThreadThatStartedIt)
     settings.outboundProxy = SipHost{"127.0.0.1", freePort()};
     ASSERT_TRUE(writeBaresipFiles(settings, freePort(), folder / "sip-engine"));
     std::thread([&] {
-        ASSERT_TRUE(process.start(folder / "sip-engine", [&] { ended = true; }));
+        ASSERT_TRUE(process.start(folder / "sip-engine", IpVersion::V4, [&] { ended = true; }));
         ASSERT_TRUE(soon([&] { return engine() == process.id(); }));
     }).join();
     io.run_for(std::chrono::seconds(10));

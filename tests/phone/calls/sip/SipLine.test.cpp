@@ -1,5 +1,9 @@
 #include <csignal>
 
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/udp.hpp>
+
 #include <gtest/gtest.h>
 
 #include <testing/LogCapture.h>
@@ -7,6 +11,7 @@
 #include "EngineProcess.h"
 #include "LineWatcher.h"
 #include "Sipp.h"
+#include "Soon.h"
 #include "TemporaryFolder.h"
 #include "calls/sip/SipLine.h"
 
@@ -53,6 +58,28 @@ protected:
         const auto messages = callee.messages();
         const auto begin = messages.find("INVITE sip:") + 11;
         return messages.substr(begin, messages.find('@', begin) - begin);
+    }
+    // A caller who gives up before the line can have said anything; what it says then.
+    std::string callAndGiveUp(const std::string& id) const
+    {
+        namespace asio = boost::asio;
+        asio::io_context io;
+        asio::ip::udp::socket caller(io, {asio::ip::address_v4::loopback(), 0});
+        const asio::ip::udp::endpoint called(asio::ip::address_v4::loopback(),
+                                             static_cast<std::uint16_t>(settings.port));
+        const auto own = "127.0.0.1:" + std::to_string(caller.local_endpoint().port());
+        for (const std::string method : {"INVITE", "CANCEL"}) {
+            const auto message = method + " sip:100@127.0.0.1 SIP/2.0\r\nVia: SIP/2.0/UDP " + own +
+                                 ";branch=z9hG4bK" + id + "\r\nFrom: <sip:300@" + own +
+                                 ">;tag=1\r\nTo: <sip:100@127.0.0.1>\r\nCall-ID: " + id + "\r\nCSeq: 1 " +
+                                 method + "\r\nContact: <sip:300@" + own +
+                                 ">\r\nMax-Forwards: 70\r\nContent-Length: 0\r\n\r\n";
+            caller.send_to(asio::buffer(message), called);
+        }
+        std::string answer(2000, '\0');
+        caller.async_receive(asio::buffer(answer), [](const auto&, std::size_t) {});
+        io.run_for(std::chrono::seconds(10));
+        return answer;
     }
     // A call that comes in from `caller` and rings.
     LineWatcher::Offer ringing()
@@ -167,6 +194,32 @@ TEST_F(SipCalls, AreRefusedWhileThereIsOne)
     EXPECT_TRUE(callee.succeeds()); // nothing has disturbed it
 }
 
+TEST_F(SipCalls, GoOnWhoeverCallsAndGivesUpAtOnce)
+{
+    Sipp callee("answers");
+    useLine(callee.port());
+    ASSERT_TRUE(line->placeCall("1", "201"));
+    ASSERT_TRUE(watcher.becomes("1", CallState::Connected));
+    for (int i = 0; i < 20; ++i)
+        EXPECT_TRUE(callAndGiveUp(std::to_string(i)).starts_with("SIP/2.0 486"));
+    EXPECT_FALSE(watcher.hasOffer());
+    EXPECT_EQ(watcher.states("1"), (std::vector{CallState::Alerting, CallState::Connected}));
+    line->clearCall("1");
+    EXPECT_TRUE(callee.succeeds());
+}
+
+TEST_F(SipCalls, GoNowhereThatOnlyThePeerWants)
+{
+    Sipp callee("transfers");
+    useLine(callee.port());
+    ASSERT_TRUE(line->placeCall("1", "201"));
+    ASSERT_TRUE(watcher.becomes("1", CallState::Connected));
+    ASSERT_TRUE(soon([&] { return callee.messages().find("\nSIP/2.0 501 ") != std::string::npos; }));
+    EXPECT_EQ(callee.messages().find("INVITE sip:premium"), std::string::npos);
+    line->clearCall("1");
+    EXPECT_TRUE(callee.succeeds());
+}
+
 TEST_F(SipCalls, CanFollowOneThatIsJustBeingEnded)
 {
     Sipp callee("rings");
@@ -270,6 +323,18 @@ TEST_F(SipCalls, ComeInWhateverTheCallersNameIs)
     Sipp caller("calls-in-vain", "100", settings.port, "\"\xff\xfe \x01\" <sip:300@127.0.0.1>");
     const auto offer = ringing();
     EXPECT_EQ(offer.caller.number, "300");
+    line->clearCall(offer.callId);
+    EXPECT_TRUE(caller.succeeds());
+}
+
+TEST_F(SipCalls, ComeInHoweverLongTheCallersNameIs)
+{
+    useLine(freePort());
+    const std::string longest(3000, 'n');
+    Sipp caller("calls-in-vain", "100", settings.port, "\"" + longest + "\" <sip:" + longest + "@127.0.0.1>");
+    const auto offer = ringing();
+    EXPECT_EQ(offer.caller.name, longest.substr(0, 100));
+    EXPECT_EQ(offer.caller.number, longest.substr(0, 100));
     line->clearCall(offer.callId);
     EXPECT_TRUE(caller.succeeds());
 }

@@ -2,8 +2,10 @@
 
 #include <testing/LogCapture.h>
 
+#include "EngineProcess.h"
 #include "LineWatcher.h"
 #include "Registrar.h"
+#include "Sipp.h"
 #include "Soon.h"
 #include "TemporaryFolder.h"
 #include "calls/sip/SipLine.h"
@@ -22,6 +24,10 @@ struct Telephone {
     void start(int registrar)
     {
         settings.registrar = SipHost{"127.0.0.1", registrar};
+        start();
+    }
+    void start()
+    {
         settings.profile = folder.path();
         line = std::make_unique<SipLine>(settings);
         line->setObserver(&watcher);
@@ -77,10 +83,41 @@ TEST_F(SipRegistration, NeedsTheRightPasswordAndTakesItWhenItIsThere)
     ASSERT_TRUE(soon([this] { return logged("does not take the line 101: 401"); }));
     EXPECT_FALSE(anna.line->isInService());
     EXPECT_FALSE(anna.line->placeCall("1", "102"));
+    // It is not shown again.
+    EXPECT_TRUE(soon([this] { return engineOf(anna.folder.path()) == -1; }));
     anna.keep(Registrar::PASSWORD);
     EXPECT_TRUE(anna.comesIntoService());
     EXPECT_FALSE(logged("wrong"));
     EXPECT_FALSE(logged(Registrar::PASSWORD));
+}
+
+TEST_F(SipRegistration, SaysWhyTheRegistrarRefusesIt)
+{
+    const std::vector<std::pair<std::string, std::string>> refusals{
+        {"403 Forbidden",
+         "403 Forbidden. Check \"sip-user\" and \"sip-auth-user\", and run \"deskphone sip-password\"."},
+        {"423 Interval Too Brief", "423 Interval Too Brief. Set a greater \"sip-registration-time\"."},
+        {"503 Service Unavailable", "503 Service Unavailable"},
+        {"301 Moved Permanently", "301 Moved Permanently"}};
+    anna.keep("any");
+    for (const auto& [status, said] : refusals) {
+        Sipp refusing("refuses-to-register", status);
+        anna.start(refusing.port());
+        EXPECT_TRUE(soon([&] { return logged("does not take the line 101: " + said); })) << status;
+        EXPECT_TRUE(refusing.succeeds());
+        EXPECT_FALSE(anna.line->isInService());
+    }
+}
+
+TEST_F(SipRegistration, SaysThatNobodyKnowsTheRegistrarsName)
+{
+    ASSERT_TRUE(SipPassword(anna.folder.path()).write("any", {"registrar.invalid"}));
+    anna.settings.registrar = SipHost{"registrar.invalid", 0};
+    anna.start();
+    EXPECT_TRUE(soon([this] {
+        return logged("Destination address required. The DNS does not know this name: check \"sip-server\".");
+    }));
+    EXPECT_FALSE(anna.line->placeCall("1", "102"));
 }
 
 TEST_F(SipRegistration, SaysThatThereIsNoPassword)

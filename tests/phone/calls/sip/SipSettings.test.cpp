@@ -81,7 +81,8 @@ TEST_F(SipItems, SaysWhatIsWrongWithIt)
         Texts{"Nothing says where calls go: name the line's registrar in \"sip-server\", or whom calls are "
               "sent to in \"sip-outbound-proxy\"."});
     EXPECT_EQ(setup("sip-user = \"101\"\nsip-server = \"sip:pbx\"\n").faults,
-              Texts{"\"sip:pbx\" in \"sip-server\" is no server: write NAME or NAME:PORT."});
+              Texts{"\"sip:pbx\" in \"sip-server\" is no server: write NAME or NAME:PORT, an IPv6 address "
+                    "in brackets."});
     EXPECT_EQ(setup("sip-user = \"a b\"\nsip-server = \"pbx\"\n").faults,
               Texts{"\"sip-user\" is no number or name of a line: letters, digits and + - _ . * # only."});
     EXPECT_EQ(setup("sip-user = \"1\"\nsip-auth-user = 'a\"b'\nsip-server = \"pbx\"\n").faults,

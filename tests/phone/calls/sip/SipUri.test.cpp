@@ -74,12 +74,26 @@ TEST(SipHost, IsANameAndPerhapsAPort)
     EXPECT_EQ(sipHostOf("pbx:5060")->text(), "pbx:5060");
     EXPECT_EQ(sipHostOf("pbx")->text(), "pbx");
     for (const auto* text : {"", ":5060", "pbx:", "pbx:0", "pbx:65536", "pbx:5060x", "p bx", "-pbx", "pbx;lr",
-                             "[::1]", "pbx\n", "sip:pbx"})
+                             "[::1", "[pbx]", "[::1]5060", "::1", "[]", "pbx\n", "sip:pbx"})
         EXPECT_FALSE(sipHostOf(text)) << text;
+}
+
+TEST(SipHost, IsAnIpv6AddressInBrackets)
+{
+    const auto host = sipHostOf("[2001:db8::1]:5060");
+    ASSERT_TRUE(host);
+    EXPECT_TRUE(host->isIpv6());
+    EXPECT_EQ(host->text(), "[2001:db8::1]:5060");
+    EXPECT_EQ(sipHostOf("[2001:db8::1]")->port, 0);
+    EXPECT_FALSE(sipHostOf("192.0.2.1")->isIpv6());
+    EXPECT_EQ(dialled("anna@[2001:db8::1]"), "sip:anna@[2001:db8::1]");
 }
 
 TEST(SipHost, MayBeThisMachine)
 {
+    EXPECT_EQ(sipHostOf("localhost:5060")->text(), "127.0.0.1:5060");
+    EXPECT_TRUE(sipHostOf("[::1]:5060")->isThisMachine());
+    EXPECT_FALSE(sipHostOf("127.example.com")->isThisMachine());
     EXPECT_TRUE(sipHostOf("localhost")->isThisMachine());
     EXPECT_TRUE(sipHostOf("127.0.0.1:5060")->isThisMachine());
     EXPECT_FALSE(sipHostOf("pbx")->isThisMachine());
