@@ -146,7 +146,8 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         text("sip-user", "", "Number or name of the telephone's own line; empty: there is none."),
         text("sip-server", "",
              "Registrar of the line: NAME or NAME:PORT, an IPv6 address in brackets; empty: it is not "
-             "registered. Names are looked up in the DNS only. \"deskphone sip-password\" takes the password."),
+             "registered. Names are looked up in the DNS only. \"deskphone sip-password\" takes the "
+             "password."),
         choice("sip-transport", {"udp", "tcp", "tls"},
                "How the line's messages travel. tls encrypts them, but does not check who the server is."),
         text("sip-display-name", "", "The name that those who are called see."),
