@@ -43,12 +43,14 @@ void EventThread::start()
 
 void EventThread::stop()
 {
+    std::deque<Event> first;
     std::deque<Event> queue;
     std::multimap<milliseconds, Timed> timed;
     {
         std::lock_guard lock(m_mutex);
         m_stopped = true;
-        queue.swap(m_queue); // destroyed without the lock: an event may hold anything
+        first.swap(m_first); // destroyed without the lock: an event may hold anything
+        queue.swap(m_queue);
         timed.swap(m_timed);
     }
     m_changed.notify_all();
@@ -85,7 +87,7 @@ void EventThread::postFirst(std::string name, std::function<void()> event)
         std::lock_guard lock(m_mutex);
         if (m_stopped)
             return;
-        m_queue.push_front({std::move(name), std::move(event)});
+        m_first.push_back({std::move(name), std::move(event)});
     }
     m_changed.notify_one();
 }
@@ -163,7 +165,7 @@ void EventThread::loop()
         std::unique_lock lock(m_mutex);
         if (m_stopped)
             return;
-        if (!m_queue.empty())
+        if (!m_first.empty() || !m_queue.empty())
             continue;
         if (m_timed.empty()) {
             m_changed.wait(lock);
@@ -177,10 +179,11 @@ bool EventThread::takeNext(Event& event)
 {
     std::lock_guard lock(m_mutex);
     queueDue();
-    if (m_queue.empty())
+    auto& queue = m_first.empty() ? m_queue : m_first;
+    if (queue.empty())
         return false;
-    event = std::move(m_queue.front());
-    m_queue.pop_front();
+    event = std::move(queue.front());
+    queue.pop_front();
     return true;
 }
 

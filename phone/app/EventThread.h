@@ -40,7 +40,7 @@ public:
 
     // [any-thread]
     void post(std::string name, std::function<void()> event) override;
-    // Before everything that is queued: for what the user expects at once.
+    // Before everything that was posted otherwise: for what the user expects at once.
     // [any-thread]
     void postFirst(std::string name, std::function<void()> event);
     // [any-thread]
@@ -81,6 +81,7 @@ private:
 
     std::mutex m_mutex;
     std::condition_variable m_changed;
+    std::deque<Event> m_first; // what goes before the queue
     std::deque<Event> m_queue;
     std::multimap<std::chrono::milliseconds, Timed> m_timed;
     Id m_lastId = 0;

@@ -1,6 +1,9 @@
 #include "app/FrameStore.h"
 
+#include <utility>
+
 using DisplayAPI::Frame;
+using DisplayAPI::FrameCall;
 using DisplayAPI::FrameMoment;
 using DisplayAPI::FrameSigns;
 using std::chrono::milliseconds;
@@ -40,15 +43,41 @@ void FrameStore::publish(const Frame& painted, FrameMoment moment)
     m_changed.notify_all();
 }
 
-void FrameStore::setSigns(const FrameSigns& signs)
+void FrameStore::setHook(bool offHook, bool dialPad)
+{
+    setSigns([&](FrameSigns& signs) {
+        signs.offHook = offHook;
+        signs.dialPad = dialPad;
+    });
+}
+
+void FrameStore::setCalls(std::vector<FrameCall> calls)
+{
+    setSigns([&](FrameSigns& signs) { signs.calls = std::move(calls); });
+}
+
+void FrameStore::setSigns(const std::function<void(FrameSigns&)>& set)
 {
     {
         std::lock_guard lock(m_mutex);
-        if (m_signs == signs)
+        const auto before = m_signs;
+        set(m_signs);
+        if (m_signs == before)
             return;
-        m_signs = signs;
+        promoteWhenDue();
+        m_latest = withSigns(*m_latest);
+        if (m_waiting)
+            m_waiting = withSigns(*m_waiting);
     }
-    publish(*newest(), FrameMoment::AfterEvent);
+    m_changed.notify_all();
+}
+
+FrameStore::FramePtr FrameStore::withSigns(const Frame& frame)
+{
+    auto changed = std::make_shared<Frame>(frame);
+    changed->signs = m_signs;
+    changed->number = ++m_number;
+    return changed;
 }
 
 FrameStore::FramePtr FrameStore::latest()

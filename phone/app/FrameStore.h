@@ -8,8 +8,10 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 #include <framework/display/Frame.h>
 #include <framework/host/DisplayHostIfc.h>
@@ -27,9 +29,10 @@ public:
     // [event thread]
     void publish(const DisplayAPI::Frame& painted, DisplayAPI::FrameMoment moment);
 
-    // Shows these beside every frame from now on, and beside the one that is to be seen.
-    // [event thread]
-    void setSigns(const DisplayAPI::FrameSigns& signs);
+    // These are shown beside every frame from now on, and beside the one that is to be seen.
+    // [any-thread]
+    void setHook(bool offHook, bool dialPad);
+    void setCalls(std::vector<DisplayAPI::FrameCall> calls);
 
     // What is to be seen now; never null.
     // [any-thread]
@@ -48,6 +51,8 @@ public:
     void close();
 
 private:
+    void setSigns(const std::function<void(DisplayAPI::FrameSigns&)>& set);
+    FramePtr withSigns(const DisplayAPI::Frame& frame);
     void promoteWhenDue();
 
     const Clock& m_clock;

@@ -58,6 +58,8 @@ Phone::Phone(PhoneOptions options)
     , m_frames(m_clock)
     , m_configuration(m_options.profile.configFile(), m_options.items)
     , m_translator(m_options.catalogues, m_configuration.text("language"))
+    , m_callBar(
+          {m_clock, m_events, m_translator, [this](auto calls) { m_frames.setCalls(std::move(calls)); }})
     , m_states(m_options.profile.data / "phonelets.json")
     , m_updates(m_events, [this] { return anyFormIsOpen(); })
     , m_idleDialler({[this](const std::string& digits) { m_services->digits().setDialString(digits, 0); },
@@ -65,7 +67,6 @@ Phone::Phone(PhoneOptions options)
     , m_idle({m_clock, m_translator, variant(), [this] { return m_translator.language(); },
               [this] { return lineState(); }, [this] { return advice(); },
               [this] { m_router->openPhonebook(); }, m_idleDialler})
-    , m_callBar({m_clock, m_events, m_translator, [this](const auto& number) { return namesOf(number); }})
     , m_stage([this] { becomeIdle(); })
     , m_keys(m_events, m_frames,
              {[this](const PhoneKey& key) { m_router->route(key); },
@@ -78,9 +79,9 @@ Phone::Phone(PhoneOptions options)
 Result<void> Phone::openServices()
 {
     const bool watch = m_options.clock == nullptr;
-    auto services = Services::open({m_configuration, m_options.profile, m_clock, m_events, m_events,
-                                    m_updates, m_states, watch, [this] { m_router->diallingEnded(); },
-                                    [this](const CallRecord& call) { m_callBar.callChanged(call); }});
+    auto services =
+        Services::open({m_configuration, m_options.profile, m_clock, m_events, m_events, m_updates, m_states,
+                        watch, [this] { m_router->diallingEnded(); }, m_callBar});
     if (!services)
         return services.error();
     m_services = std::move(services).value();
@@ -315,7 +316,8 @@ void Phone::eventDone()
         front->display().eventDone();
     else
         m_frames.publish(m_idle.paint(), FrameMoment::AfterEvent);
-    m_frames.setSigns({m_router->isOffHook(), m_router->isDialPadOn(), m_callBar.paint()});
+    m_frames.setHook(m_router->isOffHook(), m_router->isDialPadOn());
+    m_callBar.repaint();
 }
 
 // A dialler that was closed must not dial what it held when the time for another digit is over.
@@ -356,19 +358,6 @@ void Phone::closeNotification(std::uint64_t id)
 {
     if (auto* front = m_stage.front())
         front->display().closeNotification(id);
-}
-
-std::vector<std::string> Phone::namesOf(const std::string& number)
-{
-    const auto find = [this](const std::string& wanted) {
-        return m_services->directory().namesWithNumber(wanted, [this](std::string form) {
-            m_services->digits().convertToCanonical(form);
-            return form;
-        });
-    };
-    // With the digits for an outside line before it, it may read like another country's.
-    auto names = find(number);
-    return names.empty() ? find(m_services->digits().canonicalOfDialled(number)) : names;
 }
 
 std::string Phone::lineState() const

@@ -121,7 +121,6 @@ private:
     void applyConfiguration();
     void tellRefusals();
     void changeLanguage();
-    std::vector<std::string> namesOf(const std::string& number);
     std::string lineState() const;
     std::vector<std::string> advice();
     bool anyFormIsOpen() const;
@@ -133,12 +132,12 @@ private:
     FrameStore m_frames;
     Configuration m_configuration;
     Translator m_translator;
+    CallBar m_callBar; // lines tell it of calls as long as there are services
     PhoneletStates m_states;
     UpdateGate m_updates;
     std::unique_ptr<Services> m_services;
     IdleDialler m_idleDialler;
     IdleScreen m_idle;
-    CallBar m_callBar;
     Stage m_stage;
     std::unique_ptr<KeyRouter> m_router; // with services
     KeyGate m_keys;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "app/PhoneLog.h"
 #include "calls/sip/SipLine.h"
@@ -99,12 +100,51 @@ Services::Services(Parts parts, std::unique_ptr<DirectoryService> directory, std
 
 CallHooks Services::callHooks()
 {
-    return {[this](const std::string& number) { m_journal->addDialled(m_digits.partyOf(number)); },
+    return {[this](const std::string& number) { return placed(number); },
             [this] {
                 m_digits.dialingStopped();
                 m_parts.dialingStopped();
             },
-            [this](const std::string& number) { return m_digits.toDialString(number); }, m_parts.callChanged};
+            [this](const std::string& number) { return m_digits.toDialString(number); },
+            [this](CallRecord& call) { identify(call); }, &m_parts.callBar};
+}
+
+std::string Services::placed(const std::string& number)
+{
+    const auto party = m_digits.partyOf(number);
+    // Who is redialled has the name that he was dialled by.
+    auto name = Journal::nameOf(party);
+    if (name.empty())
+        name = nameDialledBefore(number);
+    m_journal->addDialled(party);
+    return name;
+}
+
+std::string Services::nameDialledBefore(const std::string& number) const
+{
+    const auto digits = m_digits.toDialString(number);
+    return m_journal->lastName(
+        [&](const std::string& dialled) { return m_digits.toDialString(dialled) == digits; });
+}
+
+void Services::identify(CallRecord& call)
+{
+    call.shownNumber = call.incoming ? m_digits.shownCaller(call.number) : m_digits.shownCalled(call.number);
+    call.names = namesOf(call);
+}
+
+std::vector<std::string> Services::namesOf(const CallRecord& call)
+{
+    if (call.number.empty())
+        return {};
+    const auto canonical = [this](std::string form) {
+        m_digits.convertToCanonical(form);
+        return form;
+    };
+    // With the digits for an outside line before it, it may read like another country's.
+    auto names = m_directory->namesWithNumber(call.number, canonical);
+    return names.empty() ? m_directory->namesWithNumber(m_digits.canonicalOfDialled(call.number), canonical)
+                         : names;
 }
 
 Executable* Services::find(const std::string& name)
@@ -128,6 +168,14 @@ void Services::addLine(std::unique_ptr<LineIfc> line)
 {
     m_lines.push_back(line.get());
     m_calls.addLine(std::move(line));
+}
+
+void Services::removeLine(const LineIfc*& line)
+{
+    if (!line)
+        return;
+    std::erase(m_lines, line);
+    m_calls.removeLine(*std::exchange(line, nullptr));
 }
 
 bool Services::hasLine() const
@@ -168,13 +216,13 @@ void Services::setSipLine()
     }
     if (settings == m_sipLine)
         return;
-    if (m_sipLine) {
-        std::erase_if(m_lines, [&](const auto* line) { return line->number() == m_sipLine->user; });
-        m_calls.removeLine(m_sipLine->user);
-    }
+    removeLine(m_pSipLine);
     m_sipLine = settings;
-    if (settings)
-        addLine(std::make_unique<SipLine>(*settings));
+    if (!settings)
+        return;
+    auto line = std::make_unique<SipLine>(*settings);
+    m_pSipLine = line.get();
+    addLine(std::move(line));
 }
 
 void Services::setUrgent(bool urgent)
@@ -204,11 +252,7 @@ void Services::setPbx()
     if (m_pbx) {
         m_pbx->stop();
         m_calls.setPbx(nullptr);
-        if (m_pbx->settings().takesCalls) {
-            const auto& number = m_pbx->settings().device;
-            std::erase_if(m_lines, [&](const auto* line) { return line->number() == number; });
-            m_calls.removeLine(number);
-        }
+        removeLine(m_pPbxLine);
     }
     const auto raise = [this](std::shared_ptr<CSTAEvent> event) { m_calls.raise(std::move(event)); };
     {
@@ -217,8 +261,11 @@ void Services::setPbx()
     }
     if (!settings)
         return;
-    if (settings->takesCalls)
-        addLine(m_pbx->makeLine());
+    if (settings->takesCalls) {
+        auto line = m_pbx->makeLine();
+        m_pPbxLine = line.get();
+        addLine(std::move(line));
+    }
     m_calls.setPbx(m_pbx.get());
     m_pbx->start();
 }

@@ -43,8 +43,7 @@ public:
         bool watch = true;
         // A placed call was connected, failed or was cleared, or the user hung up.
         std::function<void()> dialingStopped;
-        // A call has come, has changed, or is over.
-        std::function<void(const CallRecord& call)> callChanged;
+        CallWatcherIfc& callBar;
     };
 
     static Result<std::unique_ptr<Services>> open(Parts parts);
@@ -86,6 +85,12 @@ private:
     Services(Parts parts, std::unique_ptr<DirectoryService> directory, std::unique_ptr<Journal> journal);
 
     CallHooks callHooks();
+    // Gives the name of who has the number.
+    std::string placed(const std::string& number);
+    std::string nameDialledBefore(const std::string& number) const;
+    void identify(CallRecord& call); // [any-thread]
+    std::vector<std::string> namesOf(const CallRecord& call);
+    void removeLine(const LineIfc*& line);
     // An administrator's value of an item that the option store keeps too goes there.
     void copyToOptionStore(const std::string& item);
     void hurryPbx(bool urgent);
@@ -101,10 +106,12 @@ private:
     std::unique_ptr<Journal> m_journal;
     DigitAnalysis m_digits;
     CallService m_calls;
-    std::mutex m_pbxMutex;                // for m_pbx itself, outside the event thread
-    std::unique_ptr<Pbx> m_pbx;           // null when there is none; its line is the call service's
-    std::vector<const LineIfc*> m_lines;  // the call service owns them
-    std::optional<SipSettings> m_sipLine; // of the SIP line that is among them
+    std::mutex m_pbxMutex;               // for m_pbx itself, outside the event thread
+    std::unique_ptr<Pbx> m_pbx;          // null when there is none; its line is the call service's
+    std::vector<const LineIfc*> m_lines; // the call service owns them
+    const LineIfc* m_pPbxLine = nullptr; // among them, as the next one; null for none
+    const LineIfc* m_pSipLine = nullptr;
+    std::optional<SipSettings> m_sipLine; // what the SIP line works with
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
     DataAccessService m_dataAccess;

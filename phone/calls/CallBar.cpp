@@ -84,6 +84,15 @@ const char* textOf(FrameCall::State state)
     return "phone.call.failed";
 }
 
+// A number that several have is never guessed at: it is one of them.
+std::string nameOf(const CallRecord& call)
+{
+    std::string text;
+    for (std::size_t i = 0; i < call.names.size() && i <= nMOST_NAMES; ++i)
+        text += (text.empty() ? "" : " / ") + (i < nMOST_NAMES ? call.names[i] : "…");
+    return text.empty() ? call.name : text;
+}
+
 } // namespace
 
 CallBar::CallBar(Parts parts)
@@ -91,35 +100,66 @@ CallBar::CallBar(Parts parts)
 {
 }
 
-void CallBar::callChanged(const CallRecord& call)
+void CallBar::callOffered(const CallRecord& call)
 {
-    auto shown = std::ranges::find_if(m_shown, [&](const auto& one) { return one.call.id == call.id; });
-    if (shown == m_shown.end())
-        shown = m_shown.insert(m_shown.end(), {call, nameOf(call)});
-    shown->call = call;
-    if (call.state == CallState::Connected && shown->since == 0)
-        shown->since =
-            std::chrono::duration_cast<milliseconds>(m_parts.clock.wallClock().time_since_epoch()).count();
-    if (!call.isOver())
-        return;
-    if (hasFailed(call, shown->since != 0))
-        keepFailed(*shown);
-    else
-        m_shown.erase(shown);
+    const std::lock_guard lock(m_mutex);
+    m_shown.push_back({call});
+    paint();
 }
 
-// A number that several have is never guessed at: who calls is one of them.
-std::string CallBar::nameOf(const CallRecord& call) const
+void CallBar::callHeardOf(const std::string& callId, CallState state, CallEnd why)
 {
-    auto names = call.number.empty() ? std::vector<std::string>() : m_parts.namesOf(call.number);
-    if (names.size() > nMOST_NAMES) {
-        names.resize(nMOST_NAMES);
-        names.push_back("…");
+    const std::lock_guard lock(m_mutex);
+    const auto shown = find(callId);
+    if (shown == m_shown.end())
+        return;
+    const bool isOver = state == CallState::Null || state == CallState::Failed;
+    if (!isOver)
+        follow(*shown, state);
+    else if (shown->call.rings() || (state == CallState::Null && why == CallEnd::Cleared))
+        m_shown.erase(shown);
+    else
+        return; // the telephone knows better why
+    paint();
+}
+
+void CallBar::callChanged(const CallRecord& call)
+{
+    const std::lock_guard lock(m_mutex);
+    auto shown = find(call.id);
+    if (shown == m_shown.end()) {
+        // One that came in was shown before, and has gone meanwhile.
+        if (call.incoming || call.isOver())
+            return;
+        shown = m_shown.insert(m_shown.end(), {call});
     }
-    std::string text;
-    for (const auto& name : names)
-        text += (text.empty() ? "" : " / ") + name;
-    return text;
+    const bool wasConnected = shown->since != 0;
+    shown->call = call;
+    follow(*shown, call.state);
+    if (call.isOver() && hasFailed(call, wasConnected))
+        keepFailed(*shown);
+    else if (call.isOver())
+        m_shown.erase(shown);
+    paint();
+}
+
+void CallBar::repaint()
+{
+    const std::lock_guard lock(m_mutex);
+    paint();
+}
+
+CallBar::AllShown::iterator CallBar::find(const std::string& callId)
+{
+    return std::ranges::find_if(m_shown, [&](const auto& shown) { return shown.call.id == callId; });
+}
+
+void CallBar::follow(Shown& shown, CallState state) const
+{
+    shown.call.state = state;
+    if (state == CallState::Connected && shown.since == 0)
+        shown.since =
+            std::chrono::duration_cast<milliseconds>(m_parts.clock.wallClock().time_since_epoch()).count();
 }
 
 void CallBar::keepFailed(Shown& shown)
@@ -128,20 +168,15 @@ void CallBar::keepFailed(Shown& shown)
     m_parts.timers.callAt(shown.until, "failed call", [] {}); // the screen is painted anew
 }
 
-void CallBar::dropFailed()
+void CallBar::paint()
 {
     std::erase_if(m_shown, [now = m_parts.clock.now()](const auto& shown) {
         return shown.call.isOver() && shown.until <= now;
     });
-}
-
-std::vector<FrameCall> CallBar::paint()
-{
-    dropFailed();
     std::vector<FrameCall> calls;
     for (const auto& shown : m_shown)
         calls.push_back(paint(shown));
-    return calls;
+    m_parts.show(std::move(calls));
 }
 
 FrameCall CallBar::paint(const Shown& shown) const
@@ -153,8 +188,8 @@ FrameCall CallBar::paint(const Shown& shown) const
     const bool failed = painted.state == FrameCall::State::Failed;
     painted.text =
         m_parts.translator.translate(failed ? reason(shown.call, shown.since != 0) : textOf(painted.state));
-    painted.name = shown.name.empty() ? shown.call.name : shown.name;
-    painted.number = shown.call.number;
+    painted.name = nameOf(shown.call);
+    painted.number = shown.call.shownNumber;
     if (painted.name.empty())
         painted.name = std::exchange(painted.number, "");
     if (painted.name.empty())

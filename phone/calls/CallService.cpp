@@ -44,10 +44,9 @@ void CallService::addLine(std::unique_ptr<LineIfc> line)
     m_lines.push_back(std::move(line));
 }
 
-void CallService::removeLine(const std::string& number)
+void CallService::removeLine(const LineIfc& line)
 {
-    const auto found = std::find_if(m_lines.begin(), m_lines.end(),
-                                    [&](const auto& line) { return line->number() == number; });
+    const auto found = std::ranges::find_if(m_lines, [&](const auto& own) { return own.get() == &line; });
     if (found == m_lines.end())
         return;
     for (auto& call : m_calls) {
@@ -61,12 +60,14 @@ void CallService::removeLine(const std::string& number)
 
 bool CallService::answer()
 {
+    hearReports();
     auto* call = ringing();
     return call && answer(*call);
 }
 
 bool CallService::reject()
 {
+    hearReports();
     auto* call = ringing();
     if (call)
         end(*call);
@@ -75,6 +76,7 @@ bool CallService::reject()
 
 void CallService::hangUp()
 {
+    hearReports();
     const auto front =
         std::find_if(m_calls.rbegin(), m_calls.rend(), [](const auto& call) { return !call.record.rings(); });
     if (front != m_calls.rend())
@@ -83,12 +85,14 @@ void CallService::hangUp()
 
 bool CallService::answer(const std::string& callId)
 {
+    hearReports();
     const auto call = find(callId);
     return call != m_calls.end() && call->record.rings() && answer(*call);
 }
 
 bool CallService::end(const std::string& callId)
 {
+    hearReports();
     const auto call = find(callId);
     if (call == m_calls.end())
         return false;
@@ -96,8 +100,9 @@ bool CallService::end(const std::string& callId)
     return true;
 }
 
-bool CallService::isCalling() const
+bool CallService::isCalling()
 {
+    hearReports();
     return std::ranges::any_of(m_calls, [](const auto& call) { return !call.record.rings(); });
 }
 
@@ -289,21 +294,26 @@ std::string CallService::nextId()
 
 void CallService::callStateChanged(const std::string& callId, CallState state, CallEnd why)
 {
-    post("call state", [this, callId, state, why] { follow(callId, state, why); });
+    if (m_hooks.watcher)
+        m_hooks.watcher->callHeardOf(callId, state, why);
+    report([this, callId, state, why] { follow(callId, state, why); });
 }
 
 std::string CallService::callOffered(LineIfc& line, const Caller& caller)
 {
-    auto id = nextId();
-    post("call offered", [this, id, &line, caller] {
-        // The line may have gone meanwhile.
-        if (std::ranges::none_of(m_lines, [&](const auto& own) { return own.get() == &line; }))
-            return;
-        const CallRecord record{id, line.number(), true, caller.number, caller.name, CallState::Alerting};
-        m_calls.push_back({record, &line, false});
+    CallRecord record{nextId(), line.number(), true, caller.number, caller.name, CallState::Alerting};
+    identify(record);
+    if (m_hooks.watcher)
+        m_hooks.watcher->callOffered(record);
+    report([this, record, &line]() mutable {
+        // The line may have gone meanwhile, and the call with it.
+        if (std::ranges::any_of(m_lines, [&](const auto& own) { return own.get() == &line; }))
+            m_calls.push_back({record, &line, false});
+        else
+            record.state = CallState::Null;
         reportChanged(record);
     });
-    return id;
+    return record.id;
 }
 
 void CallService::serviceChanged(LineIfc& /*line*/)
@@ -337,21 +347,27 @@ void CallService::follow(const std::string& callId, CallState state, CallEnd why
 
 void CallService::reportBegun(const std::string& callId)
 {
-    post("call begun", [this, callId] {
-        const auto call = find(callId);
+    report([this, callId] {
+        auto call = find(callId);
         if (call == m_calls.end())
             return;
-        const auto record = call->record;
         if (call->dialing && m_hooks.placed)
-            m_hooks.placed(record.number);
-        reportChanged(record);
+            call->record.name = m_hooks.placed(call->record.number);
+        identify(call->record);
+        reportChanged(call->record);
     });
 }
 
 void CallService::reportChanged(const CallRecord& call)
 {
-    if (m_hooks.changed)
-        m_hooks.changed(call);
+    if (m_hooks.watcher)
+        m_hooks.watcher->callChanged(call);
+}
+
+void CallService::identify(CallRecord& call) const
+{
+    if (m_hooks.identify)
+        m_hooks.identify(call);
 }
 
 void CallService::raise(std::shared_ptr<CSTAEvent> event)
@@ -364,6 +380,31 @@ void CallService::raise(std::shared_ptr<CSTAEvent> event)
                 listener->deliverEvent(event.get());
         }
     });
+}
+
+// Each has an event of its own, should one end with an exception; it may find its work done.
+void CallService::report(std::function<void()> news)
+{
+    {
+        const std::lock_guard lock(m_reportsMutex);
+        m_reports.push_back(std::move(news));
+    }
+    post("call", [this] { hearReports(); });
+}
+
+void CallService::hearReports()
+{
+    for (;;) {
+        std::function<void()> news;
+        {
+            const std::lock_guard lock(m_reportsMutex);
+            if (m_reports.empty())
+                return;
+            news = std::move(m_reports.front());
+            m_reports.pop_front();
+        }
+        news();
+    }
 }
 
 void CallService::post(const char* name, std::function<void()> event)

@@ -6,9 +6,11 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -28,16 +30,20 @@ class CSTARequestSystemStatusRequest;
 class CSTASnapshotDeviceRequest;
 class PbxIfc;
 
-// What the telephone does when calls come and go. Called as events; each may be empty.
+// What the telephone does when calls come and go. Called as events, where nothing else is said; each may
+// be empty.
 struct CallHooks {
-    // A call was placed to this number, as it was asked for.
-    std::function<void(const std::string& number)> placed;
+    // A call was placed to this number, as it was asked for. Gives the name of who has it, as far as the
+    // one who asked knows; "" for nobody.
+    std::function<std::string(const std::string& number)> placed;
     // A placed call was connected, failed or was cleared: once for each.
     std::function<void()> dialingStopped;
     // What is sent to the line for a number that a phonelet asks for. Asked at once.
     std::function<std::string(const std::string& number)> toDialString;
-    // A call has come, has changed, or is over: nothing more is heard of it then.
-    std::function<void(const CallRecord& call)> changed;
+    // Adds to a record who that is. [any-thread]
+    std::function<void(CallRecord& call)> identify;
+    // Not owned; outlives the service.
+    CallWatcherIfc* watcher = nullptr;
 };
 
 class CallService final : public CSTAServiceIfc, private LineObserverIfc {
@@ -47,8 +53,8 @@ public:
 
     // [phonelet-thread]
     void addLine(std::unique_ptr<LineIfc> line);
-    // Its calls count as cleared.
-    void removeLine(const std::string& number);
+    // Its calls count as cleared. Nothing when it was removed before.
+    void removeLine(const LineIfc& line);
     // Who is asked about features of the PBX; null for no PBX. Not owned. [phonelet-thread]
     void setPbx(PbxIfc* pbx) { m_pPbx = pbx; }
     // The line for calls that name none; "" for none chosen.
@@ -56,7 +62,8 @@ public:
 
     // What the user does with calls. [phonelet-thread]
 
-    // Takes the call that rings, the latest of several. False when none does.
+    // Takes the call that rings, the latest of several. False when none does. Never while a call of a
+    // phonelet is on the stack, as all of these.
     bool answer();
     // Rejects it. False when none rings.
     bool reject();
@@ -68,7 +75,7 @@ public:
 
     bool hasCalls() const { return !m_calls.empty(); }
     // Whether there is a call in front.
-    bool isCalling() const;
+    bool isCalling();
 
     void sendRequest(CSTARequest& request) override;
 
@@ -111,6 +118,9 @@ private:
     void end(Call& call);
     void reportBegun(const std::string& callId);
     void reportChanged(const CallRecord& call);
+    void identify(CallRecord& call) const;
+    void report(std::function<void()> news);
+    void hearReports();
     void post(const char* name, std::function<void()> event);
 
     EventPoster& m_events;
@@ -121,6 +131,9 @@ private:
     std::vector<Call> m_calls;                       // the one that was begun or taken last is the last
     std::map<std::string, CSTAEventIfc*> m_monitors; // null for one that hears no events
     std::atomic<unsigned long> m_lastId = 0;
+    // What is new of calls, in its order. Whatever the user does comes after all of it.
+    std::mutex m_reportsMutex;
+    std::deque<std::function<void()>> m_reports;
     // Tells an event that is queued that the service is gone.
     std::shared_ptr<const char> m_alive = std::make_shared<const char>();
 };

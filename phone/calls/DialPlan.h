@@ -56,6 +56,9 @@ public:
     // Letters become the digits of their keys; text that is no number stays as it is. [any-thread]
     std::string dialString(const std::string& number) const;
 
+    // The own country's, digits only; "" for none.
+    const std::string& countryCode() const { return m_rules.countryCode; }
+
     bool isInternal(std::string_view digits) const;
     // With or without the outside line's digits.
     bool isEmergency(std::string_view digits) const;

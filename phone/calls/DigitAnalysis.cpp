@@ -5,11 +5,22 @@
 #include <framework/services/DigitAnalysisServiceEventIfc.h>
 #include <framework/services/InterDigitTimeOutEvent.h>
 
+#include "NumberFormat.h"
+#include "WrittenNumber.h"
 #include "app/PhoneLog.h"
 
 namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/DigitAnalysis";
+
+std::string readable(const DialPlan& plan, const std::string& number, const std::string& canonical)
+{
+    const auto written = WrittenNumber::read(number);
+    if (!written.international && plan.isInternal(written.digits))
+        return number;
+    auto text = NumberFormat(plan.countryCode()).shown(canonical);
+    return text == canonical ? number : text;
+}
 
 } // namespace
 
@@ -76,6 +87,19 @@ std::string DigitAnalysis::toDialString(const std::string& number) const
 std::string DigitAnalysis::canonicalOfDialled(const std::string& digits) const
 {
     return m_plan.load()->canonicalOfDialled(digits);
+}
+
+std::string DigitAnalysis::shownCaller(const std::string& number) const
+{
+    const auto plan = m_plan.load();
+    return readable(*plan, number, plan->canonical(number));
+}
+
+// What goes to the line says more than what was asked for: it has the digits for an outside line.
+std::string DigitAnalysis::shownCalled(const std::string& number) const
+{
+    const auto plan = m_plan.load();
+    return readable(*plan, number, plan->canonicalOfDialled(plan->dialString(number)));
 }
 
 bool DigitAnalysis::isEmergency(const std::string& number) const
@@ -193,9 +217,13 @@ CallPartyIdentifier DigitAnalysis::partyOf(const std::string& number)
     const auto isHis = [&](const CallPartyIdentifier& party) {
         return plan->dialString(party.getNumber()) == plan->dialString(number);
     };
-    CallPartyIdentifier party;
-    if (m_pProvider && m_pProvider->getDialPartyDetails(party) && isHis(party))
-        return party;
+    // Who is selected may have several numbers; asked without one, the provider gives the default number.
+    for (const auto& asked : {number, std::string()}) {
+        CallPartyIdentifier party;
+        party.setNumber(asked);
+        if (m_pProvider && m_pProvider->getDialPartyDetails(party) && isHis(party))
+            return party;
+    }
     if (m_partyKnown && isHis(m_party))
         return m_party;
     CallPartyIdentifier unknown;

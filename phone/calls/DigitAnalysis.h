@@ -50,6 +50,11 @@ public:
     std::string toDialString(const std::string& number) const;
     // Of digits that may have those for an outside line before them.
     std::string canonicalOfDialled(const std::string& digits) const;
+    // A number for people to read, of who calls and of who was called. Internal numbers, codes and what is
+    // no number stay as they are.
+    // [any-thread], as the two above
+    std::string shownCaller(const std::string& number) const;
+    std::string shownCalled(const std::string& number) const;
     bool isEmergency(const std::string& number) const;
 
     // Off-hook reports dialling started, with no digits yet.

@@ -30,12 +30,6 @@ std::string rfc3339(std::chrono::system_clock::time_point at)
     return text;
 }
 
-std::string nameOf(const CallPartyIdentifier& party)
-{
-    const bool both = !party.getSurname().empty() && !party.getFirstname().empty();
-    return party.getSurname() + (both ? ", " : "") + party.getFirstname();
-}
-
 std::filesystem::path fileIn(const std::filesystem::path& profile)
 {
     return profile / "journal.db";
@@ -97,6 +91,12 @@ Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPos
 }
 
 Journal::~Journal() = default;
+
+std::string Journal::nameOf(const CallPartyIdentifier& party)
+{
+    const bool both = !party.getSurname().empty() && !party.getFirstname().empty();
+    return party.getSurname() + (both ? ", " : "") + party.getFirstname();
+}
 
 Result<int> Journal::clear(const std::filesystem::path& profile)
 {
@@ -169,6 +169,16 @@ std::vector<JournalRecord> Journal::dialled()
         PHONE_ERROR("the journal cannot be read: %s", error.message.c_str());
     }
     return records;
+}
+
+std::string Journal::lastName(const std::function<bool(const std::string& number)>& isMeant)
+{
+    for (const auto& record : dialled()) {
+        const auto& name = record.textFields[0];
+        if (!name.empty() && isMeant(record.textFields[1]))
+            return name;
+    }
+    return "";
 }
 
 void Journal::addObserver(JournalServiceObserverIfc* observer)

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,6 +37,9 @@ public:
     // What is wrong with the file, naming it, in a sentence; "" when nothing is.
     const std::string& notice() const { return m_notice; }
 
+    // "Surname, First name".
+    static std::string nameOf(const CallPartyIdentifier& party);
+
     // What follows is called on the event thread.
 
     // Forgets the observers of phonelets that were stopped.
@@ -45,6 +49,8 @@ public:
     void lookForChanges();
     // The latest first.
     std::vector<JournalRecord> dialled();
+    // By which a number that `isMeant` was dialled last when anybody knew one; "" for none.
+    std::string lastName(const std::function<bool(const std::string& number)>& isMeant);
 
     void addObserver(JournalServiceObserverIfc* observer) override;
     void removeObserver(JournalServiceObserverIfc* observer) override;

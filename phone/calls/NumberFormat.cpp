@@ -38,7 +38,9 @@ std::string NumberFormat::shown(const std::string& canonical) const
     const bool isAtHome = std::to_string(number->country_code()) == m_countryCode;
     std::string text;
     util->Format(*number, isAtHome ? PhoneNumberUtil::NATIONAL : PhoneNumberUtil::INTERNATIONAL, &text);
-    return text;
+    // A number that fits no grouping comes without its prefix too, as nobody writes it.
+    const bool isGrouped = text.find_first_not_of("0123456789") != std::string::npos;
+    return isGrouped ? text : canonical;
 }
 
 bool NumberFormat::isValid(const std::string& canonical) const

@@ -14,7 +14,7 @@ public:
 
     // A canonical number in its country's grouping: national within the own country, international
     // outside. What is not "+" and digits (internal and emergency numbers, codes with * and #, text),
-    // and what is no possible number, stays as it is. [any-thread]
+    // and what is no possible number, or fits no grouping, stays as it is. [any-thread]
     std::string shown(const std::string& canonical) const;
 
     // Whether such a number can exist in its country: a hint, never a reason not to dial. False for all

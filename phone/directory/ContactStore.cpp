@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include "ContactText.h"
+#include "NumberSearch.h"
 
 namespace {
 
@@ -583,13 +584,6 @@ Result<bool> ContactStore::isEmpty()
         StatementUse any(m_pConnection->any);
         return !any->step();
     });
-}
-
-Result<std::vector<std::string>> ContactStore::namesWithNumber(const std::string& number,
-                                                               const Canonical& canonical)
-{
-    return attempt<std::vector<std::string>>(
-        [&] { return ::namesWithNumber(*m_pConnection->database, number, canonical); });
 }
 
 Result<std::string> ContactStore::listText(std::optional<int> group)

@@ -22,7 +22,6 @@
 
 #include "Contact.h"
 #include "NameCollator.h"
-#include "NumberSearch.h"
 #include "Sqlite.h"
 #include "app/Result.h"
 
@@ -67,8 +66,6 @@ public:
     Result<void> eraseAll(std::optional<int> group);
 
     Result<bool> isEmpty();
-    // The names of all who have this number, however it is written.
-    Result<std::vector<std::string>> namesWithNumber(const std::string& number, const Canonical& canonical);
     // As DirectoryServiceIfc::getList() gives it.
     Result<std::string> listText(std::optional<int> group);
     // All contacts in the order of their names, until `visit` gives false.

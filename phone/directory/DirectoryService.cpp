@@ -58,7 +58,8 @@ Result<std::unique_ptr<DirectoryService>> DirectoryService::open(const std::file
 
 DirectoryService::DirectoryService(const std::filesystem::path& file, DirectoryOptions options,
                                    EventPoster& events, EventPoster& notices)
-    : m_options(std::move(options))
+    : m_file(file)
+    , m_options(std::move(options))
     , m_notices(notices)
     , m_pStore(std::make_unique<ContactStore>(file, m_options.language))
 {
@@ -133,9 +134,9 @@ bool DirectoryService::isEmpty()
 }
 
 std::vector<std::string> DirectoryService::namesWithNumber(const std::string& number,
-                                                           const Canonical& canonical)
+                                                           const Canonical& canonical) const
 {
-    auto names = m_pStore->namesWithNumber(number, canonical);
+    auto names = ::namesWithNumber(m_file, number, canonical);
     return names ? std::move(names).value() : std::vector<std::string>();
 }
 

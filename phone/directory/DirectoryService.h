@@ -13,6 +13,7 @@
 #include <framework/services/DirectoryServiceIfc.h>
 
 #include "ContactStore.h"
+#include "NumberSearch.h"
 #include "app/EventPoster.h"
 #include "app/Result.h"
 #include "directory/ldap/LdapClient.h"
@@ -49,7 +50,8 @@ public:
     // False also when the contacts cannot be read.
     bool isEmpty();
     // The names of all who have this number, however it is written; none when they cannot be read.
-    std::vector<std::string> namesWithNumber(const std::string& number, const Canonical& canonical);
+    // [any-thread]
+    std::vector<std::string> namesWithNumber(const std::string& number, const Canonical& canonical) const;
 
     // Sorts by another language from now on.
     void setLanguage(const std::string& language);
@@ -94,6 +96,7 @@ private:
     void deliverNotice();
     void tellObservers(bool restart);
 
+    const std::filesystem::path m_file;
     DirectoryOptions m_options;
     EventPoster& m_notices;
     std::unique_ptr<ContactStore> m_pStore;

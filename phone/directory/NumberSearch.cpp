@@ -51,24 +51,7 @@ std::string fullName(std::string_view surname, std::string_view firstname)
     return name + (name.empty() || first.empty() ? "" : ", ") + first;
 }
 
-} // namespace
-
-void indexNumbers(Database& contacts)
-{
-    constexpr char COUNT[] = "SELECT count(*) FROM sqlite_schema WHERE type = 'index' AND name LIKE '%_end'";
-    if (contacts.queryNumber(COUNT) == std::ssize(nNUMBER_FIELDS))
-        return;
-    Transaction transaction(contacts);
-    for (const auto& field : nNUMBER_FIELDS) {
-        const std::string name = field.name;
-        contacts.execute("CREATE INDEX IF NOT EXISTS " + indexOf(name) + " ON contacts(" + endOf(name) +
-                         ", " + name + ") WHERE " + name + " <> ''");
-    }
-    transaction.commit();
-}
-
-std::vector<std::string> namesWithNumber(Database& contacts, const std::string& number,
-                                         const Canonical& canonical)
+std::vector<std::string> namesIn(Database& contacts, const std::string& number, const Canonical& canonical)
 {
     std::set<std::int64_t> found;
     for (const auto& field : nNUMBER_FIELDS)
@@ -89,4 +72,39 @@ std::vector<std::string> namesWithNumber(Database& contacts, const std::string& 
             names.push_back(std::move(name));
     }
     return names;
+}
+
+} // namespace
+
+void indexNumbers(Database& contacts)
+{
+    constexpr char COUNT[] = "SELECT count(*) FROM sqlite_schema WHERE type = 'index' AND name LIKE '%_end'";
+    if (contacts.queryNumber(COUNT) == std::ssize(nNUMBER_FIELDS))
+        return;
+    Transaction transaction(contacts);
+    for (const auto& field : nNUMBER_FIELDS) {
+        const std::string name = field.name;
+        contacts.execute("CREATE INDEX IF NOT EXISTS " + indexOf(name) + " ON contacts(" + endOf(name) +
+                         ", " + name + ") WHERE " + name + " <> ''");
+    }
+    transaction.commit();
+}
+
+Result<std::vector<std::string>> namesWithNumber(const std::filesystem::path& file, const std::string& number,
+                                                 const Canonical& canonical)
+{
+    const auto read = [&](Database::Mode mode) {
+        Database contacts(file, mode);
+        return namesIn(contacts, number, canonical);
+    };
+    try {
+        return read(Database::Mode::ReadOnly);
+    } catch (const SqliteError&) {
+        // Its folder may be one that nothing can be written to, not even the locks of its readers.
+    }
+    try {
+        return read(Database::Mode::Immutable);
+    } catch (const SqliteError& error) {
+        return error.toError();
+    }
 }

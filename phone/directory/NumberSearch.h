@@ -8,9 +8,12 @@
 
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "app/Result.h"
 
 class Database;
 
@@ -20,6 +23,7 @@ using Canonical = std::function<std::string(const std::string& number)>;
 // Adds the indexes to a file that has none yet. Throws SqliteError.
 void indexNumbers(Database& contacts);
 
-// The names of all contacts that have `number`, each once, in their order. Throws SqliteError.
-std::vector<std::string> namesWithNumber(Database& contacts, const std::string& number,
-                                         const Canonical& canonical);
+// The names of all contacts in a file that have `number`, each once, in their order. Opens the file by
+// itself, whoever else works with it. [any-thread]
+Result<std::vector<std::string>> namesWithNumber(const std::filesystem::path& file, const std::string& number,
+                                                 const Canonical& canonical);

@@ -78,6 +78,15 @@ TEST_F(EventThreadPumped, LetsWhatIsUrgentGoFirst)
     EXPECT_EQ(order, (std::vector<std::string>{"home", "a"}));
 }
 
+TEST_F(EventThreadPumped, KeepsTheOrderOfWhatIsUrgent)
+{
+    events.post("a", note("a"));
+    events.postFirst("home", note("home"));
+    events.postFirst("hook", note("hook"));
+    events.runPending();
+    EXPECT_EQ(order, (std::vector<std::string>{"home", "hook", "a"}));
+}
+
 TEST_F(EventThreadPumped, DeliversWhatWidgetsRaisedBeforeTheNextEventAndThenTheFrame)
 {
     Notes notes(order);

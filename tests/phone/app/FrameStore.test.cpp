@@ -55,7 +55,7 @@ TEST_F(FrameStoreTest, ShowsItsSignsBesideTheFrameAtHandAndThoseToCome)
     make("list", FrameMoment::AfterEvent);
     const auto before = store.latest()->number;
 
-    store.setSigns({true, false});
+    store.setHook(true, false);
     EXPECT_EQ(shown(), "list");
     EXPECT_TRUE(store.latest()->signs.offHook);
     EXPECT_GT(store.latest()->number, before);
@@ -64,11 +64,27 @@ TEST_F(FrameStoreTest, ShowsItsSignsBesideTheFrameAtHandAndThoseToCome)
     EXPECT_TRUE(store.latest()->signs.offHook);
 }
 
+TEST_F(FrameStoreTest, ShowsCallsBesideAFrameThatAHandlerStillHoldsBackAndDoesNotHurryIt)
+{
+    make("list", FrameMoment::AfterEvent);
+    make("progress", FrameMoment::InsideEvent);
+    DisplayAPI::FrameCall call;
+    call.id = "7";
+    store.setCalls({call});
+    EXPECT_EQ(shown(), "list");
+    EXPECT_EQ(store.latest()->signs.calls.size(), 1u);
+    EXPECT_EQ(store.newest()->base.title, "progress");
+    clock.advance(30ms);
+    EXPECT_EQ(shown(), "progress");
+    EXPECT_EQ(store.latest()->signs.calls.size(), 1u);
+}
+
 TEST_F(FrameStoreTest, MakesNoNewFrameOfTheSameSigns)
 {
     make("list", FrameMoment::AfterEvent);
     const auto before = store.latest()->number;
-    store.setSigns({});
+    store.setHook(false, false);
+    store.setCalls({});
     EXPECT_EQ(store.latest()->number, before);
 }
 

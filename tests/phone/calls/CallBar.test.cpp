@@ -24,28 +24,39 @@ class Bar : public testing::Test {
 protected:
     static CallRecord dialled(CallState state, CallEnd why = CallEnd::Cleared)
     {
-        return {"1", "20", false, "030123", "", state, why};
+        return {"1", "20", false, "030123", "", state, why, false, "030 123", {}};
     }
     static CallRecord incoming(CallState state, CallEnd why = CallEnd::Cleared)
     {
-        return {"1", "20", true, "030123", "Anna's telephone", state, why};
+        return {"1", "20", true, "030123", "Anna's telephone", state, why, false, "030 123", {}};
+    }
+    static CallRecord incoming(const std::vector<std::string>& names)
+    {
+        auto call = incoming(CallState::Alerting);
+        call.names = names;
+        return call;
     }
 
-    // "Miller, Anna 030123: phone.call.calling" for each call.
+    // "Miller, Anna 030 123: phone.call.calling" for each call.
     std::vector<std::string> shown()
     {
         std::vector<std::string> texts;
-        for (const auto& call : bar.paint())
+        for (const auto& call : screen)
             texts.push_back(call.name + (call.number.empty() ? "" : " ") + call.number + ": " + call.text);
         return texts;
     }
     using Texts = std::vector<std::string>;
 
+    Bar()
+    {
+        events.setDone([this] { bar.repaint(); });
+    }
+
     Keys keys;
     ManualClock clock;
     EventThread events{clock};
-    std::map<std::string, std::vector<std::string>> contacts;
-    CallBar bar{{clock, events, keys, [this](const auto& number) { return contacts[number]; }}};
+    std::vector<FrameCall> screen;
+    CallBar bar{{clock, events, keys, [this](auto calls) { screen = std::move(calls); }}};
 };
 
 TEST_F(Bar, FollowsACallThatIsPlaced)
@@ -56,7 +67,7 @@ TEST_F(Bar, FollowsACallThatIsPlaced)
                                       {CallState::Connected, "connected"},
                                       {CallState::Held, "held"}}) {
         bar.callChanged(dialled(state));
-        EXPECT_EQ(shown(), Texts{std::string("030123: phone.call.") + text});
+        EXPECT_EQ(shown(), Texts{std::string("030 123: phone.call.") + text});
     }
     bar.callChanged(dialled(CallState::Null));
     EXPECT_EQ(shown(), Texts{});
@@ -65,13 +76,13 @@ TEST_F(Bar, FollowsACallThatIsPlaced)
 TEST_F(Bar, KnowsSinceWhenACallIsConnected)
 {
     bar.callChanged(dialled(CallState::Alerting));
-    EXPECT_EQ(bar.paint()[0].since, 0);
+    EXPECT_EQ(screen[0].since, 0);
     bar.callChanged(dialled(CallState::Connected));
     const auto since = std::chrono::duration_cast<milliseconds>(clock.wallClock().time_since_epoch()).count();
     clock.advance(seconds(5));
     bar.callChanged(dialled(CallState::Held));
     bar.callChanged(dialled(CallState::Connected));
-    EXPECT_EQ(bar.paint()[0].since, since);
+    EXPECT_EQ(screen[0].since, since);
 }
 
 TEST_F(Bar, SaysForSomeSecondsWhyACallFailed)
@@ -84,8 +95,8 @@ TEST_F(Bar, SaysForSomeSecondsWhyACallFailed)
                                     {CallEnd::Other, "failed"}}) {
         bar.callChanged(dialled(CallState::Initiated));
         bar.callChanged(dialled(CallState::Failed, why));
-        EXPECT_EQ(shown(), Texts{std::string("030123: phone.call.") + text});
-        EXPECT_EQ(bar.paint()[0].state, FrameCall::State::Failed);
+        EXPECT_EQ(shown(), Texts{std::string("030 123: phone.call.") + text});
+        EXPECT_EQ(screen[0].state, FrameCall::State::Failed);
         events.advance(clock, seconds(5));
         EXPECT_EQ(shown().size(), 1u);
         events.advance(clock, seconds(1));
@@ -95,56 +106,89 @@ TEST_F(Bar, SaysForSomeSecondsWhyACallFailed)
 
 TEST_F(Bar, SaysThatTheLineIsOut)
 {
+    bar.callChanged(dialled(CallState::Initiated));
     auto call = dialled(CallState::Failed, CallEnd::Unreachable);
     call.lineIsOut = true;
     bar.callChanged(call);
-    EXPECT_EQ(shown(), Texts{"030123: phone.noLine"});
+    EXPECT_EQ(shown(), Texts{"030 123: phone.noLine"});
 }
 
 TEST_F(Bar, SaysThatAConnectionWasLost)
 {
+    bar.callOffered(incoming(CallState::Alerting));
     bar.callChanged(incoming(CallState::Connected));
     bar.callChanged(incoming(CallState::Null, CallEnd::Unreachable));
-    EXPECT_EQ(shown(), Texts{"Anna's telephone 030123: phone.call.lost"});
+    EXPECT_EQ(shown(), Texts{"Anna's telephone 030 123: phone.call.lost"});
 }
 
 TEST_F(Bar, SaysNothingOfACallThatWasNotAnswered)
 {
-    bar.callChanged(incoming(CallState::Alerting));
-    EXPECT_EQ(bar.paint()[0].state, FrameCall::State::Incoming);
+    bar.callOffered(incoming(CallState::Alerting));
+    EXPECT_EQ(screen[0].state, FrameCall::State::Incoming);
     bar.callChanged(incoming(CallState::Null, CallEnd::NoAnswer));
+    EXPECT_EQ(shown(), Texts{});
+}
+
+TEST_F(Bar, ShowsACallAsSoonAsItsLineTellsOfIt)
+{
+    bar.callOffered(incoming(CallState::Alerting));
+    EXPECT_EQ(shown(), Texts{"Anna's telephone 030 123: phone.call.incoming"});
+    bar.callChanged(incoming(CallState::Alerting));
+    EXPECT_EQ(shown().size(), 1u);
+    bar.callHeardOf("1", CallState::Connected, CallEnd::Cleared);
+    EXPECT_EQ(shown(), Texts{"Anna's telephone 030 123: phone.call.connected"});
+    EXPECT_NE(screen[0].since, 0);
+    bar.callHeardOf("1", CallState::Null, CallEnd::Cleared);
+    EXPECT_EQ(shown(), Texts{});
+}
+
+TEST_F(Bar, ForgetsACallerWhoGaveUpBeforeTheTelephoneKnewOfHim)
+{
+    bar.callOffered(incoming(CallState::Alerting));
+    bar.callHeardOf("1", CallState::Null, CallEnd::NoAnswer);
+    EXPECT_EQ(shown(), Texts{});
+    bar.callChanged(incoming(CallState::Alerting));
+    bar.callChanged(incoming(CallState::Null, CallEnd::NoAnswer));
+    EXPECT_EQ(shown(), Texts{});
+}
+
+TEST_F(Bar, LeavesItToTheTelephoneToSayWhyACallHasFailed)
+{
+    bar.callChanged(dialled(CallState::Alerting));
+    bar.callHeardOf("1", CallState::Failed, CallEnd::Unreachable);
+    EXPECT_EQ(shown(), Texts{"030 123: phone.call.alerting"});
+    auto call = dialled(CallState::Failed, CallEnd::Unreachable);
+    call.lineIsOut = true;
+    bar.callChanged(call);
+    EXPECT_EQ(shown(), Texts{"030 123: phone.noLine"});
+}
+
+TEST_F(Bar, HearsNothingOfCallsThatItDoesNotShow)
+{
+    bar.callHeardOf("7", CallState::Connected, CallEnd::Cleared);
     EXPECT_EQ(shown(), Texts{});
 }
 
 TEST_F(Bar, NamesACallerByTheOwnPhonebook)
 {
-    bar.callChanged(incoming(CallState::Alerting));
-    EXPECT_EQ(shown(), Texts{"Anna's telephone 030123: phone.call.incoming"});
-    bar.callChanged(incoming(CallState::Null));
-
-    contacts["030123"] = {"Miller, Anna"};
-    bar.callChanged(incoming(CallState::Alerting));
-    EXPECT_EQ(shown(), Texts{"Miller, Anna 030123: phone.call.incoming"});
+    bar.callOffered(incoming({"Miller, Anna"}));
+    EXPECT_EQ(shown(), Texts{"Miller, Anna 030 123: phone.call.incoming"});
 }
 
 TEST_F(Bar, NamesAllWhoHaveTheNumber)
 {
-    contacts["030123"] = {"Adams, Bob", "Miller, Anna"};
-    bar.callChanged(incoming(CallState::Alerting));
-    EXPECT_EQ(bar.paint()[0].name, "Adams, Bob / Miller, Anna");
+    bar.callOffered(incoming({"Adams, Bob", "Miller, Anna"}));
+    EXPECT_EQ(screen[0].name, "Adams, Bob / Miller, Anna");
     bar.callChanged(incoming(CallState::Null));
-
-    contacts["030123"] = {"Adams, Bob", "Miller, Anna", "Smith, Zoe"};
-    bar.callChanged(incoming(CallState::Alerting));
-    EXPECT_EQ(bar.paint()[0].name, "Adams, Bob / Miller, Anna / …");
+    bar.callOffered(incoming({"Adams, Bob", "Miller, Anna", "Smith, Zoe", "Young, Max"}));
+    EXPECT_EQ(screen[0].name, "Adams, Bob / Miller, Anna / …");
 }
 
 TEST_F(Bar, SaysThatACallerIsUnknown)
 {
     auto call = incoming(CallState::Alerting);
-    call.number = call.name = "";
-    contacts[""] = {"Nobody"};
-    bar.callChanged(call);
+    call.number = call.shownNumber = call.name = "";
+    bar.callOffered(call);
     EXPECT_EQ(shown(), Texts{"phone.call.unknown: phone.call.incoming"});
 }
 
@@ -153,10 +197,10 @@ TEST_F(Bar, ShowsCallsInTheOrderOfTheirBeginnings)
     bar.callChanged(dialled(CallState::Connected));
     auto second = incoming(CallState::Alerting);
     second.id = "2";
-    bar.callChanged(second);
+    bar.callOffered(second);
     bar.callChanged(dialled(CallState::Failed, CallEnd::Busy));
     ASSERT_EQ(shown().size(), 2u);
-    EXPECT_EQ(bar.paint()[1].id, "2");
+    EXPECT_EQ(screen[1].id, "2");
 }
 
 } // namespace

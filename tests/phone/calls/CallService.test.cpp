@@ -20,6 +20,20 @@ public:
     std::vector<CSTAEvent*> heard;
 };
 
+class Watcher final : public CallWatcherIfc {
+public:
+    void callOffered(const CallRecord& call) override { offers.push_back(call); }
+    void callHeardOf(const std::string& callId, CallState state, CallEnd) override
+    {
+        heard.emplace_back(callId, state);
+    }
+    void callChanged(const CallRecord& call) override { changes.push_back(call); }
+
+    std::vector<CallRecord> offers;
+    std::vector<std::pair<std::string, CallState>> heard;
+    std::vector<CallRecord> changes;
+};
+
 class Calls : public testing::Test {
 protected:
     TestLine& addLine(const std::string& number, TestLine::Behaviour behaviour = TestLine::Behaviour::Waits)
@@ -78,14 +92,19 @@ protected:
     }
 
     std::string m_hooked;
+    std::string knownName;
+    Watcher watcher;
+    std::vector<CallRecord>& changes = watcher.changes;
     ManualClock clock;
     EventThread events{clock};
     CallService calls{events,
-                      {[this](const std::string& number) { m_hooked += "placed(" + number + ") "; },
+                      {[this](const std::string& number) {
+                           m_hooked += "placed(" + number + ") ";
+                           return knownName;
+                       },
                        [this] { m_hooked += "stopped "; },
                        [](const std::string& number) { return "0" + number; },
-                       [this](const CallRecord& call) { changes.push_back(call); }}};
-    std::vector<CallRecord> changes;
+                       [](CallRecord& call) { call.shownNumber = "number " + call.number; }, &watcher}};
 };
 
 TEST_F(Calls, FailWithoutALine)
@@ -163,10 +182,10 @@ TEST_F(Calls, StopDiallingWhenTheUserHangsUp)
 
 TEST_F(Calls, EndWithTheirLine)
 {
-    addLine("20");
+    const auto& line = addLine("20");
     EXPECT_EQ(dial("4711"), "ok");
-    calls.removeLine("20");
-    calls.removeLine("20");
+    calls.removeLine(line);
+    calls.removeLine(line);
     calls.hangUp();
     EXPECT_EQ(after(), "placed(4711) stopped ");
     EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::NO_LINE_AVAILABLE));
@@ -267,10 +286,62 @@ TEST_F(Calls, CountACallThatComesInUntilItIsOver)
 
 TEST_F(Calls, KnowNoCallOfALineThatIsGone)
 {
-    addLine("20").ring({"030123", ""});
-    calls.removeLine("20");
+    auto& line = addLine("20");
+    line.ring({"030123", ""});
+    calls.removeLine(line);
     events.runPending();
     EXPECT_FALSE(calls.hasCalls());
+    EXPECT_TRUE(changes.back().isOver()); // for those who saw it offered
+}
+
+TEST_F(Calls, LoseTheLineThatIsMeantOfTwoWithTheSameNumber)
+{
+    auto& first = addLine("20");
+    auto& second = addLine("20");
+    first.ring({"030123", ""});
+    second.ring({"030124", ""});
+    events.runPending();
+    calls.removeLine(second);
+    events.runPending();
+    EXPECT_EQ(states(), std::vector<int>{2});
+    EXPECT_TRUE(calls.answer());
+    EXPECT_EQ(first.lastCall, watcher.offers[0].id);
+}
+
+TEST_F(Calls, AreSeenTheMomentTheyComeInWhateverTheTelephoneDoes)
+{
+    auto& line = addLine("20");
+    line.ring({"030123", "Anna"});
+    ASSERT_EQ(watcher.offers.size(), 1u);
+    EXPECT_EQ(watcher.offers[0].shownNumber, "number 030123");
+    EXPECT_TRUE(changes.empty());
+    line.tell(CallState::Null, CallEnd::NoAnswer);
+    EXPECT_EQ(watcher.heard, (std::vector{std::pair{watcher.offers[0].id, CallState::Null}}));
+    EXPECT_TRUE(changes.empty());
+}
+
+TEST_F(Calls, CanBeTakenBeforeTheirEventHasHadItsTurn)
+{
+    auto& line = addLine("20");
+    line.ring({"030123", ""});
+    EXPECT_TRUE(calls.answer());
+    events.runPending();
+    EXPECT_EQ(states(), std::vector<int>{3});
+
+    line.ring({"030124", ""});
+    EXPECT_TRUE(calls.reject());
+    events.runPending();
+    EXPECT_EQ(states(), std::vector<int>{3});
+}
+
+TEST_F(Calls, HaveTheNameThatWhoPlacedThemKnows)
+{
+    addLine("20");
+    knownName = "Miller, Anna";
+    EXPECT_EQ(dial("4711"), "ok");
+    events.runPending();
+    EXPECT_EQ(changes.back().name, "Miller, Anna");
+    EXPECT_EQ(changes.back().shownNumber, "number 4711");
 }
 
 TEST_F(Calls, AreToldOfFromTheirBeginningToTheirEnd)
@@ -326,7 +397,7 @@ TEST_F(Calls, SayThatTheirLineIsOut)
 
     line.inService = true;
     EXPECT_EQ(dial("4712"), "ok");
-    calls.removeLine("20");
+    calls.removeLine(line);
     events.runPending();
     EXPECT_EQ(changes.back().why, CallEnd::Unreachable);
     EXPECT_TRUE(changes.back().lineIsOut);

@@ -22,7 +22,10 @@ public:
     void handleDialingStopped() override { heard += "stopped "; }
     bool getDialPartyDetails(CallPartyIdentifier& asked) override
     {
+        const bool isOther = !asked.getNumber().empty() && asked.getNumber() == otherNumber;
         asked = party;
+        if (isOther)
+            asked.setNumber(otherNumber);
         return !party.getNumber().empty();
     }
     void getEventHandlerName(std::string& name) override { name = "Provider"; }
@@ -32,6 +35,7 @@ public:
     std::string heard;
     bool allowed = true;
     CallPartyIdentifier party;
+    std::string otherNumber = {}; // of the same party
 };
 
 class Digits : public testing::Test {
@@ -245,6 +249,14 @@ TEST_F(Digits, BelongToThePartyThatTheProviderKnows)
     EXPECT_EQ(analysis.partyOf("03012345").getSurname(), "Miller");
     EXPECT_EQ(analysis.partyOf("03099999").getSurname(), "");
     EXPECT_EQ(analysis.partyOf("03099999").getNumber(), "03099999");
+}
+
+TEST_F(Digits, BelongToThePartyWhoseOtherNumberTheyAre)
+{
+    provider.party.setSurname("Miller");
+    provider.party.setNumber("+49 30 12345");
+    provider.otherNumber = "+49 172 777";
+    EXPECT_EQ(analysis.partyOf("+49 172 777").getSurname(), "Miller");
 }
 
 TEST_F(Digits, BelongToThePartyThatWasHandedOver)

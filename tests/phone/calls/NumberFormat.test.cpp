@@ -42,6 +42,12 @@ TEST(NumberFormat, LeavesAloneWhatIsNoPossibleNumber)
     }
 }
 
+TEST(NumberFormat, NeverTakesThePrefixFromANumberThatFitsNoGrouping)
+{
+    EXPECT_EQ(NumberFormat("49").shown("+49170333"), "+49170333");
+    EXPECT_EQ(NumberFormat("49").shown("+493012"), "+493012");
+}
+
 TEST(NumberFormat, KnowsWhichNumbersExist)
 {
     EXPECT_TRUE(NumberFormat("49").isValid("+49301234567"));

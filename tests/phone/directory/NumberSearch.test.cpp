@@ -34,12 +34,11 @@ protected:
 
     Names names(const std::string& number)
     {
-        return store
-            .namesWithNumber(number,
-                             [this](const std::string& form) {
-                                 ++compared;
-                                 return plan.canonical(form);
-                             })
+        return namesWithNumber(store.file(), number,
+                               [this](const std::string& form) {
+                                   ++compared;
+                                   return plan.canonical(form);
+                               })
             .value();
     }
 
