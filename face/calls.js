@@ -1,5 +1,5 @@
-// The calls above the screen: whose each is, how it stands, what can be done with it; and the lamp of
-// the hook key.
+// The calls above the screen: whose each is, how it stands, what can be done with it; the lamp of the
+// hook key; and the page's title, for who looks at another page.
 
 import { arrange, byId, element, icon, set, setText, update } from "./dom.js";
 
@@ -32,6 +32,7 @@ export class CallBar {
     this.text = text;
     this.bar = byId("calls");
     this.live = byId("callslive");
+    this.title = document.title;
     /** By their ids. @type {Map<string, HTMLElement>} */
     this.parts = new Map();
     /** @type {Call[]} */
@@ -52,6 +53,7 @@ export class CallBar {
     this.count();
     this.announce(before);
     set(byId("lamp"), { "data-lamp": lampOf(signs) });
+    document.title = this.titleNow();
     // A button that has gone leaves the focus to what can be done with its call now.
     if (focused && !this.bar.contains(document.activeElement))
       focused.querySelector("button")?.focus({ preventScroll: true });
@@ -93,6 +95,12 @@ export class CallBar {
       default:
         return [button("end", "end", "phone.hangup")];
     }
+  }
+
+  /** What rings is what matters most; else the call that came last. */
+  titleNow() {
+    const call = this.calls.find(({ state }) => state === "incoming") ?? this.calls.at(-1);
+    return call ? `${call.name}: ${call.text}` : this.title;
   }
 
   /** Says what is new, to those who cannot see it. @param {Call[]} before */
