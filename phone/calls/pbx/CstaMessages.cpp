@@ -10,7 +10,8 @@ namespace {
 
 using Children = std::vector<CstaElement>;
 
-constexpr int MOST_ROWS = 24; // of a display
+constexpr int MOST_ROWS = 24;     // of a display
+constexpr int MOST_COLUMNS = 256; // the same: what a row has beyond is cut off
 
 CstaElement leaf(std::string name, std::string text)
 {
@@ -74,13 +75,30 @@ std::optional<FeatureData> featureIn(const CstaElement& message)
     return feature;
 }
 
-std::optional<int> numberIn(const std::string& text)
+// White space around a number is none of it.
+std::optional<int> numberIn(std::string text)
 {
+    constexpr char BLANKS[] = " \t\r\n";
+    text.erase(0, text.find_first_not_of(BLANKS));
+    text.erase(text.find_last_not_of(BLANKS) + 1);
     int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < 0)
+    const auto* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number);
+    if (error != std::errc() || end != last || number < 0)
         return std::nullopt;
     return number;
+}
+
+// Where so many characters end, or all of them.
+std::size_t endOf(std::string_view text, int characters)
+{
+    std::size_t end = 0;
+    for (; characters > 0 && end < text.size(); --characters) {
+        ++end;
+        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+            ++end;
+    }
+    return end;
 }
 
 std::optional<CstaDisplayRow> privateRowIn(const CstaElement& message)
@@ -89,20 +107,16 @@ std::optional<CstaDisplayRow> privateRowIn(const CstaElement& message)
     const auto row = part ? numberIn(part->textAt({"row"})) : std::nullopt;
     if (!row)
         return std::nullopt;
-    return CstaDisplayRow{part->textAt({"displayID"}), *row, part->textAt({"text"})};
+    auto text = part->textAt({"text"});
+    text.resize(endOf(text, MOST_COLUMNS));
+    return CstaDisplayRow{part->textAt({"displayID"}), *row, std::move(text)};
 }
 
 // Takes that many characters off the front, or all of them.
 std::string take(std::string_view& text, int characters)
 {
-    std::size_t end = 0;
-    for (; characters > 0 && end < text.size(); --characters) {
-        ++end;
-        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
-            ++end;
-    }
-    std::string taken(text.substr(0, end));
-    text.remove_prefix(end);
+    std::string taken(text.substr(0, endOf(text, std::min(characters, MOST_COLUMNS))));
+    text.remove_prefix(endOf(text, characters));
     taken.erase(taken.find_last_not_of(' ') + 1);
     return taken;
 }
@@ -219,9 +233,14 @@ CstaElement emptyResponse(const std::string& response)
     return {response};
 }
 
-CstaElement serviceNotSupported()
+CstaElement systemStatusResponse(const std::string& status)
 {
-    return node("CSTAErrorCode", {leaf("operation", "serviceNotSupported")});
+    return node("RequestSystemStatusResponse", {leaf("systemStatus", status)});
+}
+
+CstaElement operationError(const std::string& error)
+{
+    return node("CSTAErrorCode", {leaf("operation", error)});
 }
 
 std::optional<CstaError> errorIn(const CstaElement& message)

@@ -31,9 +31,11 @@ CstaElement answerCall(const CstaConnection& connection);
 CstaElement clearConnection(const CstaConnection& connection);
 CstaElement buttonPress(const std::string& device, const std::string& button);
 
-// An answer without content to a request of the PBX: `response` is its element.
+// Answers to requests of the PBX: one without content, of which `response` is the element; the telephone's
+// own status; an error of the group "operation".
 CstaElement emptyResponse(const std::string& response);
-CstaElement serviceNotSupported();
+CstaElement systemStatusResponse(const std::string& status);
+CstaElement operationError(const std::string& error);
 
 // --- What is received ---
 

@@ -14,7 +14,10 @@ constexpr char nSOURCE[] = "./phone/calls/pbx/Pbx";
 
 constexpr int SUCCESS = 0;
 constexpr int REFUSED = 1;
-constexpr int MOST_QUEUED = 2000; // events
+// Events that wait to be heard. An answer comes behind them, and while it is waited for nobody hears: then as
+// many are let in as a busy PBX sends in the longest time that a request may take.
+constexpr int MOST_QUEUED = 2000;
+constexpr int MOST_QUEUED_WHILE_WAITED_FOR = 60000;
 
 // A phonelet knows three states; "" is no word about it.
 std::string stateOf(const std::string& systemStatus)
@@ -43,6 +46,13 @@ Pbx::Pbx(const PbxSettings& settings, Raise raise)
 Pbx::~Pbx()
 {
     stop();
+}
+
+void Pbx::stop()
+{
+    m_link.stop();
+    if (isLinked())
+        linkDown();
 }
 
 std::unique_ptr<LineIfc> Pbx::makeLine()
@@ -86,7 +96,9 @@ Result<CstaElement> Pbx::waitFor(CstaElement message)
         m_woken.notify_all();
     });
     std::unique_lock lock(m_waitMutex);
+    m_isWaitedFor = true;
     m_woken.wait(lock, [&] { return m_isUrgent || answered->has_value(); });
+    m_isWaitedFor = false;
     if (!answered->has_value())
         return Error{ErrorCode::Unavailable, "The user did not wait for the PBX."};
     return **answered;
@@ -101,6 +113,10 @@ void Pbx::setUrgent(bool urgent)
 
 void Pbx::pressButton(CSTAButtonPressRequest& request)
 {
+    if (!isLinked()) {
+        refuse(request);
+        return;
+    }
     m_link.request(buttonPress(m_settings.device, request.getButton()),
                    [](const Result<CstaElement>& answer) {
                        if (!answer)
@@ -109,8 +125,18 @@ void Pbx::pressButton(CSTAButtonPressRequest& request)
     request.setResponse(SUCCESS, nullptr);
 }
 
+bool Pbx::isLinked() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_isLinked;
+}
+
 void Pbx::linkUp(const CstaSystemStatus& status)
 {
+    {
+        std::lock_guard lock(m_mutex);
+        m_isLinked = true;
+    }
     learn(status);
     if (m_pLine)
         m_pLine->setInService(true);
@@ -120,6 +146,7 @@ void Pbx::linkDown()
 {
     {
         std::lock_guard lock(m_mutex);
+        m_isLinked = false;
         m_state = systemState_enabled;
         m_hasPhonebook = false;
     }
@@ -146,20 +173,28 @@ void Pbx::received(const CstaEventContent& event)
 void Pbx::learn(const CstaSystemStatus& status)
 {
     const auto state = stateOf(status.status);
+    const bool isKnownNow = status.feature &&
+                            status.feature->featureName == content_feature_name_pbxphonebook &&
+                            !status.feature->Availability.empty();
+    bool wasEnabled = true;
     bool isEnabled = true;
     {
         std::lock_guard lock(m_mutex);
+        wasEnabled = m_state == systemState_enabled;
         if (!state.empty())
             m_state = state;
         isEnabled = m_state == systemState_enabled;
-        if (status.feature && status.feature->featureName == content_feature_name_pbxphonebook &&
-            !status.feature->Availability.empty())
+        if (isKnownNow)
             m_hasPhonebook = status.feature->Availability == content_feature_available;
     }
-    if (!isEnabled)
+    if (!isEnabled) {
         raiseStatus(m_state, status.feature.value_or(FeatureData()));
-    else
-        raiseStatus("", status.feature.value_or(phonebook()));
+        return;
+    }
+    if (status.feature)
+        raiseStatus("", *status.feature);
+    if (!status.feature || (!wasEnabled && !isKnownNow))
+        raiseStatus("", phonebook());
 }
 
 FeatureData Pbx::phonebook() const
@@ -188,5 +223,5 @@ void Pbx::raise(std::unique_ptr<CSTAEvent> event)
 
 bool Pbx::isBehind()
 {
-    return *m_queued >= MOST_QUEUED;
+    return *m_queued >= (m_isWaitedFor ? MOST_QUEUED_WHILE_WAITED_FOR : MOST_QUEUED);
 }

@@ -28,8 +28,8 @@ public:
     // Calls over the PBX are placed on it: before start(), once. It goes after stop().
     std::unique_ptr<LineIfc> makeLine();
     void start() { m_link.start(); }
-    // Nothing is raised and no call changes any more when it returns.
-    void stop() { m_link.stop(); }
+    // Takes leave as if the PBX were lost: nothing is raised and no call changes any more when it returns.
+    void stop();
 
     // While `urgent` nobody waits for the PBX: who does gets no answer.
     // [any-thread]
@@ -51,17 +51,20 @@ private:
     void raise(std::unique_ptr<CSTAEvent> event);
     void raiseStatus(const std::string& state, const FeatureData& feature);
     FeatureData phonebook() const;
+    bool isLinked() const;
 
     const PbxSettings m_settings;
     const Raise m_raise;
     std::mutex m_waitMutex;
     std::condition_variable m_woken;
     bool m_isUrgent = false;
+    std::atomic<bool> m_isWaitedFor = false;
     PbxLink m_link;
     PbxLine* m_pLine = nullptr;
     std::shared_ptr<std::atomic<int>> m_queued = std::make_shared<std::atomic<int>>(0); // raised, not heard
 
     mutable std::mutex m_mutex;
+    bool m_isLinked = false;
     std::string m_state; // one of communicationsServiceTexts::systemState_...
     bool m_hasPhonebook = false;
 };

@@ -104,7 +104,7 @@ private:
         CstaFrameReader reader;
         std::array<char, PART_SIZE> part{};
         std::deque<std::string> toSend; // the first one is being sent
-        unsigned long heard = 0;        // how often something came
+        unsigned long heard = 0;        // how often something came, or may have
     };
     using Current = std::shared_ptr<Connection>;
 
@@ -229,13 +229,13 @@ private:
         });
     }
 
-    // Ends the connection, and begins another one after a pause.
+    // Ends the connection, and begins another one after a pause. The PBX hears of the end last: then everybody
+    // here knows.
     void drop(const std::string& why)
     {
-        PHONE_ERROR("the PBX %s: %s", m_settings.host.c_str(), why.c_str());
-        error_code ignored;
-        m_connection->socket.close(ignored);
-        m_connection = nullptr;
+        PHONE_ERROR("the PBX %s: %s; it is tried again in %lld ms", m_settings.host.c_str(), why.c_str(),
+                    static_cast<long long>(m_pause.count()));
+        const auto ended = std::exchange(m_connection, nullptr);
         m_limit.cancel();
         m_monitor.clear();
         m_isConnected = false;
@@ -244,6 +244,8 @@ private:
             pending.answer(noAnswer("the connection ended"));
         if (wasUp)
             m_listener.linkDown();
+        error_code ignored;
+        ended->socket.close(ignored);
         m_retry.expires_after(m_pause);
         m_retry.async_wait([this](error_code error) {
             if (!error)
@@ -341,6 +343,7 @@ private:
     void read(const Current& connection)
     {
         if (m_listener.isBehind()) {
+            ++connection->heard; // nobody listens: who knows what the PBX has said
             m_breather.expires_after(LOOK_AGAIN);
             m_breather.async_wait([this, connection](error_code error) {
                 if (!error && connection == m_connection)
@@ -408,19 +411,33 @@ private:
     {
         const auto monitor = message.textAt({"monitorCrossRefID"});
         const bool isOurs = monitor.empty() || monitor == m_monitor;
-        if (message.name == "MonitorStop") {
-            reply(id, emptyResponse("MonitorStopResponse"));
-            if (isOurs)
-                drop("it has ended the monitor");
-            return;
-        }
-        if (message.name == "SystemStatus")
+        if (message.name == "MonitorStop")
+            stopMonitor(id, isOurs);
+        else if (message.name == "RequestSystemStatus")
+            reply(id, systemStatusResponse("normal"));
+        else if (message.name == "SystemStatus") {
             reply(id, emptyResponse("SystemStatusResponse"));
-        else if (id != CstaFrame::EVENT_ID) {
+            tell(message, isOurs);
+        } else if (id == CstaFrame::EVENT_ID || message.name.ends_with("Event"))
+            tell(message, isOurs);
+        else {
             PHONE_REFUSED("the PBX asks for %s, which a telephone has not", message.name.c_str());
-            reply(id, serviceNotSupported());
+            reply(id, operationError("serviceNotSupported"));
+        }
+    }
+
+    void stopMonitor(int id, bool isOurs)
+    {
+        if (!isOurs) {
+            reply(id, operationError("invalidMonitorCrossRefID"));
             return;
         }
+        reply(id, emptyResponse("MonitorStopResponse"));
+        drop("it has ended the monitor");
+    }
+
+    void tell(const CstaElement& message, bool isOurs)
+    {
         const auto event = eventIn(message);
         if (!isOurs || std::holds_alternative<std::monostate>(event))
             PHONE_TRACE("the PBX sent %s, which means nothing here", message.name.c_str());

@@ -18,6 +18,8 @@ bool takeServer(const std::string& server, PbxSettings& settings)
     settings.host = server.substr(0, colon);
     if (settings.host.front() == '[' && settings.host.back() == ']')
         settings.host = settings.host.substr(1, settings.host.size() - 2);
+    if (settings.host.empty())
+        return false;
     const auto* end = server.data() + server.size();
     const auto [stop, error] = std::from_chars(server.data() + colon + 1, end, settings.port);
     return error == std::errc() && stop == end && settings.port != 0;

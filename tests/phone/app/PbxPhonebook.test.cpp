@@ -133,8 +133,6 @@ TEST_F(PbxTabOfAPhone, IsLeftByTheTabKey)
     press("phonebook");
     EXPECT_TRUE(showsNo("PBX directory"));
     EXPECT_TRUE(shows("Contacts"));
-    // Its lines belong to one visit.
-    pbx.event(TestPbx::row(0, ""));
 }
 
 TEST_F(PbxTabOfAPhone, GoesWhileItIsCurrent)

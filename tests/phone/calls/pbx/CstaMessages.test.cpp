@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "calls/pbx/CstaFrame.h"
+
 namespace {
 
 std::string written(const CstaElement& message)
@@ -70,8 +72,19 @@ TEST(CstaMessages, AreWrittenInTheOrderOfTheSchema)
     EXPECT_EQ(written(buttonPress("100", "ok")),
               "<ButtonPress><device>100</device><button>ok</button></ButtonPress>");
     EXPECT_EQ(written(emptyResponse("SystemStatusResponse")), "<SystemStatusResponse/>");
-    EXPECT_EQ(written(serviceNotSupported()),
+    EXPECT_EQ(
+        written(systemStatusResponse("normal")),
+        "<RequestSystemStatusResponse><systemStatus>normal</systemStatus></RequestSystemStatusResponse>");
+    EXPECT_EQ(written(operationError("serviceNotSupported")),
               "<CSTAErrorCode><operation>serviceNotSupported</operation></CSTAErrorCode>");
+}
+
+TEST(CstaMessages, AreSentAsTheDescriptionOfTheFormatShows)
+{
+    const auto octets = octetsOf({3, writeCsta(makeCall("100", "4711"))});
+    ASSERT_TRUE(octets);
+    EXPECT_EQ(octets.value().substr(0, 8), std::string("\0\0\x01\x08\x30\x30\x30\x33", 8));
+    EXPECT_EQ(octets.value().size(), 264U);
 }
 
 TEST(CstaMessages, CarryTheFeatureAsPrivateData)
@@ -198,6 +211,24 @@ TEST(CstaEvent, OfADisplayRowComesInEitherPrivateForm)
               "Display 2<Miller>");
 }
 
+TEST(CstaEvent, OfADisplayRowHasANumberAndNoMoreTextThanADisplay)
+{
+    const auto row = [](const std::string& number, const std::string& text) {
+        return rowsOf(
+            "<PrivateEvent><privateData><private><displayRow xmlns=\"urn:deskbook:csta:1\"><displayID>"
+            "Display</displayID><row>" +
+            number + "</row><text>" + text + "</text></displayRow></private></privateData></PrivateEvent>");
+    };
+    EXPECT_EQ(row("7", "beyond"), "Display 7<beyond>");
+    EXPECT_EQ(row("\n  3\t", "  between blanks  "), "Display 3<  between blanks  >");
+    for (const auto* none : {"-1", "", " ", "x", "3x", "3 4", "99999999999"})
+        EXPECT_EQ(row(none, "nowhere"), "") << none;
+    std::string wide;
+    for (int i = 0; i < 300; ++i)
+        wide += "ü";
+    EXPECT_EQ(row("0", wide), "Display 0<" + wide.substr(0, 512) + ">");
+}
+
 TEST(CstaEvent, OfAWholeDisplayIsCutIntoRows)
 {
     const auto whole = [](const std::string& rows, const std::string& columns, const std::string& contents) {
@@ -210,6 +241,8 @@ TEST(CstaEvent, OfAWholeDisplayIsCutIntoRows)
     EXPECT_EQ(rowsOf(whole("4", "2", "a   b ")), "Display 3<>Display 1<>Display 0<a>Display 2<b>");
     EXPECT_EQ(eventOf<CstaDisplayRows>(whole("2000000000", "1", "abc")).size(), 24U);
     EXPECT_EQ(rowsOf(whole("x", "6", "abc")), "");
+    EXPECT_EQ(rowsOf(whole("2", "300", std::string(300, 'a') + "b")),
+              "Display 0<" + std::string(256, 'a') + ">Display 1<b>");
 }
 
 TEST(CstaEvent, OfTheSystemMaySpeakOfItsStateOrAFeature)

@@ -35,6 +35,16 @@ TEST(CstaXml, IsReadInAnyEdition)
         "m1");
 }
 
+TEST(CstaXml, IsReadHoweverItIsWritten)
+{
+    EXPECT_EQ(crossReferenceIn("\xEF\xBB\xBF" + inEdition("3")), "m1");
+    EXPECT_EQ(
+        crossReferenceIn("<MonitorStartResponse" + SPACE +
+                         "3\"><!-- a comment --><?an instruction?><monitorCrossRefID a=\"b\"><![CDATA[m]]>"
+                         "&#49;</monitorCrossRefID></MonitorStartResponse>\n"),
+        "m1");
+}
+
 TEST(CstaXml, OfAnythingElseIsRefused)
 {
     EXPECT_TRUE(isRefused(""));

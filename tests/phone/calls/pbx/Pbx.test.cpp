@@ -2,6 +2,7 @@
 
 #include "calls/pbx/Pbx.h"
 
+#include <atomic>
 #include <future>
 
 #include <gtest/gtest.h>
@@ -104,6 +105,8 @@ protected:
             EventWriter writer;
             event->dispatch(&writer);
             events.add(writer.text);
+            if (keepsEvents)
+                kept.push_back(event);
         });
         line = pbx->makeLine();
         line->setObserver(&observer);
@@ -136,8 +139,9 @@ protected:
         return feature;
     }
 
-    // What comes of the request to activate the phonebook, to which the PBX says `answer`.
-    std::string activate(const std::string& answer)
+    // What comes of the request to activate the phonebook, to which the PBX says `answer`, after so many rows
+    // of its display.
+    std::string activate(const std::string& answer, int rowsBefore = 0)
     {
         auto done = std::async(std::launch::async, [this] {
             CSTARequestSystemStatusRequest request(
@@ -147,6 +151,8 @@ protected:
         });
         const auto asked = peer.receive();
         EXPECT_NE(asked.xml.find("<Action>activate</Action>"), std::string::npos);
+        for (int i = 0; i < rowsBefore; ++i)
+            peer.event(TestPbx::row(0, "too much"));
         peer.send(asked.invokeId, answer);
         return done.get();
     }
@@ -191,6 +197,8 @@ protected:
 
     Heard events;
     Heard calls;
+    std::atomic<bool> keepsEvents = false; // as a telephone that is busy
+    std::vector<std::shared_ptr<CSTAEvent>> kept;
     Observer observer{calls};
     TestPbx peer;
     std::unique_ptr<LineIfc> line;
@@ -251,16 +259,59 @@ TEST_F(AttachedPhonebook, GoesWithADisabledPbxAndReturnsWithIt)
     }
 }
 
+TEST_F(AttachedPhonebook, ReturnsWithThePbxThatSpeaksOfAnotherFeature)
+{
+    connect();
+    peer.event("<SystemStatus><systemStatus>disabled</systemStatus></SystemStatus>");
+    EXPECT_EQ(events.next(), "status <disabled>  ");
+    peer.event(
+        "<SystemStatus><systemStatus>enabled</systemStatus>" +
+        TestPbx::extension("<featureName>Another</featureName><Availability>unavailable</Availability>") +
+        "</SystemStatus>");
+    EXPECT_EQ(events.next(), "status <> Another unavailable");
+    EXPECT_EQ(events.next(), "status <> PBXPhonebook available");
+}
+
 TEST_F(AttachedPhonebook, IsActivatedByThePbx)
 {
     connect();
     EXPECT_EQ(activate("<RequestSystemStatusResponse><systemStatus>normal</systemStatus>"
                        "</RequestSystemStatusResponse>"),
               "done");
-    EXPECT_EQ(activate("<CSTAErrorCode><stateIncompatibility>invalidDeviceState</stateIncompatibility>"
-                       "</CSTAErrorCode>"),
-              "refused");
+    for (const auto* group : {"operation", "security", "stateIncompatibility", "systemResourceAvailibility",
+                              "subscribedResourceAvailability", "performanceManagement", "privateData",
+                              "privateErrorCode", "unspecified"})
+        EXPECT_EQ(activate("<CSTAErrorCode><" + std::string(group) + "/></CSTAErrorCode>"), "refused")
+            << group;
     EXPECT_EQ(activate("rubbish"), "refused");
+}
+
+TEST_F(AttachedPhonebook, IsActivatedHoweverMuchThePbxHasSaidBefore)
+{
+    connect();
+    keepsEvents = true;
+    EXPECT_EQ(activate("<RequestSystemStatusResponse/>", 5000), "done");
+}
+
+TEST_F(AttachedPhonebook, TakesLeaveWithItsPbx)
+{
+    connect();
+    pbx->stop();
+    EXPECT_EQ(calls.next(), "out");
+    EXPECT_EQ(events.next(), "status <disabled>  ");
+    EXPECT_EQ(query(), "enabled unavailable");
+    pbx->stop();
+    pbx.reset();
+    events.add("nothing more");
+    EXPECT_EQ(events.next(), "nothing more");
+}
+
+TEST_F(AttachedPhonebook, TakesNoKeysWithoutThePbx)
+{
+    pbx->start();
+    CSTAButtonPressRequest key("down");
+    pbx->pressButton(key);
+    EXPECT_NE(key.getResponseCode(), 0);
 }
 
 TEST_F(AttachedPhonebook, CannotBeActivatedWithoutThePbx)
@@ -358,6 +409,10 @@ TEST_F(PbxCalls, SayWhyTheyAreRefused)
         {"systemResourceAvailibility>deviceOutOfService", "unreachable"},
         {"stateIncompatibility>connectedCallExists", "other"},
         {"security>generic", "other"},
+        {"subscribedResourceAvailability>generic", "other"},
+        {"performanceManagement>generic", "other"},
+        {"privateData>generic", "other"},
+        {"privateErrorCode>busy lamp", "other"},
         {"unspecified>", "other"}};
     for (const auto& [error, why] : errors) {
         const std::string named = error;

@@ -1,6 +1,10 @@
 #include "calls/pbx/PbxLink.h"
 
+#include <atomic>
+
 #include <gtest/gtest.h>
+
+#include <testing/LogCapture.h>
 
 #include "Heard.h"
 #include "TestPbx.h"
@@ -26,9 +30,10 @@ public:
             heard.add("status " + status->status +
                       (status->feature ? " " + status->feature->Availability : ""));
     }
-    bool isBehind() override { return false; }
+    bool isBehind() override { return readsLeft == 0 || --readsLeft < 0; }
 
     Heard heard;
+    std::atomic<int> readsLeft = 1000000; // then it is behind
 };
 
 class Link : public testing::Test {
@@ -42,6 +47,15 @@ protected:
     void connect()
     {
         start();
+        ASSERT_TRUE(pbx.welcome());
+        ASSERT_EQ(heard(), "up normal available");
+    }
+
+    void connectImpatiently()
+    {
+        auto impatient = pbx.settings();
+        impatient.requestTimeout = 500ms;
+        start(impatient);
         ASSERT_TRUE(pbx.welcome());
         ASSERT_EQ(heard(), "up normal available");
     }
@@ -65,6 +79,25 @@ protected:
     Listener listener;
     std::unique_ptr<PbxLink> m_link; // goes before its listener
 };
+
+const char* const ERRORS[] = {
+    "<operation>invalidDeviceID</operation>",
+    "<security>sequenceNumberViolated</security>",
+    "<stateIncompatibility>invalidObjectState</stateIncompatibility>",
+    "<systemResourceAvailibility>overallMonitorLimitExceeded</systemResourceAvailibility>",
+    "<subscribedResourceAvailability>objectMonitorLimitExceeded"
+    "</subscribedResourceAvailability>",
+    "<performanceManagement>performanceLimitExceeded</performanceManagement>",
+    "<privateData>privateDataInvalid</privateData>",
+    "<privateErrorCode>E 4711</privateErrorCode>",
+    "<unspecified/>"};
+
+// An event of a monitor about a call.
+std::string delivered(const std::string& monitor, const std::string& call)
+{
+    return "<DeliveredEvent><monitorCrossRefID>" + monitor + "</monitorCrossRefID><connection><callID>" +
+           call + "</callID></connection></DeliveredEvent>";
+}
 
 const std::string MADE = "<MakeCallResponse><callingDevice><callID>7</callID><deviceID>100</deviceID></"
                          "callingDevice></MakeCallResponse>";
@@ -114,13 +147,12 @@ TEST_F(Link, GivesEveryRequestItsAnswer)
 TEST_F(Link, PassesErrorsOfEveryGroupOn)
 {
     connect();
-    for (const auto* group : {"operation", "security", "stateIncompatibility", "systemResourceAvailibility",
-                              "subscribedResourceAvailability", "performanceManagement", "privateData",
-                              "privateErrorCode", "unspecified"}) {
-        const std::string name = group;
+    for (const std::string error : ERRORS) {
         ask();
-        pbx.answer("<CSTAErrorCode><" + name + ">generic</" + name + "></CSTAErrorCode>");
-        EXPECT_EQ(heard(), name + " generic");
+        pbx.answer("<CSTAErrorCode>" + error + "</CSTAErrorCode>");
+        const auto group = error.substr(1, error.find_first_of("/>") - 1);
+        const auto value = error.substr(error.find('>') + 1);
+        EXPECT_EQ(heard(), group + " " + value.substr(0, value.find('<')));
     }
 }
 
@@ -179,10 +211,6 @@ TEST_F(Link, AsksNothingWithoutAConnection)
 TEST_F(Link, TellsEventsOfItsMonitorOnly)
 {
     connect();
-    const auto delivered = [](const std::string& monitor, const std::string& call) {
-        return "<DeliveredEvent><monitorCrossRefID>" + monitor + "</monitorCrossRefID><connection><callID>" +
-               call + "</callID></connection></DeliveredEvent>";
-    };
     pbx.event(delivered("another", "1"));
     pbx.event("<TeleportedEvent><monitorCrossRefID>m1</monitorCrossRefID></TeleportedEvent>");
     pbx.event("rubbish");
@@ -190,6 +218,33 @@ TEST_F(Link, TellsEventsOfItsMonitorOnly)
     EXPECT_EQ(heard(), "call 2");
     pbx.event(TestPbx::feature("<Availability>unavailable</Availability>"));
     EXPECT_EQ(heard(), "status  unavailable");
+}
+
+TEST_F(Link, TellsEventsUnderAnyNumberAndAnswersNone)
+{
+    connect();
+    pbx.send(5, delivered("m1", "3"));
+    EXPECT_EQ(heard(), "call 3");
+    pbx.send(6, "<TeleportedEvent/>");
+    ask();
+    EXPECT_EQ(pbx.receiveName(), "MakeCall");
+}
+
+TEST_F(Link, SurvivesWhateverAMessageSays)
+{
+    connect();
+    std::string deep;
+    for (int i = 0; i < 15000; ++i)
+        deep += "<a>";
+    pbx.event("");
+    pbx.event("<TeleportedEvent>" + std::string(65000, 'x') + "</TeleportedEvent>");
+    pbx.event("<PrivateEvent>" + deep);
+    pbx.event("<!DOCTYPE a [<!ENTITY b \"" + std::string(1000, 'b') +
+              "\">]><PrivateEvent>&b;</PrivateEvent>");
+    pbx.event(std::string("<PrivateEvent>\0</PrivateEvent>", 29));
+    pbx.event("<PrivateEvent>\xFF</PrivateEvent>");
+    pbx.event(TestPbx::row(1, "still there"));
+    EXPECT_EQ(heard(), "row 1 still there");
 }
 
 TEST_F(Link, AnswersWhatThePbxAsks)
@@ -206,11 +261,49 @@ TEST_F(Link, AnswersWhatThePbxAsks)
     EXPECT_EQ(refusal.invokeId, 4711);
     EXPECT_NE(refusal.xml.find("<operation>serviceNotSupported</operation>"), std::string::npos);
 
+    pbx.send(4712, "<RequestSystemStatus/>");
+    const auto own = pbx.receive();
+    EXPECT_EQ(own.invokeId, 4712);
+    EXPECT_EQ(TestPbx::nameIn(own.xml), "RequestSystemStatusResponse");
+    EXPECT_NE(own.xml.find("<systemStatus>normal</systemStatus>"), std::string::npos);
+
     // As an event it has no answer: the next message is the telephone's own.
     pbx.event("<SystemStatus><systemStatus>enabled</systemStatus></SystemStatus>");
     EXPECT_EQ(heard(), "status enabled");
     ask();
     EXPECT_EQ(pbx.receiveName(), "MakeCall");
+}
+
+TEST_F(Link, TellsThePbxsNumbersFromItsOwn)
+{
+    connect();
+    ask();
+    const auto call = pbx.receive();
+    pbx.send(call.invokeId, "<SystemStatus><systemStatus>disabled</systemStatus></SystemStatus>");
+    EXPECT_EQ(heard(), "status disabled");
+    const auto status = pbx.receive();
+    EXPECT_EQ(TestPbx::nameIn(status.xml), "SystemStatusResponse");
+    EXPECT_EQ(status.invokeId, call.invokeId);
+    pbx.send(call.invokeId, MADE);
+    EXPECT_EQ(heard(), "MakeCallResponse");
+}
+
+TEST_F(Link, LosesItsMonitorOnlyWhenItIsItsOwn)
+{
+    connect();
+    pbx.send(1, "<MonitorStop><monitorCrossRefID>another</monitorCrossRefID></MonitorStop>");
+    const auto refusal = pbx.receive();
+    EXPECT_EQ(refusal.invokeId, 1);
+    EXPECT_NE(refusal.xml.find("<operation>invalidMonitorCrossRefID</operation>"), std::string::npos);
+    pbx.event(delivered("m1", "1"));
+    EXPECT_EQ(heard(), "call 1");
+
+    pbx.send(2, "<MonitorStop><monitorCrossRefID>m1</monitorCrossRefID></MonitorStop>");
+    const auto stopped = pbx.receive();
+    EXPECT_EQ(stopped.invokeId, 2);
+    EXPECT_EQ(TestPbx::nameIn(stopped.xml), "MonitorStopResponse");
+    EXPECT_EQ(heard(), "down");
+    EXPECT_TRUE(pbx.isClosed());
 }
 
 TEST_F(Link, ConnectsAgainAfterAnyEnd)
@@ -240,8 +333,12 @@ TEST_F(Link, ConnectsAgainAfterAnyEnd)
 TEST_F(Link, ConnectsAgainUntilItIsMonitored)
 {
     start();
+    for (const std::string error : ERRORS) {
+        ASSERT_TRUE(pbx.accept());
+        pbx.answer("<CSTAErrorCode>" + error + "</CSTAErrorCode>");
+    }
     ASSERT_TRUE(pbx.accept());
-    pbx.answer("<CSTAErrorCode><operation>invalidMonitorObject</operation></CSTAErrorCode>");
+    pbx.sendRaw("SSH-2.0-Server\r\n");
     ASSERT_TRUE(pbx.accept());
     pbx.answer("<MonitorStartResponse/>");
     ASSERT_TRUE(pbx.accept());
@@ -260,6 +357,67 @@ TEST_F(Link, EndsWithAPbxThatSendsGarbage)
     EXPECT_TRUE(pbx.isClosed());
     ASSERT_TRUE(pbx.welcome());
     EXPECT_EQ(heard(), "up normal available");
+}
+
+TEST_F(Link, WaitsLongerBeforeEachAttemptUntilOneSucceeds)
+{
+    const LogCapture log;
+    auto patient = pbx.settings();
+    patient.longestPause = 4ms;
+    start(patient);
+    for (int i = 0; i < 4; ++i)
+        ASSERT_TRUE(pbx.accept());
+    ASSERT_TRUE(pbx.welcome());
+    EXPECT_EQ(heard(), "up normal available");
+    pbx.close();
+    EXPECT_EQ(heard(), "down");
+    std::string pauses;
+    for (const auto& line : log.texts(AppLog::ERROR))
+        pauses += line.substr(line.find("again in"));
+    EXPECT_EQ(pauses, "again in 1 msagain in 2 msagain in 4 msagain in 4 msagain in 1 ms");
+}
+
+TEST_F(Link, EndsWithAPbxThatStopsInTheMiddleOfAMessage)
+{
+    connectImpatiently();
+    const auto row = octetsOf({CstaFrame::EVENT_ID, TestPbx::csta(TestPbx::row(0, "x"))}).value();
+    pbx.sendRaw(row + row.substr(0, 40));
+    EXPECT_EQ(heard(), "row 0 x");
+    ask();
+    EXPECT_EQ(heard(), "no answer");
+    EXPECT_EQ(heard(), "down");
+}
+
+TEST_F(Link, GivesALateAnswerToNobody)
+{
+    connectImpatiently();
+    ask();
+    const auto call = pbx.receive();
+    pbx.event(TestPbx::row(0, "busy"));
+    EXPECT_EQ(heard(), "row 0 busy");
+    EXPECT_EQ(heard(), "no answer");
+    ask(snapshotDevice("100"));
+    pbx.send(call.invokeId, MADE);
+    EXPECT_EQ(pbx.answer("<SnapshotDeviceResponse/>"), "SnapshotDevice");
+    EXPECT_EQ(heard(), "SnapshotDeviceResponse");
+}
+
+// What the PBX says then waits in the network, its answers as well: it is not silent.
+TEST_F(Link, ReadsNothingWhileItsListenerIsBehind)
+{
+    listener.readsLeft = 3; // two for the greeting
+    connectImpatiently();
+    pbx.event(TestPbx::row(0, "one too many"));
+    EXPECT_EQ(heard(), "row 0 one too many");
+    pbx.event(TestPbx::row(1, "later"));
+    ask();
+    EXPECT_EQ(pbx.answer(MADE), "MakeCall");
+    EXPECT_EQ(heard(), "no answer");
+    listener.readsLeft = 1000000;
+    EXPECT_EQ(heard(), "row 1 later");
+    ask();
+    EXPECT_EQ(pbx.answer(MADE), "MakeCall");
+    EXPECT_EQ(heard(), "MakeCallResponse");
 }
 
 TEST_F(Link, EndsWithAPbxThatIsSilent)
@@ -312,7 +470,7 @@ TEST_F(Link, TakesTheGreatestMessages)
     const auto around = TestPbx::csta(TestPbx::row(0, "")).size() + CstaFrame::HEADER_SIZE;
     const std::string text(CstaFrame::GREATEST_SIZE - around, 'x');
     pbx.event(TestPbx::row(0, text));
-    EXPECT_EQ(heard(), "row 0 " + text);
+    EXPECT_EQ(heard(), "row 0 " + text.substr(0, 256));
     ask(makeCall("100", std::string(70000, '1')));
     EXPECT_EQ(heard(), "no answer");
 }

@@ -29,7 +29,7 @@ TEST(PbxSettings, NameThePbxAndItsPort)
     EXPECT_EQ(serverOf("192.0.2.1:65535"), "192.0.2.1 65535");
     EXPECT_EQ(serverOf("[2001:db8::1]:1040"), "2001:db8::1 1040");
     for (const auto* wrong :
-         {"", "pbx.example.com", ":1040", "pbx:", "pbx:0", "pbx:65536", "pbx:10x", "pbx:-1"})
+         {"", "pbx.example.com", ":1040", "pbx:", "pbx:0", "pbx:65536", "pbx:10x", "pbx:-1", "[]:1040"})
         EXPECT_EQ(serverOf(wrong), "none") << wrong;
 }
 

@@ -122,6 +122,12 @@ void TestPbx::close()
     m_peer = -1;
 }
 
+void TestPbx::hangUp()
+{
+    if (m_peer >= 0)
+        ::shutdown(m_peer, SHUT_WR);
+}
+
 bool TestPbx::isClosed()
 {
     while (isReadable(m_peer)) {

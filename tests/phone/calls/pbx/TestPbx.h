@@ -34,6 +34,8 @@ public:
     void event(const std::string& xml) { send(CstaFrame::EVENT_ID, xml); }
     void sendRaw(const std::string& octets);
     void close();
+    // Says nothing more: the other side has all that was sent before it closes.
+    void hangUp();
     // Whether the other side has closed.
     bool isClosed();
 
