@@ -81,13 +81,13 @@ public:
     {
         screen.title = title().translated();
         screen.highlighted = false;
-        for (int line = 0; line < std::min<int>(rows, LINES); ++line) {
+        screen.rowCount = count();
+        for (int line = 0; line < std::min(rows, screen.rowCount); ++line) {
             DisplayAPI::FrameRow row;
             row.position = line;
             row.text = m_lines[static_cast<std::size_t>(line)];
             screen.rows.push_back(row);
         }
-        screen.rowCount = static_cast<int>(screen.rows.size());
     }
 
     bool keyPressed(const Key& key) override
@@ -99,6 +99,14 @@ public:
     }
 
 private:
+    // Lines up to the last one with a text.
+    int count() const
+    {
+        const auto last =
+            std::find_if(m_lines.rbegin(), m_lines.rend(), [](const auto& line) { return !line.empty(); });
+        return static_cast<int>(m_lines.rend() - last);
+    }
+
     const std::function<void(const std::string&)> m_pressed;
     std::array<std::string, LINES> m_lines;
 };
@@ -131,10 +139,13 @@ public:
     }
     void shutdown() override { stopPhonelet(); }
 
+    // The phonebook may have gone while the user was on the way to it.
     void show() override
     {
         m_isShown = true;
         m_pContext->getDisplay()->setCurrent(&m_screen);
+        if (!isThere())
+            leave();
     }
     void hide() override
     {
@@ -152,16 +163,16 @@ public:
             m_screen.setLine(static_cast<std::size_t>(row[0] - '0'), event->getContentsOfDisplay());
     }
 
-    // Without the PBX's phonebook there is nothing to show.
+    // Without the PBX's phonebook there is nothing to show, nor when the PBX has closed it.
     void handleCSTASystemStatusEvent(CSTASystemStatusEvent* event) override
     {
         const auto& state = event->getSystemStatus();
         const auto& feature = event->getFeatureData();
         const bool isDisabled = state == systemState_disabled || state == systemState_partiallyDisabled;
         const bool isGone = feature.featureName == content_feature_name_pbxphonebook &&
-                            feature.Availability == content_feature_unavailable;
+                            (feature.Availability == content_feature_unavailable || feature.Status == "OFF");
         if (m_isShown && (isDisabled || isGone))
-            getPhoneletHandle()->leave(m_pContext->getName());
+            leave();
     }
 
     void tab() override {}
@@ -175,6 +186,21 @@ public:
     void childLostFocus(const std::string&) override {}
 
 private:
+    bool isThere() const
+    {
+        FeatureData feature;
+        feature.featureName = content_feature_name_pbxphonebook;
+        feature.Action = content_feature_query;
+        CSTARequestSystemStatusRequest query(feature);
+        if (m_pCalls)
+            m_pCalls->sendRequest(query);
+        const auto* known = dynamic_cast<CSTARequestSystemStatusResponse*>(query.getResponse());
+        return known && known->getSystemStatus() == systemState_enabled &&
+               known->getFeatureData().Availability == content_feature_available;
+    }
+
+    void leave() { getPhoneletHandle()->leave(m_pContext->getName()); }
+
     void press(const std::string& button)
     {
         CSTAButtonPressRequest request(button);

@@ -35,6 +35,8 @@ void readHead(Journey& journey, const std::string& line)
         journey.pictures.push_back(value);
     else if (name == "line")
         journey.line = value;
+    else if (name == "pbx")
+        journey.pbx = value;
     else if (name == "ldap-password")
         journey.ldapPassword = value;
     else if (name != "absent")

@@ -4,6 +4,7 @@
 //     software-type: Veltrix SIP          any configuration item
 //     absent: CSTAServiceIfc              services that the telephone does not have
 //     line: 4711                          a line that answers
+//     pbx: available                      a PBX with a phonebook, or with one that is "unavailable"
 //     group: Friends                      a group that nobody need be in
 //     picture: anna.png                   a clip that a contact may have
 //     contact: Miller, Anna; office=030 123; mobile=0170 1; group=Friends; default=mobile
@@ -16,7 +17,8 @@
 //     ...
 //
 // After ">>>" stand the words of keysFromWord() and of Journey::run(); below it what is to be seen
-// then, up to the next empty line, with a line "* ..." for each call that was placed meanwhile.
+// then, up to the next empty line, with a line "* ..." for each call that was placed meanwhile, and for what
+// was asked of the PBX.
 
 #pragma once
 
@@ -35,6 +37,7 @@ struct Journey {
     std::map<std::string, std::string> items;
     std::vector<std::string> absent;
     std::string line;
+    std::string pbx; // the availability of its phonebook; "" for no PBX
     std::string ldapPassword;
     std::vector<std::string> groups;
     std::vector<std::string> pictures;

@@ -162,6 +162,8 @@ JourneyPhone::JourneyPhone(const Journey& journey, ReplaceService replace)
     , m_replace(std::move(replace))
 {
     setenv("TZ", "UTC", 1);
+    if (!m_journey.pbx.empty())
+        m_pPbx = std::make_unique<JourneyPbx>(m_journey.pbx);
     furnish();
     start();
 }
@@ -178,6 +180,8 @@ void JourneyPhone::furnish()
         std::filesystem::copy_file(std::filesystem::path(TEST_DATA_DIR) / "one-pixel.png",
                                    m_folder / "pictures" / picture);
     for (const auto& [item, value] : itemsOf(m_journey))
+        setItem(item, value);
+    for (const auto& [item, value] : m_pPbx ? m_pPbx->items() : Configuration::Values())
         setItem(item, value);
     if (!m_journey.ldapPassword.empty())
         keepPassword(m_journey.ldapPassword);
@@ -212,6 +216,8 @@ void JourneyPhone::start()
     options.profile = Profile::in(m_folder.path());
     options.catalogues = resources.catalogues;
     options.phonelets = {{"phonebook", resources.phonebook}};
+    if (m_pPbx)
+        options.phonelets.push_back({"CorvanStimulus", resources.stimulus});
     options.clock = &m_clock;
     options.wrapPhonelet = [this](std::unique_ptr<Phonelet> phonelet) -> std::unique_ptr<Phonelet> {
         return std::make_unique<CheckedPhonelet>(
@@ -234,6 +240,10 @@ void JourneyPhone::start()
     }
     m_phone->start();
     settle();
+    if (m_pPbx) {
+        m_pPbx->attach();
+        settle();
+    }
 }
 
 std::string JourneyPhone::run(const std::string& words)
@@ -250,6 +260,8 @@ std::string JourneyPhone::screen()
     for (const auto& call : m_calls)
         text += "* " + call + "\n";
     m_calls.clear();
+    for (const auto& request : m_pPbx ? m_pPbx->takeRequests() : std::vector<std::string>())
+        text += "* " + request + "\n";
     text += toText(*m_phone->frames().latest());
     // An empty line ends a screen in a journey's file.
     for (auto at = text.find("\n\n"); at != text.npos; at = text.find("\n\n"))
@@ -286,7 +298,7 @@ void JourneyPhone::word(const std::string& word)
         m_phone->stop();
         m_phone.reset();
         start();
-    } else if (!m_pLine || !lineSays(word)) {
+    } else if (!(m_pLine && lineSays(word)) && !(m_pPbx && m_pPbx->say(word))) {
         throw std::runtime_error("a journey knows no \"" + word + "\"");
     }
     settle();
@@ -344,6 +356,10 @@ void JourneyPhone::outside(const std::string& change)
 void JourneyPhone::settle()
 {
     m_phone->runPending();
+    if (m_pPbx) {
+        m_pPbx->settle();
+        m_phone->runPending();
+    }
     const auto frame = m_phone->frames().latest();
     const auto& top = frame->top();
     m_failureSeen = m_failureSeen ||

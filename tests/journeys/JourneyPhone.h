@@ -13,6 +13,7 @@
 #include "../phone/TemporaryFolder.h"
 #include "../phone/directory/StoreTesting.h"
 #include "Journey.h"
+#include "JourneyPbx.h"
 #include "app/Phone.h"
 #include "calls/LineIfc.h"
 
@@ -41,6 +42,13 @@ public:
     //   cleared, busy, declined, no-answer, no-such-number, unreachable
     //   rings:0301234,Anna       a call comes in
     //   line:down, :up           whether calls can be placed
+    //   pbx:available, :unavailable, :off    what the PBX says of its phonebook,
+    //   pbx:enabled, :disabled, :partiallyDisabled   of itself,
+    //   pbx:row:2:Miller,_Anna   of a row of its display; "_" stands for a blank
+    //   pbx:flood                of row 5, from 1 to 1000
+    //   pbx:refuses, :accepts    whether its phonebook can be opened,
+    //   pbx:vanishes             or can be, but is gone then
+    //   pbx:lost, :back          whether it is there
     std::string run(const std::string& words);
 
     std::string screen();
@@ -80,5 +88,6 @@ private:
     bool m_failureSeen = false;
     std::unique_ptr<FailingDisk> m_pFullDisk;
     bool m_companyIsDown = false;
+    std::unique_ptr<JourneyPbx> m_pPbx;
     std::unique_ptr<Phone> m_phone;
 };
