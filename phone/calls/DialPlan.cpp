@@ -73,16 +73,36 @@ bool DialPlan::isInternal(std::string_view digits) const
            (patterns.empty() || matchesAny(patterns, digits));
 }
 
+bool DialPlan::isListedEmergency(std::string_view digits) const
+{
+    const auto& all = m_rules.emergencyNumbers;
+    return std::find(all.begin(), all.end(), digits) != all.end();
+}
+
 bool DialPlan::isEmergency(std::string_view digits) const
 {
-    const auto isListed = [this](std::string_view number) {
-        const auto& all = m_rules.emergencyNumbers;
-        return std::find(all.begin(), all.end(), number) != all.end();
-    };
-    return isListed(digits) ||
+    return isListedEmergency(digits) ||
            std::any_of(m_outsideLines.begin(), m_outsideLines.end(), [&](const std::string& line) {
-               return startsWith(digits, line) && isListed(digits.substr(line.size()));
+               return startsWith(digits, line) && isListedEmergency(digits.substr(line.size()));
            });
+}
+
+bool DialPlan::isCompleteEmergency(std::string_view digits) const
+{
+    if (!isListedEmergency(digits))
+        return false;
+    const auto goesOn = [&](std::string_view pattern) {
+        return pattern.size() > digits.size() && matches(pattern.substr(0, digits.size()), digits);
+    };
+    const auto& rules = m_rules;
+    const bool isSaid = !rules.internalFirstDigits.empty() || !rules.internalPatterns.empty();
+    const bool isPossible = rules.internalFirstDigits.empty() ||
+                            rules.internalFirstDigits.find(digits.front()) != std::string::npos;
+    const bool mayBeInternal =
+        isSaid && isPossible && digits.size() < length(rules.internalDigits) &&
+        (rules.internalPatterns.empty() || std::ranges::any_of(rules.internalPatterns, goesOn));
+    return !mayBeInternal && std::ranges::none_of(rules.serviceNumbers, goesOn) &&
+           std::ranges::none_of(rules.emergencyNumbers, goesOn);
 }
 
 bool DialPlan::isService(std::string_view digits) const

@@ -62,6 +62,9 @@ public:
     bool isInternal(std::string_view digits) const;
     // With or without the outside line's digits.
     bool isEmergency(std::string_view digits) const;
+    // Whether it is an emergency number and nothing that is said of internal and service numbers leaves
+    // any of them to begin with it. Without the outside line's digits, after which much can begin so.
+    bool isCompleteEmergency(std::string_view digits) const;
 
 private:
     enum class Reading { Written, Dialled };
@@ -75,6 +78,7 @@ private:
     std::string dialStringOf(const std::string& canonical) const;
     bool reaches(const std::string& digits, const std::string& canonical) const;
     bool isElsewhere(const WrittenNumber& number) const;
+    bool isListedEmergency(std::string_view digits) const;
     bool isOutside(std::string_view digits) const;
     bool isService(std::string_view digits) const;
     bool isAbroad(std::string_view digits) const;

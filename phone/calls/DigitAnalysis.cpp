@@ -64,13 +64,14 @@ bool DigitAnalysis::clearCallContextProvider(DigitAnalysisServiceEventIfc* provi
 
 bool DigitAnalysis::setDialString(const std::string& digits, int complete)
 {
+    const bool isLonger = digits.size() > m_digits.size();
     m_digits = digits;
     if (m_report == Report::Delivered || m_report == Report::Dialled)
         m_report = complete != 0 ? Report::Dialled : Report::Delivered;
     if (digits.empty() || complete != 0)
         stopTimer();
-    else if (m_offHook)
-        startTimer(m_times.interDigit);
+    else
+        awaitMoreDigits(isLonger);
     return !digits.empty();
 }
 
@@ -102,11 +103,6 @@ std::string DigitAnalysis::shownCalled(const std::string& number) const
     return readable(*plan, number, plan->canonicalOfDialled(plan->dialString(number)));
 }
 
-bool DigitAnalysis::isEmergency(const std::string& number) const
-{
-    return m_plan.load()->isEmergency(toDialString(number));
-}
-
 void DigitAnalysis::setDialPartyDetails(CallPartyIdentifier& party, bool result, int /*mode*/)
 {
     m_party = party;
@@ -132,8 +128,7 @@ void DigitAnalysis::digit(char digit)
     m_dialing = true;
     if (m_report == Report::None)
         reportStarted();
-    if (m_offHook)
-        startTimer(m_times.interDigit);
+    awaitMoreDigits(true);
 }
 
 void DigitAnalysis::onHook()
@@ -178,6 +173,15 @@ void DigitAnalysis::reportStarted()
         PHONE_TRACE("dialling started, told to %s", name.c_str());
         m_pProvider->handleDialingStarted(m_digits);
     });
+}
+
+// What is left of a number that is taken back is no emergency.
+void DigitAnalysis::awaitMoreDigits(bool isLonger)
+{
+    if (!m_offHook)
+        return;
+    const bool isComplete = isLonger && m_plan.load()->isCompleteEmergency(m_digits);
+    startTimer(isComplete ? std::chrono::milliseconds(0) : m_times.interDigit);
 }
 
 void DigitAnalysis::startTimer(std::chrono::milliseconds after)

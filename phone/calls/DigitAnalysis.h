@@ -6,7 +6,7 @@
 // provider was told of are never another's.
 //
 // The time-outs run while the telephone is off-hook only: who prepares a number with the handset on
-// its hook takes their time.
+// its hook takes their time. An emergency number is waited for no longer when its last digit was typed.
 
 #pragma once
 
@@ -55,7 +55,6 @@ public:
     // [any-thread], as the two above
     std::string shownCaller(const std::string& number) const;
     std::string shownCalled(const std::string& number) const;
-    bool isEmergency(const std::string& number) const;
 
     // Off-hook reports dialling started, with no digits yet.
     void offHook();
@@ -81,6 +80,7 @@ private:
 
     void reportStarted();
     void startAnew();
+    void awaitMoreDigits(bool isLonger);
     void startTimer(std::chrono::milliseconds after);
     void stopTimer();
     void timedOut();

@@ -137,7 +137,9 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         text("internal-first-digits", "", "If given, internal numbers begin with one of these: \"2345\"."),
         text("enterprise-prefix", "",
              "What stands before internal numbers for callers from outside: \"+49 30 23125\"."),
-        list("emergency-numbers", "110,112", "Numbers that the telephone dials itself."),
+        list("emergency-numbers", "110,112",
+             "Numbers that the telephone dials itself; with the handset lifted as soon as the last digit is "
+             "typed, unless internal or service numbers are said to begin so."),
         list("service-numbers", "115,116xxx,118xx",
              "Outside numbers that need no area code anywhere in the country; x is any digit."),
         number("initial-digit-timeout", "s", 1, 120, 15, "How long the telephone waits for a first digit."),

@@ -66,6 +66,35 @@ TEST(DialPlan, LeavesEmergencyNumbersAlone)
     EXPECT_EQ(DialPlan(rules).dialString("0112"), "0112");
 }
 
+TEST(DialPlan, KnowsWhenAnEmergencyNumberIsComplete)
+{
+    DialPlanRules rules;
+    rules.emergencyNumbers = {"112", "118", "15"};
+    rules.internalDigits = 4;
+    rules.outsideLine = "0";
+    const auto isComplete = [&rules](const char* digits) {
+        return DialPlan(rules).isCompleteEmergency(digits);
+    };
+    EXPECT_TRUE(isComplete("112"));
+    EXPECT_FALSE(isComplete("11"));
+    EXPECT_FALSE(isComplete("015")); // as numbers in Paris begin
+    rules.internalFirstDigits = "234";
+    EXPECT_TRUE(isComplete("112"));
+    rules.internalFirstDigits = "123";
+    EXPECT_FALSE(isComplete("112"));
+    rules.internalPatterns = {"2xxx", "3xxx"};
+    EXPECT_TRUE(isComplete("112"));
+    rules.internalPatterns = {"11xx"};
+    EXPECT_FALSE(isComplete("112"));
+    EXPECT_TRUE(isComplete("15"));
+    rules.serviceNumbers = {"118xx"};
+    rules.internalPatterns.clear();
+    rules.internalFirstDigits.clear();
+    EXPECT_FALSE(isComplete("118"));
+    rules.emergencyNumbers = {"11", "112"};
+    EXPECT_FALSE(isComplete("11"));
+}
+
 TEST(DialPlan, TakesTheOutsideLineOffBeforeAPrefix)
 {
     EXPECT_EQ(canonical(berlinOffice(), "0 030 1234567"), "+49301234567");

@@ -179,6 +179,32 @@ TEST_F(Digits, TimeOutInTheFormThatIsDialled)
     EXPECT_EQ(after(5s), "started(030 12345) timeout(003012345) ");
 }
 
+TEST_F(Digits, OfAnEmergencyNumberAreNotWaitedForAnyLonger)
+{
+    analysis.offHook();
+    EXPECT_EQ(after(), "started() ");
+    analysis.setDialString("11", 0);
+    EXPECT_EQ(after(), "");
+    analysis.setDialString("112", 0);
+    EXPECT_EQ(after(), "timeout(112) ");
+}
+
+TEST_F(Digits, ThatAreTakenBackToAnEmergencyNumberAreNoEmergency)
+{
+    analysis.offHook();
+    EXPECT_EQ(after(), "started() ");
+    analysis.setDialString("1124", 0);
+    analysis.setDialString("112", 0);
+    EXPECT_EQ(after(4s), "");
+    EXPECT_EQ(after(1s), "timeout(112) ");
+}
+
+TEST_F(Digits, OfAnEmergencyNumberAreKeptOnTheHook)
+{
+    analysis.setDialString("112", 0);
+    EXPECT_EQ(after(1min), "");
+}
+
 TEST_F(Digits, NeverTimeOutOnTheHook)
 {
     analysis.digit('4');
@@ -277,8 +303,6 @@ TEST_F(Digits, AreConvertedInPlace)
     std::string number = "030 12345";
     analysis.convertToCanonical(number);
     EXPECT_EQ(number, "+493012345");
-    EXPECT_TRUE(analysis.isEmergency("112"));
-    EXPECT_FALSE(analysis.isEmergency("113"));
 }
 
 } // namespace
