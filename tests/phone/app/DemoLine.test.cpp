@@ -237,7 +237,7 @@ TEST_F(DemoLine, RingsAtSomebodyWhoseCallCanBePickedUp)
     line->clearCall("2");
     ASSERT_TRUE(watcher.ends("2", CallState::Null, CallEnd::Cleared));
     ASSERT_TRUE(line->pickUpCall("3", "202"));
-    EXPECT_TRUE(watcher.ends("3", CallState::Failed, CallEnd::NotFound));
+    EXPECT_TRUE(watcher.ends("3", CallState::Failed, CallEnd::Other));
 }
 
 TEST_F(DemoLine, HasSomebodyWhoHangsUp)
