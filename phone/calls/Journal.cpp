@@ -52,6 +52,23 @@ std::unique_ptr<Database> openFile(const std::filesystem::path& file)
     return database;
 }
 
+std::int64_t add(Database& database, const std::string& name, const std::string& number,
+                 const std::string& at)
+{
+    Statement row(database.handle(), "INSERT INTO dialled(name, number, at) VALUES(?1, ?2, ?3)");
+    row.bind(1, name).bind(2, number).bind(3, at).run();
+    return sqlite3_last_insert_rowid(database.handle());
+}
+
+std::vector<JournalRecord> recordsIn(Database& database)
+{
+    std::vector<JournalRecord> records;
+    Statement row(database.handle(), "SELECT name, number, at FROM dialled ORDER BY id DESC");
+    while (row.step())
+        records.push_back({{cleanText(row.text(0)), cleanText(row.text(1)), cleanText(row.text(2))}});
+    return records;
+}
+
 std::int64_t versionOf(Database& database)
 {
     return database.queryNumber("PRAGMA data_version");
@@ -86,8 +103,19 @@ Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPos
         PHONE_ERROR("%s", m_notice.c_str());
         m_pDatabase = std::make_unique<Database>();
         m_pDatabase->createSchema(nAPPLICATION_ID, nSCHEMA_VERSION, nSCHEMA);
+        if (error.primaryCode() == SQLITE_READONLY)
+            remember(file);
     }
     m_dataVersion = versionOf(*m_pDatabase);
+}
+
+void Journal::remember(const std::filesystem::path& file)
+{
+    Database kept(file, Database::Mode::ReadOnly);
+    auto records = recordsIn(kept);
+    std::ranges::reverse(records);
+    for (const auto& [texts] : records)
+        add(*m_pDatabase, texts[0], texts[1], texts[2]);
 }
 
 Journal::~Journal() = default;
@@ -142,13 +170,9 @@ void Journal::lookForChanges()
 void Journal::addDialled(const CallPartyIdentifier& party)
 {
     try {
-        const std::string name = cleanText(nameOf(party));
-        const std::string number = cleanText(party.getNumber());
-        const std::string at = rfc3339(m_clock.wallClock());
         Transaction transaction(*m_pDatabase);
-        Statement add(m_pDatabase->handle(), "INSERT INTO dialled(name, number, at) VALUES(?1, ?2, ?3)");
-        add.bind(1, name).bind(2, number).bind(3, at).run();
-        const auto id = sqlite3_last_insert_rowid(m_pDatabase->handle());
+        const auto id = add(*m_pDatabase, cleanText(nameOf(party)), cleanText(party.getNumber()),
+                            rfc3339(m_clock.wallClock()));
         Statement trim(m_pDatabase->handle(), "DELETE FROM dialled WHERE id <= ?1");
         trim.bind(1, id - nMOST_CALLS).run();
         transaction.commit();
@@ -160,15 +184,12 @@ void Journal::addDialled(const CallPartyIdentifier& party)
 
 std::vector<JournalRecord> Journal::dialled()
 {
-    std::vector<JournalRecord> records;
     try {
-        Statement row(m_pDatabase->handle(), "SELECT name, number, at FROM dialled ORDER BY id DESC");
-        while (row.step())
-            records.push_back({{cleanText(row.text(0)), cleanText(row.text(1)), cleanText(row.text(2))}});
+        return recordsIn(*m_pDatabase);
     } catch (const SqliteError& error) {
         PHONE_ERROR("the journal cannot be read: %s", error.message.c_str());
+        return {};
     }
-    return records;
 }
 
 std::string Journal::lastName(const std::function<bool(const std::string& number)>& isMeant)

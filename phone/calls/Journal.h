@@ -1,6 +1,7 @@
 // The calls that were dialled from this telephone, in a file of their own.
 //
-// A file that cannot be used is left as it is; calls are then remembered until the telephone stops.
+// A file that cannot be used is left as it is; calls are then remembered until the telephone stops, and so
+// are those of a file that can be read only.
 
 #pragma once
 
@@ -58,6 +59,8 @@ public:
 private:
     Journal(const std::filesystem::path& file, const Clock& clock, EventPoster& events);
 
+    // Takes over the calls of a file that can be read only.
+    void remember(const std::filesystem::path& file);
     void watch(const std::filesystem::path& file, std::chrono::milliseconds interval);
     void tell(int id, JournalAction action);
     void tellOne(JournalServiceObserverIfc& observer, int id, JournalAction action);

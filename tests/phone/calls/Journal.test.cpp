@@ -126,6 +126,26 @@ TEST_F(CallJournal, LeavesAForeignFileAloneAndRemembersUntilTheEnd)
     EXPECT_EQ(contentOf(folder / "journal.db"), "rubbish");
 }
 
+TEST_F(CallJournal, RemembersTheCallsOfAFileThatCanBeReadOnly)
+{
+    dial("4711", "Miller");
+    dial("4712");
+    journal.reset();
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(folder / "journal.db", std::filesystem::perms(0444));
+    const auto before = contentOf(folder / "journal.db");
+    const AsOrdinaryUser user;
+    restart();
+    EXPECT_NE(journal->notice().find("it is read-only"), std::string::npos) << journal->notice();
+    dial("4713");
+    const auto calls = journal->dialled();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].textFields.at(1), "4713");
+    EXPECT_EQ(calls[1].textFields.at(1), "4712");
+    EXPECT_EQ(calls[2].textFields.at(0), "Miller");
+    EXPECT_EQ(contentOf(folder / "journal.db"), before);
+}
+
 TEST_F(CallJournal, SurvivesAFullDisk)
 {
     journal->addObserver(&observer);
