@@ -113,8 +113,8 @@ struct DemoServers {
     DemoServers(const Profile& profile, const std::filesystem::path& demo)
         : directory(ifStarted(startDemoDirectory(profile, demo), "The demo has no corporate directory."))
         , pbx(ifStarted(startDemoPbx(profile, demo), "The demo has no PBX."))
-        , line(
-              ifStarted(startDemoLine(profile, demo), "The demo has no line, and nothing is heard of calls."))
+        , line(ifStarted(startDemoLine(profile, demo),
+                         "The demo has no line with sound; its PBX has calls without."))
     {
     }
 
