@@ -61,7 +61,7 @@ Phone::Phone(PhoneOptions options)
     , m_callBar(
           {m_clock, m_events, m_translator, [this](auto calls) { m_frames.setCalls(std::move(calls)); }})
     , m_states(m_options.profile.data / "phonelets.json")
-    , m_updates(m_events, [this] { return anyFormIsOpen(); })
+    , m_updates(m_events, [this] { return changesMustWait(); })
     , m_idleDialler({[this](const std::string& digits) { m_services->digits().setDialString(digits, 0); },
                      [this](const std::string& number) { return placeCall(number, ""); }})
     , m_idle({m_clock, m_translator, variant(), [this] { return m_translator.language(); },
@@ -415,8 +415,11 @@ void Phone::changeLanguage()
     }
 }
 
-bool Phone::anyFormIsOpen() const
+// A form would lose what was typed. On an empty tab the phonebook could not ask what to do with a change, and
+// would be of no use on its other tabs until it can.
+bool Phone::changesMustWait() const
 {
-    return std::any_of(m_hosts.begin(), m_hosts.end(),
-                       [](const auto& host) { return host->hasFormAsBase(); });
+    return std::any_of(m_hosts.begin(), m_hosts.end(), [this](const auto& host) {
+        return host->hasFormAsBase() || (m_stage.holds(*host) && host->hasEmptyTabAsBase());
+    });
 }

@@ -123,7 +123,7 @@ private:
     void changeLanguage();
     std::string lineState() const;
     std::vector<std::string> advice();
-    bool anyFormIsOpen() const;
+    bool changesMustWait() const;
 
     const PhoneOptions m_options;
     SystemClock m_systemClock;

@@ -80,6 +80,14 @@ bool PhoneletHost::hasFormAsBase() const
     return m_phonelet && m_display.paint().base.role == DisplayAPI::FrameRole::Form;
 }
 
+bool PhoneletHost::hasEmptyTabAsBase() const
+{
+    if (!m_phonelet)
+        return false;
+    const auto frame = m_display.paint();
+    return !frame.tabs.empty() && frame.base.role == DisplayAPI::FrameRole::None;
+}
+
 void PhoneletHost::call(const char* event, const std::function<void(Phonelet&)>& operation)
 {
     if (m_phonelet)

@@ -56,6 +56,8 @@ public:
     const std::string& name() const { return m_name; }
     DisplayAPI::Display& display() { return m_display; }
     bool hasFormAsBase() const;
+    // Whether its tab is another phonelet's.
+    bool hasEmptyTabAsBase() const;
 
     // An event within the running one; nothing without a phonelet.
     // [event thread]

@@ -56,8 +56,7 @@ void Stage::tabKey(PhoneletHost& host)
 
 void Stage::push(PhoneletHost& parent, PhoneletHost& child)
 {
-    if (front() != &parent || !child.phonelet() ||
-        std::find(m_stack.begin(), m_stack.end(), &child) != m_stack.end())
+    if (front() != &parent || !child.phonelet() || holds(child))
         return;
     parent.display().hide();
     m_stack.push_back(&child);
@@ -80,9 +79,14 @@ void Stage::home()
     m_becameIdle();
 }
 
+bool Stage::holds(const PhoneletHost& host) const
+{
+    return std::find(m_stack.begin(), m_stack.end(), &host) != m_stack.end();
+}
+
 void Stage::leave(const PhoneletHost& host)
 {
-    if (std::find(m_stack.begin(), m_stack.end(), &host) != m_stack.end())
+    if (holds(host))
         home();
 }
 

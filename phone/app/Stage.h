@@ -19,6 +19,8 @@ public:
 
     // Null when idle.
     PhoneletHost* front() const { return m_stack.empty() ? nullptr : m_stack.back(); }
+    // Whether `host` is on the screen, be it behind its child.
+    bool holds(const PhoneletHost& host) const;
 
     // Brings `host` to the front, in place of what was there.
     void open(PhoneletHost& host);

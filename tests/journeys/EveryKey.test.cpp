@@ -82,6 +82,10 @@ std::vector<Screen> screens()
     behind("FindNothing", "Find", "up ok", "up ok");
     behind("FoundNameFormat", "FoundMenu", "up up ok down", "back up ok down ok down");
     behind("FoundQualifier", "FoundMenu", "up ok down", "back up ok down down ok down");
+
+    add("Pbx", "pbx:accepts phonebook tab tab", "pbx:accepts phonebook tab tab");
+    add("PbxRefused", "pbx:refuses phonebook tab tab", "pbx:refuses phonebook tab tab");
+    behind("PbxEmptyTab", "PbxRefused", "ok", "ok");
     return all;
 }
 
@@ -118,6 +122,12 @@ constexpr const char* EVENTS[] = {
     "restart",
 };
 
+// The same with a PBX.
+constexpr const char* PBX_EVENTS[] = {
+    "pbx:unavailable", "pbx:disabled",     "pbx:off",  "pbx:row:0:Abel,_Nora", "pbx:row:0:", "pbx:row:9:x",
+    "pbx:flood",       "item:pbx-server=", "pbx:lost",
+};
+
 class EveryKey : public testing::TestWithParam<std::tuple<Screen, bool>> {
 protected:
     static Journey journey()
@@ -126,6 +136,8 @@ protected:
         journey.items = {{"soft-key-bar", hasSoftKeys() ? "true" : "false"}, {"language", "en"}};
         if (wordsToTheScreen().starts_with("phonebook tab"))
             journey.items.emplace("ldap-servers", "company");
+        if (hasPbx())
+            journey.pbx = "available";
         journey.groups = {"Friends"};
         journey.contacts = {"Adams, Bob; office=030 1111; group=Friends", "Miller, Anna; mobile=0170 333",
                             "Smith"};
@@ -133,6 +145,15 @@ protected:
         return journey;
     }
 
+    static std::vector<std::string> events()
+    {
+        std::vector<std::string> all(std::begin(EVENTS), std::end(EVENTS));
+        if (hasPbx())
+            all.insert(all.end(), std::begin(PBX_EVENTS), std::end(PBX_EVENTS));
+        return all;
+    }
+
+    static bool hasPbx() { return wordsToTheScreen().starts_with("pbx:"); }
     static bool hasSoftKeys() { return std::get<1>(GetParam()); }
     static std::string wordsToTheScreen()
     {
@@ -177,7 +198,7 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<Screen, bool>>& info)
 
 TEST_P(EveryKey, LeavesTheTelephoneUsable)
 {
-    for (const std::string event : EVENTS) {
+    for (const auto& event : events()) {
         SCOPED_TRACE(event);
         JourneyPhone phone(journey());
         phone.run(wordsToTheScreen());
@@ -187,7 +208,12 @@ TEST_P(EveryKey, LeavesTheTelephoneUsable)
             phone.run("phonebook");
 
         ASSERT_TRUE(findsToIdle(phone)) << phone.screen();
-        auto screen = phone.run("phonebook tab1");
+        phone.run("phonebook");
+        if (phone.phone().frames().latest()->tabs.empty())
+            phone.run("phonebook"); // the PBX's lines have no tabs
+        if (phone.phone().frames().latest()->top().role == FrameRole::Notification)
+            phone.run("ok"); // it refuses to show them
+        auto screen = phone.run("tab1");
         if (phone.phone().frames().latest()->top().role == FrameRole::Question)
             screen = phone.run(hasSoftKeys() ? "soft1" : "row1"); // contacts that others changed meanwhile
         EXPECT_EQ(phone.phone().frames().latest()->base.rows.size(), rowsOf(phone)) << screen;
