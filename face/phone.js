@@ -4,6 +4,7 @@ import { CallBar } from "./calls.js";
 import { Connection } from "./connection.js";
 import { byId, element, tryPicturesAgain } from "./dom.js";
 import { keyOf } from "./keyboard.js";
+import { Ring } from "./ring.js";
 import { ScreenView } from "./screen.js";
 
 const HOLD = 600; // ms until a key counts as held down
@@ -31,6 +32,8 @@ function showState(state) {
   document.body.dataset.state = state;
   tryPicturesAgain();
   cover.hidden = state === "connected";
+  if (state !== "connected")
+    ring.show(false); // nobody could say when it is over
   if (state === "refused")
     cover.textContent = texts["phone.wrongToken"] ?? "This page's address is no longer valid. Start the telephone again and open the address it prints.";
   else if (state === "reconnecting")
@@ -53,6 +56,7 @@ function received(message) {
   }
   if (message.frame) {
     calls.show(message.frame.signs);
+    ring.show(message.frame.signs.calls.some(({ state }) => state === "incoming"));
     screen.show(message.frame);
   }
   for (const [, verdict] of message.acks ?? [])
@@ -61,6 +65,7 @@ function received(message) {
 }
 
 const calls = new CallBar(text);
+const ring = new Ring();
 const screen = new ScreenView(pressedOnKeyboard, text);
 const connection = new Connection(location.hash.slice(1), received, showState);
 

@@ -45,6 +45,8 @@ const char* reason(const CallRecord& call, bool wasConnected)
 {
     if (call.lineIsOut)
         return "phone.noLine";
+    if (call.lineIsInUse)
+        return "phone.call.lineInUse";
     if (wasConnected)
         return "phone.call.lost";
     switch (call.why) {
@@ -128,8 +130,8 @@ void CallBar::callChanged(const CallRecord& call)
     const std::lock_guard lock(m_mutex);
     auto shown = find(call.id);
     if (shown == m_shown.end()) {
-        // One that came in was shown before, and has gone meanwhile.
-        if (call.incoming || call.isOver())
+        // One that is not shown any more has gone before the telephone knew.
+        if (call.incoming || (call.isOver() && !hasFailed(call, false)))
             return;
         shown = m_shown.insert(m_shown.end(), {call});
     }

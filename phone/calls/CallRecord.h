@@ -16,6 +16,7 @@ struct CallRecord {
     CallState state = CallState::Initiated;
     CallEnd why = CallEnd::Cleared; // of one that is over
     bool lineIsOut = false;         // of one that is over: its line is gone, or out of service
+    bool lineIsInUse = false;       // of one that did not begin: its line has one call at a time, and has it
 
     std::string shownNumber = {};        // the number as people read it
     std::vector<std::string> names = {}; // of all who have it, by the own phonebook

@@ -233,8 +233,12 @@ std::string CallService::startCall(CSTARequest& request, const std::string& devi
         const bool several = cause == CSTAErrorCode::LINE_SELECTION_NEEDED;
         PHONE_USER("no call: %s", several ? "no line is chosen" : "no line is available");
         refuse(request, cause);
+        // Who dials is told by the phonelet; of a call that cannot be taken over it says nothing.
+        if (kind == Kind::PickedUp)
+            reportRefused(number, Refusal{!several, false});
         return "";
     }
+    const bool wasInUse = isInUse(*line);
     auto id = nextId();
     m_calls.push_back({{id, line->number(), false, number, ""}, line, kind == Kind::Dialled});
     reportBegun(id);
@@ -243,7 +247,13 @@ std::string CallService::startCall(CSTARequest& request, const std::string& devi
     PHONE_USER("the line %s refused a call", line->number().c_str());
     m_calls.erase(find(id));
     refuse(request, CSTAErrorCode::OTHER);
+    reportRefused(number, Refusal{false, wasInUse});
     return "";
+}
+
+bool CallService::isInUse(const LineIfc& line) const
+{
+    return std::ranges::any_of(m_calls, [&](const auto& call) { return call.line == &line; });
 }
 
 void CallService::takeSnapshot(CSTASnapshotDeviceRequest& request)
@@ -355,6 +365,18 @@ void CallService::reportBegun(const std::string& callId)
             call->record.name = m_hooks.placed(call->record.number);
         identify(call->record);
         reportChanged(call->record);
+    });
+}
+
+void CallService::reportRefused(const std::string& number, Refusal why)
+{
+    CallRecord record{nextId(), "", false, number, "", CallState::Failed};
+    record.why = CallEnd::Other;
+    record.lineIsOut = why.lineIsOut;
+    record.lineIsInUse = why.lineIsInUse;
+    report([this, record]() mutable {
+        identify(record);
+        reportChanged(record);
     });
 }
 

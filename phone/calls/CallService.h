@@ -103,6 +103,7 @@ private:
     enum class Kind { Dialled, PickedUp };
     std::string startCall(CSTARequest& request, const std::string& device, Kind kind,
                           const std::string& number, const Start& start);
+    bool isInUse(const LineIfc& line) const;
     LineIfc* lineFor(const std::string& device) const;
     int causeWithoutLine() const;
     bool isOwnDevice(const std::string& device) const;
@@ -117,6 +118,11 @@ private:
     bool answer(Call& call);
     void end(Call& call);
     void reportBegun(const std::string& callId);
+    struct Refusal {
+        bool lineIsOut;
+        bool lineIsInUse;
+    };
+    void reportRefused(const std::string& number, Refusal why);
     void reportChanged(const CallRecord& call);
     void identify(CallRecord& call) const;
     void report(std::function<void()> news);

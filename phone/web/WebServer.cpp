@@ -82,6 +82,7 @@ constexpr std::array nPAGE_TEXTS = {
     "phone.screen",
     "phone.rows",
     "phone.help",
+    "phone.ringHere",
     "phone.position",
     "phone.fieldFull",
     "phone.offHook",

@@ -71,8 +71,8 @@ describe("a telephone with a line", () => {
     await expectText(page.locator("#callslive"), "Miller, Anna, 030 23125010, Incoming call");
     assert.deepEqual(await violations(page), []);
 
-    const answer = call("Miller, Anna").getByRole("button", { name: "Answer" });
-    await answer.focus();
+    await press("Shift+Tab", "Shift+Tab");
+    await call("Miller, Anna").getByRole("button", { name: "Answer" }).and(page.locator(":focus")).waitFor();
     await press("Enter");
     await expectText(state("Miller, Anna"), "Connected");
     assert.equal(await page.locator("#lamp").getAttribute("data-lamp"), "connected");
@@ -136,6 +136,19 @@ describe("a telephone with a line", () => {
     await dialler().waitFor({ state: "hidden" });
     await page.locator("[data-key=hook]").click();
     await isGone("Miller, Anna");
+  });
+
+  test("says that the line is in use, and leaves the call that uses it alone", async () => {
+    await openPhonebook();
+    await select("Miller, Anna");
+    await press("Enter");
+    await expectText(state("Miller, Anna"), "Connected");
+    await press("Delete");
+    await select("Busy, Bob");
+    await press("Enter");
+    await expectText(state("Busy, Bob"), "Line in use");
+    await isGone("Busy, Bob");
+    await expectText(state("Miller, Anna"), "Connected");
   });
 
   for (const [name, why] of [["Busy, Bob", "Busy"], ["Nobody", "No such number"], ["Refuses, Rita", "Declined"]])

@@ -138,6 +138,60 @@ describe("the page", () => {
     assert.equal(await page.evaluate(() => document.activeElement?.closest("#display") !== null), true);
   });
 
+  test("rings while a call does, if it is asked to", async () => {
+    await page.addInitScript(() => {
+      globalThis.tones = 0;
+      const gain = { setValueAtTime() {}, linearRampToValueAtTime() {} };
+      globalThis.AudioContext = class {
+        state = "running";
+        currentTime = 0;
+        async resume() {}
+        createGain() { return { gain, connect: (to) => to }; }
+        createOscillator() { return { frequency: {}, connect: (to) => to, start() { globalThis.tones += 1; }, stop() {} }; }
+      };
+    });
+    await page.clock.install();
+    await page.reload();
+    await page.locator(".idle").waitFor();
+    const tones = () => page.evaluate(() => globalThis.tones);
+    const incoming = { base: people, ...withCalls(call("incoming")) };
+    await show(incoming);
+    await page.clock.runFor(10_000);
+    assert.equal(await tones(), 0);
+    await show({ base: people });
+
+    const setting = page.getByRole("button", { name: "Ring on this page" });
+    await setting.click();
+    await setting.and(page.locator("[aria-pressed=true]")).waitFor();
+    assert.equal(await tones(), 2); // how it sounds
+    await show(incoming);
+    assert.equal(await tones(), 4);
+    await page.clock.runFor(3000);
+    assert.equal(await tones(), 6);
+    await show({ base: people, ...withCalls(call("connected")) });
+    await page.clock.runFor(10_000);
+    assert.equal(await tones(), 6);
+
+    await page.reload();
+    await page.locator(".idle").waitFor();
+    await setting.and(page.locator("[aria-pressed=true]")).waitFor();
+    await setting.click();
+    await setting.and(page.locator("[aria-pressed=false]")).waitFor();
+    await show(incoming);
+    assert.equal(await tones(), 0);
+  });
+
+  test("keeps calls within a narrow page, however long names and numbers are", async () => {
+    await page.setViewportSize({ width: 320, height: 800 });
+    for (const size of [100, 200]) {
+      await page.evaluate((percent) => { document.documentElement.style.fontSize = `${percent}%`; }, size);
+      await show({ base: people, ...withCalls(call("incoming", { name: "W".repeat(120), number: "1".repeat(200) }), call("failed", { id: "8", name: "عبد الله", text: "No such number" })) });
+      assert.equal(await page.evaluate(() => document.documentElement.scrollWidth - document.documentElement.clientWidth), 0);
+      const { height } = await page.locator(".one").first().boundingBox();
+      assert.ok(height < 600, `${height}`);
+    }
+  });
+
   test("says what becomes of a call to those who cannot see it, once", async () => {
     const said = page.locator("#callslive");
     assert.equal(await said.getAttribute("role"), "alert");

@@ -24,11 +24,11 @@ class Bar : public testing::Test {
 protected:
     static CallRecord dialled(CallState state, CallEnd why = CallEnd::Cleared)
     {
-        return {"1", "20", false, "030123", "", state, why, false, "030 123", {}};
+        return {"1", "20", false, "030123", "", state, why, false, false, "030 123", {}};
     }
     static CallRecord incoming(CallState state, CallEnd why = CallEnd::Cleared)
     {
-        return {"1", "20", true, "030123", "Anna's telephone", state, why, false, "030 123", {}};
+        return {"1", "20", true, "030123", "Anna's telephone", state, why, false, false, "030 123", {}};
     }
     static CallRecord incoming(const std::vector<std::string>& names)
     {
@@ -102,6 +102,14 @@ TEST_F(Bar, SaysForSomeSecondsWhyACallFailed)
         events.advance(clock, seconds(1));
         EXPECT_EQ(shown(), Texts{});
     }
+}
+
+TEST_F(Bar, SaysWhyACallDidNotEvenBegin)
+{
+    auto call = dialled(CallState::Failed, CallEnd::Other);
+    call.lineIsInUse = true;
+    bar.callChanged(call);
+    EXPECT_EQ(shown(), Texts{"030 123: phone.call.lineInUse"});
 }
 
 TEST_F(Bar, SaysThatTheLineIsOut)

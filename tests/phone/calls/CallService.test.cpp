@@ -145,6 +145,42 @@ TEST_F(Calls, ThatTheLineRefusesFailForAnotherReason)
     EXPECT_EQ(dial("", "21"), std::to_string(CSTAErrorCode::OTHER));
 }
 
+TEST_F(Calls, ThatTheLineRefusesFailInSight)
+{
+    auto& line = addLine("20");
+    line.behaves = TestLine::Behaviour::Refuses;
+    dial("4711");
+    EXPECT_EQ(after(), ""); // not placed
+    ASSERT_EQ(changes.size(), 1u);
+    EXPECT_EQ(changes[0].number, "4711");
+    EXPECT_EQ(changes[0].state, CallState::Failed);
+    EXPECT_EQ(changes[0].why, CallEnd::Other);
+    EXPECT_FALSE(changes[0].lineIsInUse);
+
+    line.behaves = TestLine::Behaviour::Waits;
+    dial("4711");
+    line.behaves = TestLine::Behaviour::Refuses;
+    dial("4712");
+    EXPECT_EQ(after(), "placed(4711) ");
+    EXPECT_EQ(changes.back().number, "4712");
+    EXPECT_TRUE(changes.back().lineIsInUse);
+    EXPECT_TRUE(calls.isCalling());
+}
+
+TEST_F(Calls, ThatCannotBeTakenOverFailInSight)
+{
+    CSTADirectedPickupCallRequest request;
+    request.setCallToBePickedUp("33");
+    calls.sendRequest(request);
+    events.runPending();
+    ASSERT_EQ(changes.size(), 1u);
+    EXPECT_EQ(changes[0].number, "33");
+    EXPECT_TRUE(changes[0].lineIsOut);
+    dial("4711");
+    events.runPending();
+    EXPECT_EQ(changes.size(), 1u); // the phonelet says so
+}
+
 TEST_F(Calls, StopDiallingOnceWhenConnected)
 {
     auto& line = addLine("20");
