@@ -6,7 +6,7 @@ import { Pbx } from "./pbx.mjs";
 import { Telephone, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
 
 const CONTACTS = [{ surname: "Adams", firstname: "Bob", work: "030 1111" }, { surname: "Miller", firstname: "Anna", work: "030 2222" }];
-const FLUENT = 100; // ms from one picture to the next
+const FLUENT = 50; // ms from one picture to the next
 const SHOTS = process.env.SCREENSHOTS_DIR; // pictures to look at, if anybody wants to
 
 let browser;
@@ -135,16 +135,17 @@ test("a PBX that changes its display a thousand times a second keeps the page fl
       requestAnimationFrame(tick);
     });
     await enter();
+    await page.evaluate(() => { globalThis.pauses = []; });
     await line("update 1000 of 1000").waitFor();
+    // A machine that is busy with other things may hold up one of them.
+    const pauses = (await page.evaluate(() => globalThis.pauses)).sort((a, b) => a - b);
+    assert.ok(pauses[Math.floor(pauses.length / 2)] < FLUENT, `${pauses} ms`);
     await takePicture("pbx-flood");
     await press("F6");
     await current("Contacts").waitFor();
     await enter(); // and once more
     await press("ArrowDown"); // is obeyed meanwhile
     await line("> Baumann, Timo").waitFor({ timeout: 1000 });
-    // A machine that is busy with other things may hold up one of them.
-    const pauses = (await page.evaluate(() => globalThis.pauses)).sort((a, b) => a - b);
-    assert.ok(pauses[Math.floor(pauses.length * 0.95)] < FLUENT, `${pauses.slice(-20)} ms`);
   } finally {
     await close();
   }
