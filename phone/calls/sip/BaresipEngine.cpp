@@ -4,11 +4,13 @@
 #include <utility>
 
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ip/udp.hpp>
 
 #include "app/PhoneLog.h"
 #include "calls/sip/BaresipConfig.h"
 
 using boost::asio::ip::tcp;
+using boost::asio::ip::udp;
 
 namespace {
 
@@ -23,6 +25,19 @@ int freePort(boost::asio::io_context& io)
 {
     const tcp::acceptor acceptor(io, tcp::endpoint(boost::asio::ip::address_v4::loopback(), 0));
     return acceptor.local_endpoint().port();
+}
+
+// Of the addresses that calls may come in on, each counts.
+bool isFree(boost::asio::io_context& io, IpVersion version, int port)
+{
+    const auto number = static_cast<std::uint16_t>(port);
+    boost::system::error_code taken;
+    udp::socket socket(io);
+    const auto endpoint =
+        version == IpVersion::V6 ? udp::endpoint(udp::v6(), number) : udp::endpoint(udp::v4(), number);
+    socket.open(endpoint.protocol());
+    socket.bind(endpoint, taken);
+    return !taken;
 }
 
 } // namespace
@@ -50,10 +65,13 @@ void BaresipEngine::start()
 
 Result<void> BaresipEngine::tryToStart()
 {
+    const auto version = m_settings.nextHop().isIpv6() ? IpVersion::V6 : IpVersion::V4;
+    if (!isFree(m_io, version, m_settings.port))
+        return Error{ErrorCode::Failed, "another program has port " + std::to_string(m_settings.port) +
+                                            ": name a free one in \"sip-port\""};
     const int port = freePort(m_io);
     if (auto written = writeBaresipFiles(m_settings, port, folder()); !written)
         return written;
-    const auto version = m_settings.nextHop().isIpv6() ? IpVersion::V6 : IpVersion::V4;
     m_process = std::make_unique<BaresipProcess>(m_io);
     if (auto started = m_process->start(folder(), version, [this] { fail("it ended"); }); !started)
         return started;

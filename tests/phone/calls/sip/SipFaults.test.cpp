@@ -3,6 +3,7 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ip/udp.hpp>
 
 #include <gtest/gtest.h>
 
@@ -86,6 +87,36 @@ TEST_F(SipFaults, ACallThatWasNotAnsweredFailsWithTheEngine)
     ASSERT_TRUE(watcher.becomes("1", CallState::Alerting));
     signalEngine(SIGKILL);
     EXPECT_TRUE(watcher.ends("1", CallState::Failed, CallEnd::Unreachable));
+}
+
+TEST_F(SipFaults, ACallThatRingsHereEndsWithTheEngine)
+{
+    settings.port = freeSipPort();
+    useLine(freePort());
+    ASSERT_TRUE(watcher.isInService(*line));
+    Sipp caller("calls-in-vain", "100", settings.port, "<sip:300@127.0.0.1>");
+    const auto offer = watcher.offer();
+    ASSERT_NE(offer.callId, "");
+    signalEngine(SIGKILL);
+    EXPECT_TRUE(watcher.ends(offer.callId, CallState::Null, CallEnd::Unreachable));
+    line->answerCall(offer.callId); // too late: nothing
+    EXPECT_TRUE(watcher.isInService(*line));
+}
+
+TEST_F(SipFaults, APortThatSomebodyElseHasIsNamed)
+{
+    namespace asio = boost::asio;
+    settings.port = freeSipPort();
+    asio::io_context io;
+    asio::ip::udp::socket other(
+        io, {asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(settings.port)});
+    useLine(freePort());
+    ASSERT_TRUE(soon([&] { return !log.lines().empty(); }));
+    EXPECT_NE(log.lines().front().text.find("another program has port " + std::to_string(settings.port) +
+                                            ": name a free one in \"sip-port\""),
+              std::string::npos);
+    other.close();
+    EXPECT_TRUE(watcher.isInService(*line));
 }
 
 TEST_F(SipFaults, NoCallIsPlacedWhileTheEngineIsGone)
