@@ -6,7 +6,7 @@
 void IdleDialler::typed(char digit)
 {
     m_digits += digit;
-    m_refused = false;
+    m_refusal.clear();
     m_actions.changed(m_digits);
 }
 
@@ -39,7 +39,7 @@ void IdleDialler::handleDialingStarted(const std::string&, CallPartyIdentifier) 
 void IdleDialler::handleDialingStopped()
 {
     m_digits.clear();
-    m_refused = false;
+    m_refusal.clear();
 }
 
 bool IdleDialler::getDialPartyDetails(CallPartyIdentifier&)
@@ -52,5 +52,5 @@ void IdleDialler::call(std::string number)
 {
     m_digits.clear();
     m_actions.changed(m_digits);
-    m_refused = !m_actions.call(number);
+    m_refusal = m_actions.call(number);
 }

@@ -12,7 +12,8 @@ class IdleDialler final : public DigitAnalysisServiceEventIfc {
 public:
     struct Actions {
         std::function<void(const std::string& digits)> changed; // the digits were edited here
-        std::function<bool(const std::string& number)> call;    // false: the call was refused
+        // The key of what the user is told when the call is refused; "" for nothing.
+        std::function<std::string(const std::string& number)> call;
     };
 
     explicit IdleDialler(Actions actions)
@@ -21,8 +22,8 @@ public:
     }
 
     const std::string& digits() const { return m_digits; }
-    // Whether the last call was refused, until the user goes on-hook or types again.
-    bool wasRefused() const { return m_refused; }
+    // What the user is told of the last call, until they go on-hook or type again; "" for nothing.
+    const std::string& refusal() const { return m_refusal; }
 
     void typed(char digit);
     // Takes the last digit away.
@@ -44,5 +45,5 @@ private:
 
     const Actions m_actions;
     std::string m_digits;
-    bool m_refused = false;
+    std::string m_refusal;
 };

@@ -92,8 +92,8 @@ std::vector<std::string> IdleScreen::texts() const
     std::vector<std::string> texts;
     if (!m_parts.dialler.digits().empty())
         texts.push_back(m_parts.translator.translate("phone.dialling", m_parts.dialler.digits()));
-    if (m_parts.dialler.wasRefused())
-        texts.push_back(m_parts.translator.translate("no.line.available"));
+    if (!m_parts.dialler.refusal().empty())
+        texts.push_back(m_parts.translator.translate(m_parts.dialler.refusal()));
     for (auto& advice : m_parts.advice())
         texts.push_back(std::move(advice));
     for (const auto& notice : m_notices)

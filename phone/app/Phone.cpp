@@ -39,6 +39,14 @@ const char* textOf(ContactStore::Problem problem)
     return nullptr;
 }
 
+// Why a call was refused, where the calls above the screen do not say so.
+std::string textOf(std::optional<int> refusal)
+{
+    if (refusal == CSTAErrorCode::NO_LINE_AVAILABLE)
+        return "no.line.available";
+    return refusal == CSTAErrorCode::LINE_SELECTION_NEEDED ? "line.selection.needed" : "";
+}
+
 } // namespace
 
 Result<std::unique_ptr<Phone>> Phone::create(PhoneOptions options)
@@ -63,7 +71,7 @@ Phone::Phone(PhoneOptions options)
     , m_states(m_options.profile.data / "phonelets.json")
     , m_updates(m_events, [this] { return changesMustWait(); })
     , m_idleDialler({[this](const std::string& digits) { m_services->digits().setDialString(digits, 0); },
-                     [this](const std::string& number) { return placeCall(number, ""); }})
+                     [this](const std::string& number) { return textOf(placeCall(number, "")); }})
     , m_idle({m_clock, m_translator, variant(), [this] { return m_translator.language(); },
               [this] { return lineState(); }, [this] { return advice(); },
               [this] { m_router->openPhonebook(); }, m_idleDialler})
@@ -233,16 +241,19 @@ bool Phone::dialsItself(const std::string& number, const std::string& device)
 {
     const auto emergency = m_configuration.list("emergency-numbers");
     return std::find(emergency.begin(), emergency.end(), number) != emergency.end() &&
-           placeCall(number, device);
+           !placeCall(number, device);
 }
 
-bool Phone::placeCall(const std::string& number, const std::string& device)
+std::optional<int> Phone::placeCall(const std::string& number, const std::string& device)
 {
     CSTAMakeCallRequest call;
     call.SetCallingDevice(device);
     call.SetCalledDevice(number);
     m_services->calls().sendRequest(call);
-    return call.getResponseCode() == 0;
+    if (call.getResponseCode() == 0)
+        return std::nullopt;
+    const auto* error = dynamic_cast<const CSTAErrorCode*>(call.getResponse());
+    return error ? error->getErrorCause() : CSTAErrorCode::OTHER;
 }
 
 void Phone::push(PhoneletHost& parent, const std::string& child)

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -103,7 +104,8 @@ private:
     PhoneletHost* hostOf(const std::string& name);
     Executable* service(const std::string& name);
     bool dialsItself(const std::string& number, const std::string& device);
-    bool placeCall(const std::string& number, const std::string& device);
+    // The cause of a refusal (CSTAErrorCode); nothing when the call has begun.
+    std::optional<int> placeCall(const std::string& number, const std::string& device);
     void forgetCancelledDigits();
     void becomeIdle();
     Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletLibrary& named);

@@ -12,6 +12,7 @@
 #include <testing/LogCapture.h>
 
 #include "../TemporaryFolder.h"
+#include "../calls/TestLine.h"
 #include "ScriptedPhonelet.h"
 #include "app/Phone.h"
 #include "app/PhoneKey.h"
@@ -445,6 +446,34 @@ TEST_F(PhoneTest, WritesAnAdministratorsOptionIntoTheOptionStoreToo)
 {
     administratorWrites("ldap-qualifier = 4\n");
     EXPECT_EQ(phone->services().directory().readOption("LdapQualifier"), 4);
+}
+
+TEST_F(PhoneTest, SaysOnceWhyACallDoesNotBegin)
+{
+    const auto dialAtIdle = [this] {
+        for (const char* key : {"hook", "4", "7", "1", "1", "ok"})
+            press(key);
+    };
+    dialAtIdle();
+    EXPECT_TRUE(shows("No line available."));
+    press("hook");
+
+    auto added = std::make_unique<TestLine>("20", TestLine::Behaviour::Refuses);
+    auto& line = *added;
+    phone->services().addLine(std::move(added));
+    dialAtIdle();
+    EXPECT_TRUE(shows("= 4711: Call failed"));
+    EXPECT_FALSE(shows("No line"));
+    press("hook");
+
+    line.behaves = TestLine::Behaviour::Waits;
+    dialAtIdle();
+    line.behaves = TestLine::Behaviour::Refuses;
+    for (const char* key : {"dialpad", "4", "7", "1", "2", "ok"})
+        press(key);
+    EXPECT_TRUE(shows("= 4711: Calling"));
+    EXPECT_TRUE(shows("= 4712: Line in use"));
+    EXPECT_FALSE(shows("No line"));
 }
 
 TEST_F(PhoneTest, DeliversNothingAfterStop)
