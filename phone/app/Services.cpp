@@ -10,6 +10,8 @@
 namespace {
 
 constexpr char nSOURCE[] = "./phone/app/Services";
+// How soon after a call other settings of the line count.
+constexpr std::chrono::milliseconds nCALL_CHECK{500};
 
 // Where an item lives in the option store, and under which name the telephone remembers what it
 // wrote there last: the file may change while the telephone is off.
@@ -216,6 +218,11 @@ void Services::setSipLine()
     }
     if (settings == m_sipLine)
         return;
+    // A call is worth more than a setting.
+    if (m_pSipLine && m_calls.hasCalls()) {
+        setSipLineLater();
+        return;
+    }
     removeLine(m_pSipLine);
     m_sipLine = settings;
     if (!settings)
@@ -223,6 +230,19 @@ void Services::setSipLine()
     auto line = std::make_unique<SipLine>(*settings);
     m_pSipLine = line.get();
     addLine(std::move(line));
+}
+
+void Services::setSipLineLater()
+{
+    if (std::exchange(m_sipLineWaits, true))
+        return;
+    m_parts.timers.callAt(m_parts.clock.now() + nCALL_CHECK, "line settings",
+                          [this, alive = std::weak_ptr(m_alive)] {
+                              if (alive.expired())
+                                  return;
+                              m_sipLineWaits = false;
+                              setSipLine();
+                          });
 }
 
 void Services::setUrgent(bool urgent)

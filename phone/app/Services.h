@@ -96,8 +96,9 @@ private:
     void hurryPbx(bool urgent);
     void setCorporateDirectory();
     void setSending();
-    // The line that the configuration names, in the place of the one before.
+    // The line that the configuration names, in the place of the one before; after the last call.
     void setSipLine();
+    void setSipLineLater();
     // The same with the PBX.
     void setPbx();
 
@@ -112,9 +113,12 @@ private:
     const LineIfc* m_pPbxLine = nullptr; // among them, as the next one; null for none
     const LineIfc* m_pSipLine = nullptr;
     std::optional<SipSettings> m_sipLine; // what the SIP line works with
+    bool m_sipLineWaits = false;          // other settings, for the end of a call
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
     DataAccessService m_dataAccess;
     TeamService m_team;
     ObexService m_obex;
+    // Tells an event that is queued that the services are gone.
+    std::shared_ptr<const char> m_alive = std::make_shared<const char>();
 };

@@ -52,8 +52,6 @@ bool NetstringReader::next(std::optional<std::string>& text)
         return false;
     std::size_t length = 0;
     std::from_chars(m_waiting.data(), m_waiting.data() + colon, length);
-    if (length > LONGEST)
-        return false;
     const auto begin = colon + 1;
     if (m_waiting.size() <= begin + length)
         return true;

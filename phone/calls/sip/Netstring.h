@@ -11,8 +11,9 @@ std::string toNetstring(std::string_view text);
 
 class NetstringReader {
 public:
-    // Octets; a text that claims to be longer is not waited for.
-    static constexpr std::size_t LONGEST = 256 * 1024;
+    // Octets; a text that claims to be longer is not waited for. What a caller says of himself fills a
+    // message of 64 KiB, is told twice, and each of its octets may become six.
+    static constexpr std::size_t LONGEST = 999'999;
 
     // Takes what came, and gives the texts that are whole with it, in order. Nothing when the stream is
     // no netstrings: then there is no way to tell where the next one begins, and nothing ever comes again.

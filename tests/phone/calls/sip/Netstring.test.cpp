@@ -37,7 +37,7 @@ TEST(Netstring, IsRefusedAsSoonAsItCannotBeOne)
 {
     for (const auto* stream :
          {"x", ":", ":,", "5hello,", "-1:,", "+1:a,", " 1:a,", "05:hello,", "00:,", "5:hello;", "1:ab,",
-          "4294967297:a,", "99999999999999999999", "1234567", "262145:", "{\"a\":1}"})
+          "4294967297:a,", "99999999999999999999", "1234567", "{\"a\":1}"})
         EXPECT_FALSE(NetstringReader().take(stream)) << stream;
 }
 

@@ -98,6 +98,28 @@ TEST_F(PhoneLine, ChangesWithTheConfiguration)
     EXPECT_EQ(engine(), -1);
 }
 
+TEST_F(PhoneLine, ChangesAfterTheCallThatThereIs)
+{
+    Sipp callee("answers");
+    configure("100", callee.port());
+    start();
+    ASSERT_TRUE(hasLine());
+    const auto before = engine();
+    ASSERT_TRUE(call("201"));
+    ASSERT_TRUE(soon([&] { return callee.messages().find("\nACK ") != std::string::npos; }));
+    configure("101", callee.port());
+    phone->reloadConfiguration();
+    EXPECT_TRUE(is([](Services& services) { return services.hasLine(); })); // it was read by then
+    EXPECT_EQ(engine(), before);
+    is([](Services& services) {
+        services.calls().hangUp();
+        return true;
+    });
+    EXPECT_TRUE(callee.succeeds());
+    EXPECT_TRUE(soon([&] { return engine() > 0 && engine() != before; }));
+    EXPECT_TRUE(hasLine());
+}
+
 TEST_F(PhoneLine, EndsWithTheTelephone)
 {
     configure("100", freePort());

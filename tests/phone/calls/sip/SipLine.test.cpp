@@ -2,7 +2,9 @@
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ip/udp.hpp>
+#include <boost/asio/write.hpp>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +19,7 @@
 
 namespace {
 
+namespace asio = boost::asio;
 using std::chrono::milliseconds;
 
 class SipCalls : public testing::Test {
@@ -59,23 +62,26 @@ protected:
         const auto begin = messages.find("INVITE sip:") + 11;
         return messages.substr(begin, messages.find('@', begin) - begin);
     }
+    std::string request(const std::string& method, const std::string& id, const std::string& caller) const
+    {
+        return method + " sip:100@127.0.0.1 SIP/2.0\r\nVia: SIP/2.0/UDP 127.0.0.1;rport;branch=z9hG4bK" + id +
+               "\r\nFrom: " + caller + ";tag=1\r\nTo: <sip:100@127.0.0.1>\r\nCall-ID: " + id +
+               "\r\nCSeq: 1 " + method +
+               "\r\nContact: <sip:300@127.0.0.1>\r\nMax-Forwards: 70\r\nContent-Length: 0\r\n\r\n";
+    }
+    template <typename Protocol> auto calledAt() const
+    {
+        return typename Protocol::endpoint(asio::ip::address_v4::loopback(),
+                                           static_cast<std::uint16_t>(settings.port));
+    }
     // A caller who gives up before the line can have said anything; what it says then.
     std::string callAndGiveUp(const std::string& id) const
     {
-        namespace asio = boost::asio;
         asio::io_context io;
         asio::ip::udp::socket caller(io, {asio::ip::address_v4::loopback(), 0});
-        const asio::ip::udp::endpoint called(asio::ip::address_v4::loopback(),
-                                             static_cast<std::uint16_t>(settings.port));
-        const auto own = "127.0.0.1:" + std::to_string(caller.local_endpoint().port());
-        for (const std::string method : {"INVITE", "CANCEL"}) {
-            const auto message = method + " sip:100@127.0.0.1 SIP/2.0\r\nVia: SIP/2.0/UDP " + own +
-                                 ";branch=z9hG4bK" + id + "\r\nFrom: <sip:300@" + own +
-                                 ">;tag=1\r\nTo: <sip:100@127.0.0.1>\r\nCall-ID: " + id + "\r\nCSeq: 1 " +
-                                 method + "\r\nContact: <sip:300@" + own +
-                                 ">\r\nMax-Forwards: 70\r\nContent-Length: 0\r\n\r\n";
-            caller.send_to(asio::buffer(message), called);
-        }
+        for (const std::string method : {"INVITE", "CANCEL"})
+            caller.send_to(asio::buffer(request(method, id, "<sip:300@127.0.0.1>")),
+                           calledAt<asio::ip::udp>());
         std::string answer(2000, '\0');
         caller.async_receive(asio::buffer(answer), [](const auto&, std::size_t) {});
         io.run_for(std::chrono::seconds(10));
@@ -337,4 +343,21 @@ TEST_F(SipCalls, ComeInHoweverLongTheCallersNameIs)
     EXPECT_EQ(offer.caller.number, longest.substr(0, 100));
     line->clearCall(offer.callId);
     EXPECT_TRUE(caller.succeeds());
+}
+
+TEST_F(SipCalls, ComeInWithAMessageThatIsMadeToBeTooLong)
+{
+    useLine(freePort());
+    // Each of these octets is told as six.
+    const auto name = "\"" + std::string(60000, '\x01') + "\" ";
+    asio::io_context io;
+    asio::ip::tcp::socket caller(io);
+    caller.connect(calledAt<asio::ip::tcp>());
+    asio::write(caller, asio::buffer(request("INVITE", "long", name + "<sip:300@127.0.0.1>")));
+    const auto offer = ringing();
+    EXPECT_EQ(offer.caller.name, "");
+    EXPECT_EQ(offer.caller.number, "300");
+    line->clearCall(offer.callId);
+    EXPECT_TRUE(watcher.ends(offer.callId, CallState::Null, CallEnd::Cleared));
+    EXPECT_TRUE(line->isInService());
 }
