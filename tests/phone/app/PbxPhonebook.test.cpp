@@ -6,6 +6,8 @@
 
 #include <framework/host/TextScreen.h>
 
+#include <testing/LogCapture.h>
+
 #include "../TemporaryFolder.h"
 #include "../calls/pbx/TestPbx.h"
 #include "app/Phone.h"
@@ -169,12 +171,31 @@ TEST_F(PbxTabOfAPhone, IsGivenUpByWhoGoesHomeMeanwhile)
     EXPECT_TRUE(shows("Line ready"));
 }
 
-TEST_F(PbxTabOfAPhone, KeepsUpWithAThousandRows)
+TEST_F(PbxTabOfAPhone, GetsNoKeyThatWasPressedBeforeItsLinesWereThere)
 {
+    ASSERT_TRUE(pbx.welcome());
+    press("phonebook");
+    ASSERT_TRUE(shows(TAB));
+    press("tab");
+    phone->keys().press(keysFromWord("tab")->front());
+    phone->keys().press(keysFromWord("ok")->front());
+    phone->keys().press(keysFromWord("5")->front());
+    ASSERT_EQ(pbx.answer(ACTIVATED), "RequestSystemStatus");
+    pbx.event(TestPbx::row(0, "PBX directory"));
+    ASSERT_TRUE(shows("PBX directory"));
+    press("down");
+    EXPECT_NE(pbx.receive().xml.find("<button>down</button>"), std::string::npos);
+}
+
+TEST_F(PbxTabOfAPhone, LosesNoneOfAThousandRows)
+{
+    const LogCapture log;
     enterTab();
     for (int i = 1; i <= 1000; ++i)
         pbx.event(TestPbx::row(5, "update " + std::to_string(i)));
     EXPECT_TRUE(shows("update 1000"));
+    press("up"); // the phonebook has heard them all then, too
+    EXPECT_EQ(log.count("handleCSTADisplayUpdatedEvent()", AppLog::USER), 1001); // with the first line
 }
 
 TEST_F(PhoneAtAPbx, CallsOverIt)

@@ -2,8 +2,8 @@
 
 #include "calls/pbx/Pbx.h"
 
-#include <atomic>
 #include <future>
+#include <mutex>
 
 #include <gtest/gtest.h>
 
@@ -99,19 +99,35 @@ public:
 
 class AttachedPbx : public testing::Test {
 protected:
-    AttachedPbx()
+    AttachedPbx() { attach(peer.settings()); }
+    ~AttachedPbx() override { pbx.reset(); }
+
+    void attach(const PbxSettings& settings)
     {
-        pbx.emplace(peer.settings(), [this](const std::shared_ptr<CSTAEvent>& event) {
+        pbx.emplace(settings, [this](const std::shared_ptr<CSTAEvent>& event) {
             EventWriter writer;
             event->dispatch(&writer);
             events.add(writer.text);
+            const std::lock_guard lock(keptMutex);
             if (keepsEvents)
                 kept.push_back(event);
         });
         line = pbx->makeLine();
         line->setObserver(&observer);
     }
-    ~AttachedPbx() override { pbx.reset(); }
+
+    // Hears events, and is not done with them, like a telephone that is busy.
+    void beBusy(bool busy)
+    {
+        const std::lock_guard lock(keptMutex);
+        keepsEvents = busy;
+        kept.clear();
+    }
+    std::size_t unheard()
+    {
+        const std::lock_guard lock(keptMutex);
+        return kept.size();
+    }
 
     void connect(const std::string& availability = "available")
     {
@@ -197,7 +213,8 @@ protected:
 
     Heard events;
     Heard calls;
-    std::atomic<bool> keepsEvents = false; // as a telephone that is busy
+    std::mutex keptMutex;
+    bool keepsEvents = false;
     std::vector<std::shared_ptr<CSTAEvent>> kept;
     Observer observer{calls};
     TestPbx peer;
@@ -289,8 +306,33 @@ TEST_F(AttachedPhonebook, IsActivatedByThePbx)
 TEST_F(AttachedPhonebook, IsActivatedHoweverMuchThePbxHasSaidBefore)
 {
     connect();
-    keepsEvents = true;
+    beBusy(true);
     EXPECT_EQ(activate("<RequestSystemStatusResponse/>", 5000), "done");
+}
+
+TEST_F(AttachedPhonebook, HasItsPbxWaitWhileTheTelephoneIsBusy)
+{
+    constexpr int ROWS = 5000;
+    auto impatient = peer.settings();
+    impatient.requestTimeout = 500ms;
+    attach(impatient);
+    connect();
+    beBusy(true);
+    auto sent = std::async(std::launch::async, [this] {
+        for (int i = 0; i < ROWS; ++i)
+            peer.event(TestPbx::row(1, std::to_string(i)));
+    });
+    int heard = 0;
+    for (; heard < 2000; ++heard)
+        ASSERT_EQ(events.next(), "Display 1 " + std::to_string(heard));
+    // A call that cannot be answered in time would give the link all the time to read on.
+    ASSERT_TRUE(line->placeCall("1", "4711"));
+    EXPECT_EQ(calls.next(), "1 failed: unreachable");
+    EXPECT_LT(unheard(), 2500U);
+    beBusy(false);
+    sent.get();
+    for (; heard < ROWS; ++heard)
+        ASSERT_EQ(events.next(), "Display 1 " + std::to_string(heard));
 }
 
 TEST_F(AttachedPhonebook, TakesLeaveWithItsPbx)

@@ -483,6 +483,25 @@ TEST_F(Link, HasNoMoreRequestsUnderWayThanIsSane)
     EXPECT_EQ(heard(), "no answer");
 }
 
+TEST_F(Link, KeepsNoEndlessAnswersForAPbxThatDoesNotListen)
+{
+    constexpr int QUESTIONS = 100000; // whose answers are more than a network keeps
+    connect();
+    const auto question = octetsOf({1, TestPbx::csta("<SetForwarding/>")}).value();
+    std::string all;
+    for (int i = 0; i < QUESTIONS; ++i)
+        all += question;
+    pbx.sendRaw(all);
+    pbx.event(TestPbx::row(0, "the end"));
+    EXPECT_EQ(heard(), "row 0 the end");
+    m_link->stop();
+    int answers = 0;
+    while (pbx.receive().invokeId == 1)
+        ++answers;
+    EXPECT_GT(answers, 0);
+    EXPECT_LT(answers, QUESTIONS);
+}
+
 TEST_F(Link, LosesNoDisplayRow)
 {
     connect();
