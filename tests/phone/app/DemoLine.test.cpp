@@ -30,6 +30,12 @@ int portOf(const Profile& profile)
     return setupOf(profile).settings.outboundProxy.value_or(SipHost()).port;
 }
 
+// -1 for none.
+pid_t calleeOn(int port)
+{
+    return processOf("sipp", std::string("-p") + '\0' + std::to_string(port) + '\0');
+}
+
 class DemoLine : public testing::Test {
 protected:
     void serve()
@@ -261,6 +267,17 @@ TEST_F(DemoLine, HasSomebodyWhoCallsBack)
     ASSERT_TRUE(watcher.becomes(offer.callId, CallState::Connected));
     line->clearCall(offer.callId);
     EXPECT_TRUE(watcher.ends(offer.callId, CallState::Null, CallEnd::Cleared));
+}
+
+TEST_F(DemoLine, IsThereAgainWhenWhatServesItHasDied)
+{
+    serve();
+    const int port = portOf(profile);
+    const auto before = calleeOn(port);
+    ASSERT_GT(before, 0);
+    ::kill(before, SIGKILL);
+    ASSERT_TRUE(soon([&] { return calleeOn(port) > 0 && calleeOn(port) != before && receivesUdp(port); }));
+    EXPECT_EQ(Ear("2105", port).hear(160).size(), 160u);
 }
 
 TEST_F(DemoLine, LeavesALineOfTheUsersOwnAlone)

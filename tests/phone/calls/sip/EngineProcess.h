@@ -19,19 +19,25 @@ inline std::string textOfProcess(pid_t process, const std::string& what)
     return text.str();
 }
 
-// The engine that works in this profile; -1 for none.
-inline pid_t engineOf(const std::filesystem::path& profile)
+// One of this program with `words` in its command line; -1 for none.
+inline pid_t processOf(const std::string& program, const std::string& words)
 {
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         const auto name = entry.path().filename().string();
         if (name.find_first_not_of("0123456789") != std::string::npos)
             continue;
         const auto process = static_cast<pid_t>(std::stoi(name));
-        if (textOfProcess(process, "comm") == "baresip\n" &&
-            textOfProcess(process, "cmdline").find(profile.string()) != std::string::npos)
+        if (textOfProcess(process, "comm") == program + '\n' &&
+            textOfProcess(process, "cmdline").find(words) != std::string::npos)
             return process;
     }
     return -1;
+}
+
+// The engine that works in this profile; -1 for none.
+inline pid_t engineOf(const std::filesystem::path& profile)
+{
+    return processOf("baresip", profile.string());
 }
 
 // A port for calls that come in: the one behind it is free too, and the system gives neither to others.
