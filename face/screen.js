@@ -135,13 +135,13 @@ export class ScreenView {
   }
 
   /** What the digit keys enter, as desk telephones write it; "" when they dial or mean nothing. @param {Frame} frame */
-  inputMode({ base, popup, signs }) {
+  inputMode({ base, popup, signs, tabBarFocused }) {
     if (popup?.role === "dialler")
       return "123";
     if (popup || signs.offHook || signs.dialPad)
       return "";
     if (base.role === "list")
-      return "abc";
+      return base.highlighted || tabBarFocused ? "abc" : ""; // a list without a selection takes no text
     const field = base.fields?.find(({ focused }) => focused);
     return !field || field.readOnly ? "" : { text: "abc", number: "123", selection: "" }[field.kind];
   }

@@ -60,6 +60,7 @@ describe("the phonebook of a PBX", () => {
   test("shows its lines, and takes keys and digits", async () => {
     await enter();
     await line("> Abel, Nora").waitFor();
+    assert.equal(await page.locator("#mode").textContent(), ""); // digits are the PBX's
     await takePicture("pbx");
     await press("ArrowDown");
     await line("> Baumann, Timo").waitFor();
