@@ -192,6 +192,21 @@ describe("the page", () => {
     }
   });
 
+  test("leaves its parts in their places whether there are calls or not", async () => {
+    await page.setViewportSize({ width: 1000, height: 700 });
+    const order = async () => {
+      const tops = [];
+      for (const part of [".display", ".help", ".settings"])
+        tops.push((await page.locator(part).boundingBox()).y);
+      return tops;
+    };
+    for (const frame of [{ base: people }, { base: people, ...twoCalls }]) {
+      await show(frame);
+      const tops = await order();
+      assert.deepEqual(tops, [...tops].sort((a, b) => a - b));
+    }
+  });
+
   test("says what becomes of a call to those who cannot see it, once", async () => {
     const said = page.locator("#callslive");
     assert.equal(await said.getAttribute("role"), "alert");
