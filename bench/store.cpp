@@ -11,6 +11,7 @@
 
 #include "calls/DialPlan.h"
 #include "directory/ContactStore.h"
+#include "directory/NumberSearch.h"
 
 namespace {
 
