@@ -39,6 +39,20 @@ const char* textOf(ContactStore::Problem problem)
     return nullptr;
 }
 
+// Null for no trouble.
+const char* textOf(LineTrouble trouble)
+{
+    switch (trouble) {
+    case LineTrouble::None:
+        return nullptr;
+    case LineTrouble::Refused:
+        return "phone.line.refused";
+    case LineTrouble::Failed:
+        break;
+    }
+    return "phone.line.failed";
+}
+
 // Why a call was refused, where the calls above the screen do not say so.
 std::string textOf(std::optional<int> refusal)
 {
@@ -380,12 +394,16 @@ std::string Phone::lineState() const
 
 std::vector<std::string> Phone::advice()
 {
+    std::vector<std::string> advice;
+    if (const char* key = textOf(m_services->lineTrouble()))
+        advice.push_back(m_translator.translate(key));
     auto& directory = m_services->directory();
     if (const char* key = textOf(directory.problem()))
-        return {m_translator.translate(key, DirectoryService::fileIn(m_options.profile.data).string())};
-    if (directory.isEmpty())
-        return {m_translator.translate("phone.emptyBook")};
-    return {};
+        advice.push_back(
+            m_translator.translate(key, DirectoryService::fileIn(m_options.profile.data).string()));
+    else if (directory.isEmpty())
+        advice.push_back(m_translator.translate("phone.emptyBook"));
+    return advice;
 }
 
 // --- Configuration ---

@@ -185,6 +185,15 @@ bool Services::hasLine() const
     return std::any_of(m_lines.begin(), m_lines.end(), [](const auto* line) { return line->isInService(); });
 }
 
+LineTrouble Services::lineTrouble() const
+{
+    if (hasLine())
+        return LineTrouble::None;
+    if (m_sipLineFaulty)
+        return LineTrouble::Failed;
+    return m_pSipLine ? m_pSipLine->trouble() : LineTrouble::None;
+}
+
 void Services::itemChanged(const std::string& name)
 {
     copyToOptionStore(name);
@@ -212,6 +221,7 @@ void Services::setSipLine()
         return;
     const auto setup = sipSettingsOf(m_parts.configuration, m_parts.profile.data);
     const auto settings = setup.usable() ? std::optional(setup.settings) : std::nullopt;
+    m_sipLineFaulty = setup.wanted && !setup.faults.empty();
     if (setup.wanted) {
         for (const auto& sentence : setup.faults)
             PHONE_ERROR("%s", sentence.c_str());

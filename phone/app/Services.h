@@ -72,6 +72,9 @@ public:
     // Whether there is a line that calls can be placed on now.
     // [event thread]
     bool hasLine() const;
+    // Why there is none, as far as is known.
+    // [event thread]
+    LineTrouble lineTrouble() const;
 
     CallService& calls() { return m_calls; }
     DigitAnalysis& digits() { return m_digits; }
@@ -114,6 +117,7 @@ private:
     const LineIfc* m_pSipLine = nullptr;
     std::optional<SipSettings> m_sipLine; // what the SIP line works with
     bool m_sipLineWaits = false;          // other settings, for the end of a call
+    bool m_sipLineFaulty = false;         // what the configuration says of it is wrong
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
     DataAccessService m_dataAccess;

@@ -24,6 +24,13 @@ struct Caller {
     std::string name;
 };
 
+// Why a line is out of service, as far as it knows.
+enum class LineTrouble {
+    None,
+    Refused, // its number or password is not right
+    Failed,  // something else, which is in the log
+};
+
 class LineIfc;
 
 // Hears what becomes of a line's calls.
@@ -39,7 +46,7 @@ public:
     // [any-thread]
     virtual std::string callOffered(LineIfc& line, const Caller& caller) = 0;
 
-    // It went into service, or out of it.
+    // It went into service, or out of it, or knows more of the reason.
     // [any-thread]
     virtual void serviceChanged(LineIfc& line) = 0;
 };
@@ -59,6 +66,10 @@ public:
     // Whether calls can be placed on it now.
     // [any-thread]
     virtual bool isInService() const = 0;
+
+    // None while it is in service, and as long as nothing is known.
+    // [any-thread]
+    virtual LineTrouble trouble() const { return LineTrouble::None; }
 
     // What follows never waits for the network. What becomes of a call is told to the observer.
 

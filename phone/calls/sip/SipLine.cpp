@@ -35,6 +35,12 @@ bool isPasswordRefused(const std::string& refusal)
     return refusal.starts_with("401") || refusal.starts_with("403") || refusal.starts_with("407");
 }
 
+LineTrouble troubleOf(const std::string& refusal)
+{
+    const bool isUnknown = refusal.starts_with("404");
+    return isUnknown || isPasswordRefused(refusal) ? LineTrouble::Refused : LineTrouble::Failed;
+}
+
 // What a registrar's refusal means, where the words are no help.
 std::string adviceOn(const std::string& refusal)
 {
@@ -147,22 +153,25 @@ void SipLine::run()
 void SipLine::engineIsUp()
 {
     if (!m_settings.registrar)
-        setInService(true);
+        setInService(true, LineTrouble::None);
 }
 
 void SipLine::engineIsDown()
 {
-    setInService(false);
+    setInService(false, m_trouble);
     m_registrationCheck.cancel();
     while (!m_calls.empty())
         end(m_calls.begin(), CallEnd::Unreachable);
 }
 
-void SipLine::setInService(bool inService)
+void SipLine::setInService(bool inService, LineTrouble trouble)
 {
-    if (m_inService.exchange(inService) == inService)
+    const bool isMoreKnown = m_trouble.exchange(trouble) != trouble;
+    const bool changes = m_inService.exchange(inService) != inService;
+    if (changes)
+        PHONE_USER("the line %s is %s service", m_settings.user.c_str(), inService ? "in" : "out of");
+    if (!changes && !isMoreKnown)
         return;
-    PHONE_USER("the line %s is %s service", m_settings.user.c_str(), inService ? "in" : "out of");
     const std::lock_guard lock(m_observerMutex);
     if (m_pObserver)
         m_pObserver->serviceChanged(*this);
@@ -270,7 +279,7 @@ void SipLine::registration(const EngineRegistration& event)
 {
     if (!m_settings.registrar)
         return;
-    setInService(event.registered);
+    setInService(event.registered, event.registered ? LineTrouble::None : troubleOf(event.reason));
     if (event.registered) {
         m_registrationCheck.cancel();
         m_refusal.clear();

@@ -34,6 +34,7 @@ public:
     void setObserver(LineObserverIfc* observer) override;
     std::string number() const override { return m_settings.user; }
     bool isInService() const override { return m_inService; }
+    LineTrouble trouble() const override { return m_trouble; }
     bool placeCall(const std::string& callId, const std::string& number) override;
     bool pickUpCall(const std::string& callId, const std::string& device) override;
     void answerCall(const std::string& callId) override;
@@ -54,7 +55,7 @@ private:
     void run();
     void engineIsUp();
     void engineIsDown();
-    void setInService(bool inService);
+    void setInService(bool inService, LineTrouble trouble);
 
     void dial(const std::string& callId, const std::string& uri);
     void giveUpLater(Call& call);
@@ -76,6 +77,7 @@ private:
 
     const SipSettings m_settings;
     std::atomic<bool> m_inService = false;
+    std::atomic<LineTrouble> m_trouble = LineTrouble::None;
 
     std::mutex m_observerMutex;
     LineObserverIfc* m_pObserver = nullptr;

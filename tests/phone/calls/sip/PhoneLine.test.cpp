@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <framework/csta/CSTARequests.h>
+#include <framework/host/TextScreen.h>
 
 #include "EngineProcess.h"
 #include "Sipp.h"
@@ -118,6 +119,21 @@ TEST_F(PhoneLine, ChangesAfterTheCallThatThereIs)
     EXPECT_TRUE(callee.succeeds());
     EXPECT_TRUE(soon([&] { return engine() > 0 && engine() != before; }));
     EXPECT_TRUE(hasLine());
+}
+
+TEST_F(PhoneLine, SaysOnTheIdleScreenWhyItIsNotThere)
+{
+    const auto shows = [this](const std::string& text) {
+        return soon([&] { return toText(*phone->frames().latest()).find(text) != std::string::npos; });
+    };
+    folder.write("config.toml", "sip-user = \"100\"\n");
+    start();
+    EXPECT_TRUE(shows("The line\u2019s server cannot be used. The log says why."));
+    Sipp refusing("refuses-to-register", "403 Forbidden");
+    folder.write("config.toml",
+                 "sip-user = \"100\"\nsip-server = \"127.0.0.1:" + std::to_string(refusing.port()) + "\"\n");
+    phone->reloadConfiguration();
+    EXPECT_TRUE(shows("The server refuses the line. Check its number and password."));
 }
 
 TEST_F(PhoneLine, EndsWithTheTelephone)

@@ -85,8 +85,10 @@ TEST_F(SipRegistration, NeedsTheRightPasswordAndTakesItWhenItIsThere)
     EXPECT_FALSE(anna.line->placeCall("1", "102"));
     // It is not shown again.
     EXPECT_TRUE(soon([this] { return engineOf(anna.folder.path()) == -1; }));
+    EXPECT_EQ(anna.line->trouble(), LineTrouble::Refused);
     anna.keep(Registrar::PASSWORD);
     EXPECT_TRUE(anna.comesIntoService());
+    EXPECT_EQ(anna.line->trouble(), LineTrouble::None);
     EXPECT_FALSE(logged("wrong"));
     EXPECT_FALSE(logged(Registrar::PASSWORD));
 }
@@ -106,6 +108,8 @@ TEST_F(SipRegistration, SaysWhyTheRegistrarRefusesIt)
         EXPECT_TRUE(soon([&] { return logged("does not take the line 101: " + said); })) << status;
         EXPECT_TRUE(refusing.succeeds());
         EXPECT_FALSE(anna.line->isInService());
+        const bool isAccounts = status.starts_with("403");
+        EXPECT_EQ(anna.line->trouble(), isAccounts ? LineTrouble::Refused : LineTrouble::Failed) << status;
     }
 }
 
