@@ -171,6 +171,15 @@ TEST_F(DemonstrationPbx, RoutesCalls)
     EXPECT_EQ(listener.calls.next(), told(CallState::Null));
 }
 
+TEST_F(DemonstrationPbx, NeverPretendsThatHelpWasReached)
+{
+    attach();
+    for (const auto* number : {"110", "112", "0112", "911", "17"}) {
+        ASSERT_TRUE(line->placeCall(number, number));
+        EXPECT_EQ(listener.calls.next(), told(CallState::Failed, CallEnd::Unreachable)) << number;
+    }
+}
+
 TEST_F(DemonstrationPbx, LetsACallBePickedUp)
 {
     attach();
