@@ -106,11 +106,11 @@ Straße;Inge;Blumen Straße;Floristin;Suppliers;berlin;o;
 # Who shows what may become of a call: first name, number on the demo's line (demo/line/serve), what happens.
 CALLEES = """
 Busy;486;Is always busy
-Calls back;300;Asks to hang up, and calls back
+Calls back;300;Calls you when you hang up
 Declines;603;Rings, and declines
 Hangs up;302;Answers, and hangs up
 No such number;404;Does not exist
-Rings;201;Never answers: pick the call up
+Rings;201;Never answers: pick it up
 """.strip().splitlines()
 
 NOTES = {"Chen": "Closed on Fridays.", "Ihde": "Termine nur telefonisch.",
