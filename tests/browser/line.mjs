@@ -2,6 +2,7 @@
 // callers.
 
 import { spawn } from "node:child_process";
+import { createSocket } from "node:dgram";
 import { once } from "node:events";
 import { mkdtempSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
@@ -11,16 +12,26 @@ const SOURCE = new URL("../..", import.meta.url).pathname;
 const SCENARIOS = join(SOURCE, "tests/phone/calls/sip/scenarios");
 const PORTS = [20001, 31999]; // below those that the system gives to others
 
-/** Where who calls finds the telephone. The port behind it is the engine's too. */
-const anyPort = () => PORTS[0] + 2 * Math.floor(Math.random() * ((PORTS[1] - PORTS[0]) / 2));
+/** @param {number} port */
+const isFree = (port) => new Promise((resolve) => {
+  const socket = createSocket("udp4");
+  socket.on("error", () => resolve(false));
+  socket.bind(port, "127.0.0.1", () => socket.close(() => resolve(true)));
+});
+
+/** Where callers find the telephone. The port behind it is the engine's too. */
+async function freePort() {
+  for (;;) {
+    const port = PORTS[0] + Math.floor(Math.random() * (PORTS[1] - PORTS[0]));
+    if (await isFree(port) && await isFree(port + 1))
+      return port;
+  }
+}
 
 export class Line {
-  constructor() {
-    this.port = anyPort();
-  }
-
   /** Starts it and waits until it can be called. */
   async start() {
+    this.port = await freePort();
     this.process = spawn("/usr/bin/python3", [join(SOURCE, "demo/line/serve")], { stdio: ["ignore", "pipe", "inherit"] });
     let said = "";
     for await (const chunk of this.process.stdout)
