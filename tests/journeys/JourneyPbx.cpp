@@ -8,6 +8,8 @@
 namespace {
 
 constexpr int FLOOD = 1000;
+const std::string OWN = "100"; // the telephone's device
+const std::string OTHER = "4711";
 const std::string NAME = "<featureName>PBXPhonebook</featureName>";
 
 // The text between <`element`> and its end.
@@ -18,6 +20,52 @@ std::string textIn(const std::string& xml, const std::string& element)
         return "";
     const auto text = start + element.size() + 2;
     return xml.substr(text, xml.find('<', text) - text);
+}
+
+// Of the only call that there is, at device `at`.
+std::string connection(const std::string& element, const std::string& at)
+{
+    return "<" + element + "><callID>7</callID><deviceID>" + at + "</deviceID></" + element + ">";
+}
+
+std::string device(const std::string& element, const std::string& number)
+{
+    return "<" + element + "><deviceIdentifier>" + number + "</deviceIdentifier></" + element + ">";
+}
+
+std::string callEvent(const std::string& name, const std::string& content)
+{
+    return "<" + name + "Event><monitorCrossRefID>m1</monitorCrossRefID>" + content + "</" + name + "Event>";
+}
+
+std::string established(const std::string& answering)
+{
+    return callEvent("Established",
+                     connection("establishedConnection", answering) + device("answeringDevice", answering));
+}
+
+std::string cleared()
+{
+    return callEvent("ConnectionCleared",
+                     connection("droppedConnection", OWN) + "<cause>normalClearing</cause>");
+}
+
+// What an event says of the call; "" for any other word.
+std::string callEventOf(const std::string& word)
+{
+    if (word == "alerting")
+        return callEvent("Delivered", connection("connection", OTHER) + device("alertingDevice", OTHER) +
+                                          device("callingDevice", OWN));
+    if (word == "answered")
+        return established(OTHER);
+    if (word == "cleared")
+        return cleared();
+    if (word == "busy")
+        return callEvent("Failed", connection("failedConnection", OWN) + "<cause>busy</cause>");
+    if (word.starts_with("rings:"))
+        return callEvent("Delivered", connection("connection", OWN) + device("alertingDevice", OWN) +
+                                          device("callingDevice", word.substr(word.find(':') + 1)));
+    return "";
 }
 
 } // namespace
@@ -57,7 +105,14 @@ void JourneyPbx::attach()
     settle();
 }
 
+// What this has answered to what the telephone has said is heard with the second reply.
 void JourneyPbx::settle()
+{
+    waitForReply();
+    waitForReply();
+}
+
+void JourneyPbx::waitForReply()
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -96,6 +151,8 @@ bool JourneyPbx::say(const std::string& whole)
         end();
     else if (word == "back")
         attach();
+    else if (const auto told = callEventOf(word); !told.empty())
+        event(told);
     else
         return false;
     return true;
@@ -140,6 +197,17 @@ void JourneyPbx::take(const CstaFrame& message)
     } else if (name == "ButtonPress") {
         m_requests.push_back("key " + textIn(message.xml, "button"));
         send(message.invokeId, "<ButtonPressResponse/>");
+    } else if (name == "MakeCall") {
+        m_requests.push_back("call " + textIn(message.xml, "calledDirectoryNumber"));
+        send(message.invokeId,
+             "<MakeCallResponse>" + connection("callingDevice", OWN) + "</MakeCallResponse>");
+    } else if (name == "AnswerCall") {
+        send(message.invokeId, "<AnswerCallResponse/>");
+        event(established(OWN));
+    } else if (name == "ClearConnection") {
+        m_requests.push_back("hang up");
+        send(message.invokeId, "<ClearConnectionResponse/>");
+        event(cleared());
     } else if (name == "RequestSystemStatus") {
         m_requests.push_back(textIn(message.xml, "Action"));
         if (m_way == "vanishes")

@@ -34,6 +34,7 @@ public:
 
 private:
     void end();
+    void waitForReply();
     void serve();
     void take(const CstaFrame& message);
     void sayRow(const std::string& rowAndText);

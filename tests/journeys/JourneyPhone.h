@@ -48,6 +48,8 @@ public:
     //   pbx:flood                of row 5, from 1 to 1000
     //   pbx:refuses, :accepts    whether its phonebook can be opened,
     //   pbx:vanishes             or can be, but is gone then
+    //   pbx:alerting, :answered, :cleared, :busy   of the call that was placed over it,
+    //   pbx:rings:0301234        or of one that comes in
     //   pbx:lost, :back          whether it is there
     std::string run(const std::string& words);
 
