@@ -76,6 +76,20 @@ TEST_F(CallJournal, KeepsDialledCallsOverARestart)
     EXPECT_EQ(calls[1].textFields.at(2).size(), std::string("2026-01-01T00:00:00Z").size());
 }
 
+TEST_F(CallJournal, KnowsTheLastNameThatANumberWasDialledBy)
+{
+    dial("4711", "Miller", "Ann");
+    dial("4711", "Smith", "Zoe");
+    dial("4711");
+    dial("4712", "Adams");
+    const auto nameOf = [this](const std::string& wanted) {
+        return journal->lastName([&](const std::string& number) { return number == wanted; });
+    };
+    EXPECT_EQ(nameOf("4711"), "Smith, Zoe");
+    EXPECT_EQ(nameOf("4712"), "Adams");
+    EXPECT_EQ(nameOf("4713"), "");
+}
+
 TEST_F(CallJournal, TellsTheCurrentListOnceAfterRegistration)
 {
     dial("1");
