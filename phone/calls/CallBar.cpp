@@ -136,7 +136,8 @@ void CallBar::callChanged(const CallRecord& call)
         shown = m_shown.insert(m_shown.end(), {call});
     }
     const bool wasConnected = shown->since != 0;
-    shown->call = call;
+    const auto before = std::exchange(shown->call, call).state;
+    shown->call.state = before;
     follow(*shown, call.state);
     if (call.isOver() && hasFailed(call, wasConnected))
         keepFailed(*shown);
@@ -158,6 +159,9 @@ CallBar::AllShown::iterator CallBar::find(const std::string& callId)
 
 void CallBar::follow(Shown& shown, CallState state) const
 {
+    // The telephone may hear later than the screen; what was connected does not ring any more.
+    if (shown.since != 0 && (state == CallState::Initiated || state == CallState::Alerting))
+        return;
     shown.call.state = state;
     if (state == CallState::Connected && shown.since == 0)
         shown.since =

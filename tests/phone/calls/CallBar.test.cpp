@@ -171,6 +171,18 @@ TEST_F(Bar, LeavesItToTheTelephoneToSayWhyACallHasFailed)
     EXPECT_EQ(shown(), Texts{"030 123: phone.noLine"});
 }
 
+TEST_F(Bar, DoesNotGoBackToWhatTheTelephoneHearsLater)
+{
+    bar.callChanged(dialled(CallState::Initiated));
+    bar.callHeardOf("1", CallState::Alerting, CallEnd::Cleared);
+    bar.callHeardOf("1", CallState::Connected, CallEnd::Cleared);
+    bar.callChanged(dialled(CallState::Alerting));
+    EXPECT_EQ(shown(), Texts{"030 123: phone.call.connected"});
+    bar.callChanged(dialled(CallState::Connected));
+    bar.callChanged(dialled(CallState::Held));
+    EXPECT_EQ(shown(), Texts{"030 123: phone.call.held"});
+}
+
 TEST_F(Bar, HearsNothingOfCallsThatItDoesNotShow)
 {
     bar.callHeardOf("7", CallState::Connected, CallEnd::Cleared);
