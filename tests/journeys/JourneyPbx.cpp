@@ -98,8 +98,12 @@ std::map<std::string, std::string> JourneyPbx::items() const
 void JourneyPbx::attach()
 {
     end();
-    if (!m_pbx.welcome(m_availability))
-        throw std::runtime_error("the telephone is not attached");
+    // An impatient telephone may have given a first attempt up before anybody listened.
+    constexpr int ATTEMPTS = 5;
+    for (int attempt = 1; !m_pbx.welcome(m_availability); ++attempt) {
+        if (attempt == ATTEMPTS)
+            throw std::runtime_error("the telephone is not attached");
+    }
     m_isOver = false;
     m_thread = std::thread([this] { serve(); });
     settle();
@@ -141,7 +145,7 @@ bool JourneyPbx::say(const std::string& whole)
         sayFeature("<Status>OFF</Status>");
     else if (word == "disabled" || word == "partiallyDisabled" || word == "enabled")
         event("<SystemStatus><systemStatus>" + word + "</systemStatus></SystemStatus>");
-    else if (word == "refuses" || word == "accepts" || word == "vanishes") {
+    else if (word == "refuses" || word == "accepts" || word == "vanishes" || word == "silent") {
         const std::lock_guard lock(m_mutex);
         m_way = word;
     } else if (word == "flood") {
@@ -210,6 +214,8 @@ void JourneyPbx::take(const CstaFrame& message)
         event(cleared());
     } else if (name == "RequestSystemStatus") {
         m_requests.push_back(textIn(message.xml, "Action"));
+        if (m_way == "silent")
+            return;
         if (m_way == "vanishes")
             sayFeature("<Availability>unavailable</Availability>");
         send(message.invokeId, m_way == "refuses" ? "<CSTAErrorCode><stateIncompatibility>invalidObjectState"

@@ -179,9 +179,9 @@ void JourneyPhone::furnish()
     for (const auto& picture : m_journey.pictures)
         std::filesystem::copy_file(std::filesystem::path(TEST_DATA_DIR) / "one-pixel.png",
                                    m_folder / "pictures" / picture);
-    for (const auto& [item, value] : itemsOf(m_journey))
-        setItem(item, value);
     for (const auto& [item, value] : m_pPbx ? m_pPbx->items() : Configuration::Values())
+        setItem(item, value);
+    for (const auto& [item, value] : itemsOf(m_journey))
         setItem(item, value);
     if (!m_journey.ldapPassword.empty())
         keepPassword(m_journey.ldapPassword);

@@ -47,7 +47,8 @@ public:
     //   pbx:row:2:Miller,_Anna   of a row of its display; "_" stands for a blank
     //   pbx:flood                of row 5, from 1 to 1000
     //   pbx:refuses, :accepts    whether its phonebook can be opened,
-    //   pbx:vanishes             or can be, but is gone then
+    //   pbx:vanishes             or can be, but is gone then,
+    //   pbx:silent               or whether it does not even answer that
     //   pbx:alerting, :answered, :cleared, :busy   of the call that was placed over it,
     //   pbx:rings:0301234        or of one that comes in
     //   pbx:lost, :back          whether it is there
