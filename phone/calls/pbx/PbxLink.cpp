@@ -229,8 +229,8 @@ private:
         });
     }
 
-    // Ends the connection, and begins another one after a pause. The PBX hears of the end last: then everybody
-    // here knows.
+    // Ends the connection, and begins another one after a pause. The PBX hears of the end last: then
+    // everybody here knows.
     void drop(const std::string& why)
     {
         PHONE_ERROR("the PBX %s: %s; it is tried again in %lld ms", m_settings.host.c_str(), why.c_str(),
