@@ -1,3 +1,7 @@
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/udp.hpp>
+
 #include <gtest/gtest.h>
 
 #include <testing/LogCapture.h>
@@ -111,6 +115,24 @@ TEST_F(SipRegistration, SaysWhyTheRegistrarRefusesIt)
         const bool isAccounts = status.starts_with("403");
         EXPECT_EQ(anna.line->trouble(), isAccounts ? LineTrouble::Refused : LineTrouble::Failed) << status;
     }
+}
+
+TEST_F(SipRegistration, IsAskedForOverIpv6)
+{
+    namespace asio = boost::asio;
+    asio::io_context io;
+    asio::ip::udp::socket asked(io, asio::ip::udp::v6());
+    boost::system::error_code none;
+    asked.bind({asio::ip::address_v6::loopback(), 0}, none);
+    if (none)
+        GTEST_SKIP() << "this machine has no IPv6";
+    ASSERT_TRUE(SipPassword(anna.folder.path()).write("any", {"[::1]"}));
+    anna.settings.registrar = SipHost{"[::1]", asked.local_endpoint().port()};
+    anna.start();
+    std::string message(2000, '\0');
+    asked.async_receive(asio::buffer(message), [](const auto&, std::size_t) {});
+    io.run_for(std::chrono::seconds(10));
+    EXPECT_TRUE(message.starts_with("REGISTER sip:[::1];")) << message;
 }
 
 TEST_F(SipRegistration, SaysThatNobodyKnowsTheRegistrarsName)
