@@ -15,6 +15,8 @@ namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/sip/SipLine";
 constexpr std::chrono::milliseconds nPASSWORD_CHECK{500};
+// How long a password that was refused is not shown again; the registrar may have been wrong.
+constexpr std::chrono::minutes nREFUSED_FOR{15};
 constexpr std::size_t nLONGEST_CALLER = 100; // characters
 // Holds the line for a call that has no id yet.
 constexpr char nCALL_COMING_IN[] = "?";
@@ -288,7 +290,8 @@ void SipLine::registration(const EngineRegistration& event)
     if (std::exchange(m_refusal, event.reason) != event.reason)
         PHONE_USER("the registrar %s does not take the line %s: %s%s", m_settings.registrar->text().c_str(),
                    m_settings.user.c_str(), event.reason.c_str(), adviceOn(event.reason).c_str());
-    registerLater(std::chrono::steady_clock::now() + m_settings.retryDelay);
+    const auto now = std::chrono::steady_clock::now();
+    registerLater(isPasswordRefused(event.reason) ? now + nREFUSED_FOR : now + m_settings.retryDelay);
 }
 
 // The engine itself would wait up to half an hour, and never learn of another password. The one that was
@@ -300,7 +303,7 @@ void SipLine::registerLater(std::chrono::steady_clock::time_point retry)
         if (cancelled)
             return;
         const bool refused = isPasswordRefused(m_refusal);
-        const bool due = refused ? m_engine->hasNewPassword() : std::chrono::steady_clock::now() >= retry;
+        const bool due = std::chrono::steady_clock::now() >= retry || (refused && m_engine->hasNewPassword());
         if (m_calls.empty() && due)
             return m_engine->restart();
         if (m_calls.empty() && refused)
