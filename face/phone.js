@@ -27,13 +27,19 @@ function showHint(shown) {
   hintTimer = setTimeout(() => { hint.textContent = ""; }, HINT);
 }
 
+/** @param {import("./types").Signs} signs */
+function showCalls(signs) {
+  calls.show(signs);
+  ring.show(signs.calls.some(({ state }) => state === "incoming"));
+}
+
 /** @param {"connected" | "reconnecting" | "refused"} state */
 function showState(state) {
   document.body.dataset.state = state;
   tryPicturesAgain();
   cover.hidden = state === "connected";
-  if (state !== "connected")
-    ring.show(false); // nobody could say when it is over
+  if (state !== "connected") // nobody could say when they are over
+    showCalls({ offHook: false, dialPad: false, calls: [] });
   if (state === "refused")
     cover.textContent = texts["phone.wrongToken"] ?? "This page's address is no longer valid. Start the telephone again and open the address it prints.";
   else if (state === "reconnecting")
@@ -55,8 +61,7 @@ function received(message) {
     translatePage();
   }
   if (message.frame) {
-    calls.show(message.frame.signs);
-    ring.show(message.frame.signs.calls.some(({ state }) => state === "incoming"));
+    showCalls(message.frame.signs);
     screen.show(message.frame);
   }
   for (const [, verdict] of message.acks ?? [])

@@ -124,6 +124,19 @@ describe("a telephone with a line", () => {
     await isGone("Short, Sam");
   });
 
+  test("shows no call any more when nobody can say how it stands", async () => {
+    await openPhonebook();
+    await select("Miller, Anna");
+    await press("Enter");
+    await expectText(state("Miller, Anna"), "Connected");
+    telephone.process.kill("SIGKILL");
+    await page.locator("#cover").waitFor();
+    await isGone("Miller, Anna");
+    assert.equal(await page.title(), "Deskbook");
+    assert.equal(await page.locator("#lamp").getAttribute("data-lamp"), null);
+    page.problems.length = 0; // the browser reports each refused connection
+  });
+
   test("calls through the dialler, which closes when somebody answers", async () => {
     await openPhonebook();
     await select("Miller, Anna");

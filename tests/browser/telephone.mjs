@@ -61,7 +61,7 @@ export class Telephone {
   }
 
   async stop() {
-    if (!this.process || this.process.exitCode !== null)
+    if (!this.process || this.process.exitCode !== null || this.process.signalCode !== null)
       return;
     const ended = new Promise((resolve) => this.process.on("exit", resolve));
     this.process.kill("SIGTERM");
