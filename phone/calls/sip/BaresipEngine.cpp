@@ -1,6 +1,7 @@
 #include "calls/sip/BaresipEngine.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 #include <boost/asio/ip/tcp.hpp>
@@ -27,17 +28,27 @@ int freePort(boost::asio::io_context& io)
     return acceptor.local_endpoint().port();
 }
 
-// Of the addresses that calls may come in on, each counts.
-bool isFree(boost::asio::io_context& io, IpVersion version, int port)
+// Of the addresses that calls may come in on, each counts. What is left of a connection that has just ended
+// does not.
+template <typename Protocol> bool isFree(boost::asio::io_context& io, IpVersion version, int port)
 {
-    const auto number = static_cast<std::uint16_t>(port);
+    const typename Protocol::endpoint own(version == IpVersion::V6 ? Protocol::v6() : Protocol::v4(),
+                                          static_cast<std::uint16_t>(port));
+    typename Protocol::socket socket(io, own.protocol());
+    socket.set_option(boost::asio::socket_base::reuse_address(std::is_same_v<Protocol, tcp>));
     boost::system::error_code taken;
-    udp::socket socket(io);
-    const auto endpoint =
-        version == IpVersion::V6 ? udp::endpoint(udp::v6(), number) : udp::endpoint(udp::v4(), number);
-    socket.open(endpoint.protocol());
-    socket.bind(endpoint, taken);
+    socket.bind(own, taken);
     return !taken;
+}
+
+// The engine listens for each transport, whichever the line uses: for TLS on the port behind. 0 for none.
+int takenPort(boost::asio::io_context& io, IpVersion version, int port)
+{
+    if (port == 0)
+        return 0;
+    if (!isFree<udp>(io, version, port) || !isFree<tcp>(io, version, port))
+        return port;
+    return isFree<tcp>(io, version, port + 1) ? 0 : port + 1;
 }
 
 } // namespace
@@ -66,9 +77,9 @@ void BaresipEngine::start()
 Result<void> BaresipEngine::tryToStart()
 {
     const auto version = m_settings.nextHop().isIpv6() ? IpVersion::V6 : IpVersion::V4;
-    if (!isFree(m_io, version, m_settings.port))
-        return Error{ErrorCode::Failed, "another program has port " + std::to_string(m_settings.port) +
-                                            ": name a free one in \"sip-port\""};
+    if (const int taken = takenPort(m_io, version, m_settings.port); taken != 0)
+        return Error{ErrorCode::Failed, "another program has port " + std::to_string(taken) +
+                                            ": name a free one in \"sip-port\", with a free one behind it"};
     const int port = freePort(m_io);
     if (auto written = writeBaresipFiles(m_settings, port, folder()); !written)
         return written;

@@ -15,8 +15,6 @@ namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/sip/SipLine";
 constexpr std::chrono::milliseconds nPASSWORD_CHECK{500};
-// How long a password that was refused is not shown again; the registrar may have been wrong.
-constexpr std::chrono::minutes nREFUSED_FOR{15};
 constexpr std::size_t nLONGEST_CALLER = 100; // characters
 // Holds the line for a call that has no id yet.
 constexpr char nCALL_COMING_IN[] = "?";
@@ -291,7 +289,8 @@ void SipLine::registration(const EngineRegistration& event)
         PHONE_USER("the registrar %s does not take the line %s: %s%s", m_settings.registrar->text().c_str(),
                    m_settings.user.c_str(), event.reason.c_str(), adviceOn(event.reason).c_str());
     const auto now = std::chrono::steady_clock::now();
-    registerLater(isPasswordRefused(event.reason) ? now + nREFUSED_FOR : now + m_settings.retryDelay);
+    registerLater(isPasswordRefused(event.reason) ? now + m_settings.refusedFor
+                                                  : now + m_settings.retryDelay);
 }
 
 // The engine itself would wait up to half an hour, and never learn of another password. The one that was

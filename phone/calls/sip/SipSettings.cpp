@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include <unistd.h>
+
 #include "calls/sip/BaresipConfig.h"
 #include "calls/sip/SipPassword.h"
 #include "system/Configuration.h"
@@ -10,20 +12,9 @@ namespace {
 
 constexpr char nSOUND_DEVICES[] = "/dev/snd";
 
-// A computer without sound has no such folder, or nothing but a timer in it.
-bool hasSoundDevices()
-{
-    std::error_code failed;
-    for (const auto& device : std::filesystem::directory_iterator(nSOUND_DEVICES, failed)) {
-        if (device.path().filename().string().starts_with("pcm"))
-            return true;
-    }
-    return false;
-}
-
 SipSound soundOf(const std::string& wish)
 {
-    const bool devices = wish == "devices" || (wish == "auto" && hasSoundDevices());
+    const bool devices = wish == "devices" || (wish == "auto" && hasSoundDevices(nSOUND_DEVICES));
     return devices ? SipSound::Devices : SipSound::None;
 }
 
@@ -131,6 +122,18 @@ std::vector<std::string> SipSettings::passwordHosts() const
             hosts.push_back(host->name);
     }
     return hosts;
+}
+
+// A computer without sound has no such folder, or nothing but a timer in it.
+bool hasSoundDevices(const std::filesystem::path& folder)
+{
+    std::error_code failed;
+    for (const auto& device : std::filesystem::directory_iterator(folder, failed)) {
+        const auto& path = device.path();
+        if (path.filename().string().starts_with("pcm") && ::access(path.c_str(), R_OK | W_OK) == 0)
+            return true;
+    }
+    return false;
 }
 
 SipSetup sipSettingsOf(const Configuration& configuration, const std::filesystem::path& profile)

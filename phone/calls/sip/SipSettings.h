@@ -43,6 +43,8 @@ struct SipSettings {
     std::chrono::milliseconds enginePatience{5000};
     // How long it takes until the registrar is asked again that could not be reached.
     std::chrono::milliseconds retryDelay{30000};
+    // How long a password that was refused is not shown again; the registrar may have been wrong.
+    std::chrono::milliseconds refusedFor{std::chrono::minutes(15)};
 
     // Where calls go when their number does not say so.
     SipHost domain() const;
@@ -64,6 +66,9 @@ struct SipSetup {
 
     bool usable() const { return wanted && faults.empty(); }
 };
+
+// Whether there is a device for sound in `folder` that this user may open. [any-thread]
+bool hasSoundDevices(const std::filesystem::path& folder);
 
 // A password that was kept for another registrar is forgotten here.
 // [any-thread]

@@ -15,10 +15,12 @@ public:
 
     Registrar()
     {
-        m_folder.write("kamailio.cfg", configuration());
+        want(PASSWORD);
         start();
     }
 
+    // From its next start on.
+    void want(const std::string& password) const { m_folder.write("kamailio.cfg", configuration(password)); }
     // As a crash would; its port is refused from then on.
     void kill() { m_process.kill(); }
     void start()
@@ -32,7 +34,7 @@ public:
     const int port = freePort();
 
 private:
-    std::string configuration() const
+    std::string configuration(const std::string& password) const
     {
         const auto address = ":127.0.0.1:" + std::to_string(port) + "\n";
         std::string text = R"(#!KAMAILIO
@@ -75,7 +77,7 @@ request_route {
 )";
         const std::string placeholder = "\"PASSWORD\"";
         for (auto at = text.find(placeholder); at != text.npos; at = text.find(placeholder))
-            text.replace(at, placeholder.size(), "\"" + std::string(PASSWORD) + "\"");
+            text.replace(at, placeholder.size(), "\"" + password + "\"");
         return text + "listen=udp" + address + "listen=tcp" + address;
     }
 

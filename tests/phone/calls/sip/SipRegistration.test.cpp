@@ -1,6 +1,8 @@
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ip/udp.hpp>
+#include <boost/asio/read.hpp>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +99,19 @@ TEST_F(SipRegistration, NeedsTheRightPasswordAndTakesItWhenItIsThere)
     EXPECT_FALSE(logged(Registrar::PASSWORD));
 }
 
+TEST_F(SipRegistration, ShowsARefusedPasswordAgainAfterAWhile)
+{
+    anna.keep("right at last");
+    anna.settings.refusedFor = std::chrono::milliseconds(50);
+    anna.settings.retryDelay = std::chrono::milliseconds(100);
+    anna.start(registrar.port);
+    ASSERT_TRUE(soon([this] { return logged("does not take the line 101: 401"); }));
+    registrar.kill();
+    registrar.want("right at last");
+    registrar.start();
+    EXPECT_TRUE(anna.comesIntoService());
+}
+
 TEST_F(SipRegistration, SaysWhyTheRegistrarRefusesIt)
 {
     const std::vector<std::pair<std::string, std::string>> refusals{
@@ -133,6 +148,31 @@ TEST_F(SipRegistration, IsAskedForOverIpv6)
     asked.async_receive(asio::buffer(message), [](const auto&, std::size_t) {});
     io.run_for(std::chrono::seconds(10));
     EXPECT_TRUE(message.starts_with("REGISTER sip:[::1];")) << message;
+}
+
+TEST_F(SipRegistration, IsNotAskedForInTheClearOnATlsLine)
+{
+    namespace asio = boost::asio;
+    using asio::ip::tcp;
+    using asio::ip::udp;
+    asio::io_context io;
+    tcp::acceptor server(io, {asio::ip::address_v4::loopback(), 0});
+    const auto port = server.local_endpoint().port();
+    udp::socket inTheClear(io, {asio::ip::address_v4::loopback(), port});
+    anna.keep("any");
+    anna.settings.transport = SipTransport::Tls;
+    anna.start(port);
+    tcp::socket asking(io);
+    std::string said;
+    server.async_accept(asking, [&](const auto&) {
+        asio::async_read(asking, asio::dynamic_buffer(said), asio::transfer_at_least(2),
+                         [&](const auto&, std::size_t) { asking.close(); });
+    });
+    io.run_for(std::chrono::seconds(10));
+    EXPECT_TRUE(said.starts_with("\x16\x03")) << said; // a handshake of TLS
+    EXPECT_TRUE(soon([this] { return logged("does not take the line 101"); }));
+    EXPECT_EQ(said.find("REGISTER"), std::string::npos);
+    EXPECT_EQ(inTheClear.available(), 0u);
 }
 
 TEST_F(SipRegistration, SaysThatNobodyKnowsTheRegistrarsName)

@@ -36,6 +36,19 @@ protected:
 
 } // namespace
 
+TEST(SoundDevices, AreThoseThatMayBeOpened)
+{
+    const TemporaryFolder folder;
+    EXPECT_FALSE(hasSoundDevices(folder / "none"));
+    EXPECT_FALSE(hasSoundDevices(folder.path()));
+    folder.write("timer", "");
+    EXPECT_FALSE(hasSoundDevices(folder.path()));
+    std::filesystem::create_symlink("nowhere", folder / "pcmC0D0p");
+    EXPECT_FALSE(hasSoundDevices(folder.path()));
+    folder.write("pcmC1D0p", "");
+    EXPECT_TRUE(hasSoundDevices(folder.path()));
+}
+
 TEST_F(SipItems, IsNotThereUntilItIsNamed)
 {
     const auto none = setup("sip-server = \"pbx\"\n");
