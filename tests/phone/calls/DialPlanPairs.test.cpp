@@ -123,6 +123,9 @@ void expectToBeConsistent(const DialPlan& plan, const std::string& text)
     if (isInFull && digits.front() != '+') {
         EXPECT_EQ(plan.canonicalOfDialled(digits), full) << digits;
     }
+    // Who has typed it off-hook is understood, and so is what he is understood to have dialled.
+    const auto typed = plan.dialString(text);
+    EXPECT_EQ(plan.dialString(typed), typed) << text;
     const auto asDialled = plan.canonicalOfDialled(text);
     EXPECT_EQ(plan.canonicalOfDialled(asDialled), asDialled);
 }
