@@ -108,7 +108,9 @@ CallHooks Services::callHooks()
                 m_parts.dialingStopped();
             },
             [this](const std::string& number) { return m_digits.toDialString(number); },
-            [this](CallRecord& call) { identify(call); }, &m_parts.callBar};
+            [this](const std::string& number) { return m_digits.toExtension(number); },
+            [this](CallRecord& call) { identify(call); },
+            &m_parts.callBar};
 }
 
 std::string Services::placed(const std::string& number)

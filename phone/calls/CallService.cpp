@@ -213,11 +213,12 @@ void CallService::makeCall(CSTAMakeCallRequest& request)
 
 void CallService::pickUp(CSTADirectedPickupCallRequest& request)
 {
+    const auto& number = request.getCallToBePickedUp();
+    const auto device = m_hooks.toExtension ? m_hooks.toExtension(number) : number;
     const auto take = [&](LineIfc& line, const std::string& callId) {
-        return line.pickUpCall(callId, request.getCallToBePickedUp());
+        return line.pickUpCall(callId, device);
     };
-    const auto id = startCall(request, request.getRequestingDeviceID(), Kind::PickedUp,
-                              request.getCallToBePickedUp(), take);
+    const auto id = startCall(request, request.getRequestingDeviceID(), Kind::PickedUp, number, take);
     if (!id.empty())
         request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
 }

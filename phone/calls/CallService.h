@@ -40,6 +40,8 @@ struct CallHooks {
     std::function<void()> dialingStopped;
     // What is sent to the line for a number that a phonelet asks for. Asked at once.
     std::function<std::string(const std::string& number)> toDialString;
+    // What the exchange calls the device with a number that a phonelet asks for. Asked at once.
+    std::function<std::string(const std::string& number)> toExtension;
     // Adds to a record who that is. [any-thread]
     std::function<void(CallRecord& call)> identify;
     // Not owned; outlives the service.

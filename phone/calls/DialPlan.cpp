@@ -263,6 +263,23 @@ std::string DialPlan::dialString(const std::string& number) const
     return full.front() == '+' ? dialStringOf(full) : m_rules.outsideLine + full;
 }
 
+std::string DialPlan::extension(const std::string& number) const
+{
+    auto dialled = dialString(number);
+    auto own = extensionIn(canonicalOfDialled(dialled));
+    return own.empty() ? dialled : own;
+}
+
+// "" for a number that is not the enterprise's.
+std::string DialPlan::extensionIn(const std::string& canonical) const
+{
+    const auto prefix = '+' + m_rules.enterprisePrefix;
+    if (m_rules.enterprisePrefix.empty() || !startsWith(canonical, prefix))
+        return "";
+    auto extension = canonical.substr(prefix.size());
+    return isInternal(extension) ? extension : "";
+}
+
 // The shortest form that surely means that number here: an extension that is an emergency number too
 // is called from outside.
 std::string DialPlan::dialStringOf(const std::string& canonical) const
@@ -270,12 +287,9 @@ std::string DialPlan::dialStringOf(const std::string& canonical) const
     const auto& rules = m_rules;
     if (rules.countryCode.empty())
         return canonical;
+    if (auto extension = extensionIn(canonical); !extension.empty() && reaches(extension, canonical))
+        return extension;
     const std::string_view digits = std::string_view(canonical).substr(1);
-    if (startsWith(digits, rules.enterprisePrefix)) {
-        std::string extension(digits.substr(rules.enterprisePrefix.size()));
-        if (isInternal(extension) && reaches(extension, canonical))
-            return extension;
-    }
     if (startsWith(digits, rules.countryCode)) {
         const auto national = digits.substr(rules.countryCode.size());
         if (rules.dialsLocalNumbers && startsWith(national, rules.areaCode)) {

@@ -56,6 +56,11 @@ public:
     // Letters become the digits of their keys; text that is no number stays as it is. [any-thread]
     std::string dialString(const std::string& number) const;
 
+    // What the exchange calls the device with that number, in any form: its extension, also one that
+    // cannot be dialled from here because other numbers begin with it. The dial string for a number of
+    // somewhere else. [any-thread]
+    std::string extension(const std::string& number) const;
+
     // The own country's, digits only; "" for none.
     const std::string& countryCode() const { return m_rules.countryCode; }
 
@@ -76,6 +81,7 @@ private:
                                         Reading reading) const;
     std::string withoutTrunkZero(const WrittenNumber& number) const;
     std::string dialStringOf(const std::string& canonical) const;
+    std::string extensionIn(const std::string& canonical) const;
     bool reaches(const std::string& digits, const std::string& canonical) const;
     bool isElsewhere(const WrittenNumber& number) const;
     bool isListedEmergency(std::string_view digits) const;

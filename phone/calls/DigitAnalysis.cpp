@@ -85,6 +85,11 @@ std::string DigitAnalysis::toDialString(const std::string& number) const
     return m_plan.load()->dialString(number);
 }
 
+std::string DigitAnalysis::toExtension(const std::string& number) const
+{
+    return m_plan.load()->extension(number);
+}
+
 std::string DigitAnalysis::canonicalOfDialled(const std::string& digits) const
 {
     return m_plan.load()->canonicalOfDialled(digits);

@@ -48,6 +48,7 @@ public:
     // Forgets the provider: its phonelet was stopped.
     void dropObservers() { m_pProvider = nullptr; }
     std::string toDialString(const std::string& number) const;
+    std::string toExtension(const std::string& number) const;
     // Of digits that may have those for an outside line before them.
     std::string canonicalOfDialled(const std::string& digits) const;
     // A number for people to read, of who calls and of who was called. Internal numbers, codes and what is

@@ -104,6 +104,7 @@ protected:
                        },
                        [this] { m_hooked += "stopped "; },
                        [](const std::string& number) { return "0" + number; },
+                       [](const std::string& number) { return "extension " + number; },
                        [](CallRecord& call) { call.shownNumber = "number " + call.number; }, &watcher}};
 };
 
@@ -239,8 +240,10 @@ TEST_F(Calls, ArePickedUpOnALineOnly)
     pickup.setCallToBePickedUp("33");
     calls.sendRequest(pickup);
     EXPECT_EQ(outcome(pickup), "ok");
-    EXPECT_EQ(line.calls, std::vector<std::string>{"pick up 33"});
+    EXPECT_EQ(line.calls, std::vector<std::string>{"pick up extension 33"});
     EXPECT_EQ(after(), ""); // nobody was dialling
+    ASSERT_FALSE(changes.empty());
+    EXPECT_EQ(changes.back().number, "33");
 }
 
 TEST_F(Calls, AreMonitoredOnTheOwnDevice)

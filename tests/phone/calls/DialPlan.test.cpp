@@ -146,4 +146,25 @@ TEST(DialPlan, DialsWithThePrefixesThatAreNeeded)
     EXPECT_EQ(DialPlan(DialPlanRules()).dialString("+49 30 12345"), "+493012345");
 }
 
+TEST(DialPlan, KnowsWhatTheExchangeCallsADevice)
+{
+    auto rules = berlinOffice();
+    rules.enterprisePrefix = "+49 30 23125";
+    const DialPlan office(rules);
+    for (const std::string& written : std::vector<std::string>{
+             "4711", "47-11", "+49 30 23125-4711", "030 23125 4711", "0030231254711", "23125-4711"})
+        EXPECT_EQ(office.extension(written), "4711") << written;
+    EXPECT_EQ(office.extension("201"), "201");
+    EXPECT_EQ(office.extension("030 1234567"), "00301234567"); // somewhere else
+    EXPECT_EQ(office.extension("*8101"), "*8101");
+    EXPECT_EQ(office.extension(""), "");
+
+    // From here 110 and 0815 are something else.
+    EXPECT_EQ(office.dialString("+49 30 23125-110"), "003023125110");
+    EXPECT_EQ(office.extension("+49 30 23125-110"), "110");
+    EXPECT_EQ(office.extension("+49 30 23125-0815"), "0815");
+
+    EXPECT_EQ(DialPlan(DialPlanRules()).extension("201"), "201");
+}
+
 } // namespace
