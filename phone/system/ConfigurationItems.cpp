@@ -131,7 +131,9 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
         text("outside-line", "", "What is dialled for an outside line; empty when nothing is."),
         list("other-outside-lines", "", "Further codes for an outside line that people write."),
         number("internal-digits", "digits", 0, 12, 4,
-               "Numbers up to this length are internal and left as they are."),
+               "Numbers up to this length are internal and left as they are. Where some begin like an "
+               "emergency number (1101, 1125), say so in internal-first-digits or internal-patterns: "
+               "with the handset lifted the emergency number is dialled as soon as it is complete."),
         list("internal-patterns", "",
              "If given, only these internal numbers exist; x is any digit: \"2xxx\"."),
         text("internal-first-digits", "", "If given, internal numbers begin with one of these: \"2345\"."),
@@ -159,7 +161,8 @@ std::vector<ConfigurationItem> configurationItems(const std::string& language)
              "go there."),
         number("sip-registration-time", "s", 10, 3600, 300, "How long the registrar is to know the line."),
         number("sip-port", "", 0, 65534, 0,
-               "Port on which calls come in; 0: any that is free, which a registrar gets to know."),
+               "Port on which calls come in; 0: any that is free, which a registrar gets to know. "
+               "The port behind it must be free too."),
         text("sip-pickup-code", "*8",
              "What is dialled before the number of a colleague whose call is taken."),
         number("sip-no-answer-time", "s", 5, 600, 60, "How long a call may ring before it is given up."),
