@@ -9,9 +9,11 @@ const ANNA = "+49 30 2312 5010";
 const CONTACTS = [
   { surname: "Busy", firstname: "Bob", work: "486" },
   { surname: "Miller", firstname: "Anna", work: ANNA },
+  { surname: "Colleague", firstname: "Cora", work: "201" },
   { surname: "Nobody", work: "404" },
   { surname: "Refuses", firstname: "Rita", work: "603" },
   { surname: "Short", firstname: "Sam", work: "302" },
+  { surname: "Zander", firstname: "Max" },
 ];
 const fromAnna = '<sip:+493023125010@127.0.0.1>';
 
@@ -147,6 +149,32 @@ describe("a telephone with a line", () => {
     await page.getByRole("button", { name: "Dial", exact: true }).click();
     await expectText(state("Miller, Anna"), "Connected");
     await dialler().waitFor({ state: "hidden" });
+    await page.locator("[data-key=hook]").click();
+    await isGone("Miller, Anna");
+  });
+
+  test("picks up the call that rings at a colleague's, from the menu", async () => {
+    await openPhonebook();
+    await select("Colleague, Cora");
+    await page.locator("[data-key=menu]").click();
+    await page.getByRole("menuitem", { name: "Pick up call" }).click();
+    await expectText(state("Colleague, Cora"), "Connected");
+    await page.locator("[data-key=hangup]").click();
+    await isGone("Colleague, Cora");
+  });
+
+  test("redials who was called last, where nobody is selected who could be called", async () => {
+    await openPhonebook();
+    await select("Miller, Anna");
+    await press("Enter");
+    await expectText(state("Miller, Anna"), "Connected");
+    await page.locator("[data-key=hangup]").click();
+    await isGone("Miller, Anna");
+    await select("Zander, Max");
+    await page.locator("[data-key=hook]").click();
+    await dialler().waitFor();
+    await page.getByRole("button", { name: `Redial ${ANNA}` }).click();
+    await expectText(state("Miller, Anna"), "Connected");
     await page.locator("[data-key=hook]").click();
     await isGone("Miller, Anna");
   });
