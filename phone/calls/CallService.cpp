@@ -220,7 +220,7 @@ void CallService::pickUp(CSTADirectedPickupCallRequest& request)
     };
     const auto id = startCall(request, request.getRequestingDeviceID(), Kind::PickedUp, number, take);
     if (!id.empty())
-        request.setResponse(nSUCCESS, std::make_unique<CSTAMakeCallResponse>(id));
+        request.setResponse(nSUCCESS, std::make_unique<CSTADirectedPickupCallResponse>(id));
 }
 
 // The id of the call that has begun; "" with the refusal in the request. It is reported before anything
@@ -276,13 +276,11 @@ LineIfc* CallService::lineFor(const std::string& device) const
         if (line->isInService())
             usable.push_back(line.get());
     }
-    const bool named = !device.empty() && device != nOWN_DEVICE;
-    const auto& wanted = named ? device : m_chosenLine;
-    const auto found =
-        std::find_if(usable.begin(), usable.end(), [&](auto* line) { return line->number() == wanted; });
-    if (found != usable.end())
-        return *found;
-    return usable.size() == 1 && !named ? usable.front() : nullptr;
+    if (device.empty() || device == nOWN_DEVICE)
+        return usable.size() == 1 ? usable.front() : nullptr;
+    const auto named =
+        std::find_if(usable.begin(), usable.end(), [&](auto* line) { return line->number() == device; });
+    return named == usable.end() ? nullptr : *named;
 }
 
 int CallService::causeWithoutLine() const

@@ -59,8 +59,6 @@ public:
     void removeLine(const LineIfc& line);
     // Who is asked about features of the PBX; null for no PBX. Not owned. [phonelet-thread]
     void setPbx(PbxIfc* pbx) { m_pPbx = pbx; }
-    // The line for calls that name none; "" for none chosen.
-    void chooseLine(const std::string& number) { m_chosenLine = number; }
 
     // What the user does with calls. [phonelet-thread]
 
@@ -134,7 +132,6 @@ private:
     EventPoster& m_events;
     CallHooks m_hooks;
     std::vector<std::unique_ptr<LineIfc>> m_lines;
-    std::string m_chosenLine;
     PbxIfc* m_pPbx = nullptr;
     std::vector<Call> m_calls;                       // the one that was begun or taken last is the last
     std::map<std::string, CSTAEventIfc*> m_monitors; // null for one that hears no events

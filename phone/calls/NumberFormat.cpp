@@ -42,9 +42,3 @@ std::string NumberFormat::shown(const std::string& canonical) const
     const bool isGrouped = text.find_first_not_of("0123456789") != std::string::npos;
     return isGrouped ? text : canonical;
 }
-
-bool NumberFormat::isValid(const std::string& canonical) const
-{
-    const auto number = numberIn(canonical);
-    return number && PhoneNumberUtil::GetInstance()->IsValidNumber(*number);
-}

@@ -17,10 +17,6 @@ public:
     // and what is no possible number, or fits no grouping, stays as it is. [any-thread]
     std::string shown(const std::string& canonical) const;
 
-    // Whether such a number can exist in its country: a hint, never a reason not to dial. False for all
-    // that is not "+" and digits. [any-thread]
-    bool isValid(const std::string& canonical) const;
-
 private:
     std::string m_countryCode;
 };

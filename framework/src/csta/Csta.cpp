@@ -59,6 +59,13 @@ CSTAMakeCallResponse::CSTAMakeCallResponse(std::string callId)
 
 CSTAMakeCallResponse::~CSTAMakeCallResponse() = default;
 
+CSTADirectedPickupCallResponse::CSTADirectedPickupCallResponse(std::string callId)
+    : m_callId(std::move(callId))
+{
+}
+
+CSTADirectedPickupCallResponse::~CSTADirectedPickupCallResponse() = default;
+
 CSTASnapshotDeviceResponse::CSTASnapshotDeviceResponse(std::vector<int> callStates)
     : m_callStates(std::move(callStates))
 {

@@ -124,10 +124,10 @@ TEST_F(Calls, NeedAChoiceAmongSeveralLines)
     EXPECT_EQ(dial("4711"), std::to_string(CSTAErrorCode::LINE_SELECTION_NEEDED));
     EXPECT_EQ(dial("4711", "21"), "ok");
     EXPECT_EQ(second.calls, std::vector<std::string>{"04711"});
-    calls.chooseLine("20");
-    EXPECT_EQ(dial("4712"), "ok");
-    EXPECT_EQ(first.calls, std::vector<std::string>{"04712"});
+    EXPECT_EQ(dial("4712", "localDeviceID"), std::to_string(CSTAErrorCode::LINE_SELECTION_NEEDED));
+    second.inService = false;
     EXPECT_EQ(dial("4712", "localDeviceID"), "ok");
+    EXPECT_EQ(first.calls, std::vector<std::string>{"04712"});
 }
 
 TEST_F(Calls, FromADeviceThatIsNoLineFail)
@@ -240,6 +240,9 @@ TEST_F(Calls, ArePickedUpOnALineOnly)
     pickup.setCallToBePickedUp("33");
     calls.sendRequest(pickup);
     EXPECT_EQ(outcome(pickup), "ok");
+    const auto* response = dynamic_cast<CSTADirectedPickupCallResponse*>(pickup.getResponse());
+    ASSERT_NE(response, nullptr);
+    EXPECT_EQ(response->getCallID(), line.lastCall);
     EXPECT_EQ(line.calls, std::vector<std::string>{"pick up extension 33"});
     EXPECT_EQ(after(), ""); // nobody was dialling
     ASSERT_FALSE(changes.empty());

@@ -29,7 +29,6 @@ TEST(NumberFormat, LeavesAloneWhatIsNotInFull)
          {"", "+", "4711", "110", "112", "*8101", "*21*4711#", "030 1234567", "00301234567", "0800 FLOWERS",
           "alice@example.org", "+49 30 1234567", "+49800FLOWERS", "+*21#", "Reception"}) {
         EXPECT_EQ(NumberFormat("49").shown(text), text);
-        EXPECT_FALSE(NumberFormat("49").isValid(text)) << text;
     }
 }
 
@@ -38,7 +37,6 @@ TEST(NumberFormat, LeavesAloneWhatIsNoPossibleNumber)
     for (const std::string& text : std::vector<std::string>{"+4", "+999123456", "+442", "+120255501430000",
                                                             "+" + std::string(200, '1')}) {
         EXPECT_EQ(NumberFormat("49").shown(text), text);
-        EXPECT_FALSE(NumberFormat("49").isValid(text)) << text;
     }
 }
 
@@ -46,14 +44,6 @@ TEST(NumberFormat, NeverTakesThePrefixFromANumberThatFitsNoGrouping)
 {
     EXPECT_EQ(NumberFormat("49").shown("+49170333"), "+49170333");
     EXPECT_EQ(NumberFormat("49").shown("+493012"), "+493012");
-}
-
-TEST(NumberFormat, KnowsWhichNumbersExist)
-{
-    EXPECT_TRUE(NumberFormat("49").isValid("+49301234567"));
-    EXPECT_TRUE(NumberFormat("49").isValid("+442079460958"));
-    EXPECT_FALSE(NumberFormat("49").isValid("+442000000000000"));
-    EXPECT_FALSE(NumberFormat("49").isValid("+12121234567"));
 }
 
 } // namespace

@@ -74,6 +74,17 @@ private:
     std::string m_callId;
 };
 
+// The call that was taken over, as this telephone has it now.
+class FRAMEWORK_API CSTADirectedPickupCallResponse final : public CSTAResponse {
+public:
+    explicit CSTADirectedPickupCallResponse(std::string callId);
+    ~CSTADirectedPickupCallResponse() override;
+    const std::string& getCallID() const { return m_callId; }
+
+private:
+    std::string m_callId;
+};
+
 // The calls at a device.
 class FRAMEWORK_API CSTASnapshotDeviceResponse final : public CSTAResponse {
 public:
