@@ -43,7 +43,7 @@ void SendScreen::show(const SendStatus& status)
         break;
     case SendStatus::Phase::Connecting:
     case SendStatus::Phase::Sending:
-        if (isNew)
+        if (isNew || status.isAskedFor)
             showProgress(status);
         break;
     case SendStatus::Phase::Over:
@@ -70,7 +70,7 @@ void SendScreen::showProgress(const SendStatus& status)
 {
     m_choice.dismiss();
     m_progress.setText(textOf(status));
-    if (status.phase == SendStatus::Phase::Connecting)
+    if (status.phase == SendStatus::Phase::Connecting || status.isAskedFor)
         setCurrent(m_progress);
 }
 

@@ -89,6 +89,9 @@ bool ObexService::sendContact(const std::string& name, const std::string& vCard)
 {
     if (isBusy() && m_status.phase != SendStatus::Phase::Choosing) {
         PHONE_REFUSED("%s was not sent: %s is under way", name.c_str(), m_status.contact.c_str());
+        m_status.isAskedFor = true;
+        tell();
+        m_status.isAskedFor = false;
         return false;
     }
     m_status = SendStatus();

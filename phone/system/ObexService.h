@@ -23,7 +23,8 @@ public:
     ObexService(EventPoster& events, std::filesystem::path folder, ObjectPush::Buses buses = {});
     ~ObexService() override;
 
-    // False while another contact is being sent, and when there is no Bluetooth or no device.
+    // False when there is no Bluetooth or no device, and while another contact is being sent: how that
+    // one stands is told again.
     bool sendContact(const std::string& name, const std::string& vCard) override;
 
     // What follows is for the telephone. [event thread]

@@ -41,6 +41,7 @@ struct SendStatus {
     std::vector<SendDevice> devices; // while Choosing
     std::uint64_t sent = 0;          // bytes
     std::uint64_t size = 0;          // 0: unknown
+    bool isAskedFor = false;         // nothing is new, but the user wants to send and has to wait
 
     // A text's key, what happened and what to do, with the device as its parameter; "" when Idle.
     std::string text() const;

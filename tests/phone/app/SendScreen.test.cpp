@@ -52,7 +52,8 @@ protected:
     DisplayAPI::Display* pFront = &display;
     std::string asked; // of the sender
     SendStatus status{
-        Phase::Idle, SendOutcome::None, "Ann.vcf", "", {{"00:11", "Ann's phone"}, {"00:22", "Tablet"}}, 0, 0};
+        Phase::Idle, SendOutcome::None, "Ann.vcf", "", {{"00:11", "Ann's phone"}, {"00:22", "Tablet"}}, 0, 0,
+        false};
     SendScreen screen{{events, translator, [this] { return pFront; },
                        [this](const std::string& address) { asked += "choose(" + address + ") "; },
                        [this] { asked += "cancel "; }}};
@@ -113,6 +114,18 @@ TEST_F(SendScreenTest, DoesNotComeBackOverAScreenThatTookItsPlace)
     EXPECT_EQ(onTop(), &list);
     becomes(Phase::Over, SendOutcome::Refused);
     EXPECT_TRUE(shows("phone.send.refused(Tablet)"));
+}
+
+TEST_F(SendScreenTest, ComesBackForWhoWantsToSendAnotherMeanwhile)
+{
+    becomes(Phase::Connecting);
+    becomes(Phase::Sending);
+    display.setCurrent(&list);
+    status.isAskedFor = true;
+    becomes(Phase::Sending);
+    EXPECT_TRUE(shows("phone.send.sending(Tablet)")) << host.screen();
+    press(Kind::Back);
+    EXPECT_EQ(asked, "cancel ");
 }
 
 TEST_F(SendScreenTest, IsNotShownWhileTheTelephoneIsIdle)

@@ -195,8 +195,12 @@ TEST_F(Sending, IsCancelledWhileConnecting)
     ASSERT_TRUE(becomesActive(1));
     ASSERT_TRUE(obex.sendContact("a.vcf", nCARD));
     ASSERT_TRUE(mock.awaitSession());
+    EXPECT_FALSE(screen.seen.back().isAskedFor);
     EXPECT_FALSE(obex.sendContact("b.vcf", nCARD)); // one at a time
     EXPECT_EQ(obex.status().contact, "a.vcf");
+    EXPECT_EQ(screen.seen.back().phase, Phase::Connecting);
+    EXPECT_TRUE(screen.seen.back().isAskedFor);
+    EXPECT_FALSE(obex.status().isAskedFor);
     obex.cancel();
     ASSERT_TRUE(isOver());
     EXPECT_EQ(obex.status().outcome, SendOutcome::Cancelled);
