@@ -191,9 +191,11 @@ LineTrouble Services::lineTrouble() const
 {
     if (hasLine())
         return LineTrouble::None;
-    if (m_sipLineFaulty)
+    if (m_sipLineFaulty || m_pbxLineFaulty)
         return LineTrouble::Failed;
-    return m_pSipLine ? m_pSipLine->trouble() : LineTrouble::None;
+    const auto inTrouble =
+        std::ranges::find_if(m_lines, [](const auto* line) { return line->trouble() != LineTrouble::None; });
+    return inTrouble == m_lines.end() ? LineTrouble::None : (*inTrouble)->trouble();
 }
 
 void Services::itemChanged(const std::string& name)
@@ -279,6 +281,7 @@ void Services::hurryPbx(bool urgent)
 void Services::setPbx()
 {
     const auto settings = pbxSettingsOf(m_parts.configuration);
+    m_pbxLineFaulty = !settings && takesCallsOverPbx(m_parts.configuration);
     if (m_pbx ? settings == m_pbx->settings() : !settings)
         return;
     if (m_pbx) {

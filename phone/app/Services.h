@@ -118,6 +118,7 @@ private:
     std::optional<SipSettings> m_sipLine; // what the SIP line works with
     bool m_sipLineWaits = false;          // other settings, for the end of a call
     bool m_sipLineFaulty = false;         // what the configuration says of it is wrong
+    bool m_pbxLineFaulty = false;
     LocalMgmtService m_localMgmt;
     PhysicalInterfaceService m_physicalInterface;
     DataAccessService m_dataAccess;

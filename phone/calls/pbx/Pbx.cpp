@@ -155,6 +155,12 @@ void Pbx::linkDown()
     raiseStatus(systemState_disabled, {});
 }
 
+void Pbx::linkFailed()
+{
+    if (m_pLine)
+        m_pLine->setInService(false);
+}
+
 void Pbx::received(const CstaEventContent& event)
 {
     if (const auto* call = std::get_if<CstaCallEvent>(&event)) {

@@ -43,6 +43,7 @@ public:
 private:
     void linkUp(const CstaSystemStatus& status) override;
     void linkDown() override;
+    void linkFailed() override;
     void received(const CstaEventContent& event) override;
     bool isBehind() override;
 

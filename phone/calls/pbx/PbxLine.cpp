@@ -67,6 +67,9 @@ bool PbxLine::isInService() const
 
 void PbxLine::setInService(bool inService)
 {
+    const auto trouble = inService ? LineTrouble::None : LineTrouble::Failed;
+    if (m_trouble.exchange(trouble) == trouble && !inService)
+        return;
     {
         std::lock_guard lock(m_mutex);
         m_inService = inService;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -18,6 +19,7 @@ public:
     void setObserver(LineObserverIfc* observer) override { m_pObserver = observer; }
     std::string number() const override { return m_device; }
     bool isInService() const override;
+    LineTrouble trouble() const override { return m_trouble; }
     bool placeCall(const std::string& callId, const std::string& number) override;
     bool pickUpCall(const std::string& callId, const std::string& device) override;
     void answerCall(const std::string& callId) override;
@@ -50,5 +52,6 @@ private:
     LineObserverIfc* m_pObserver = nullptr;
     mutable std::mutex m_mutex;
     bool m_inService = false;
+    std::atomic<LineTrouble> m_trouble = LineTrouble::None;
     Calls m_calls;
 };

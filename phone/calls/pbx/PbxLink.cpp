@@ -244,6 +244,8 @@ private:
             pending.answer(noAnswer("the connection ended"));
         if (wasUp)
             m_listener.linkDown();
+        else
+            m_listener.linkFailed();
         error_code ignored;
         ended->socket.close(ignored);
         m_retry.expires_after(m_pause);

@@ -21,6 +21,8 @@ public:
 
     virtual void linkUp(const CstaSystemStatus& status) = 0;
     virtual void linkDown() = 0;
+    // An attempt to get it up has failed; there will be another one.
+    virtual void linkFailed() {}
     virtual void received(const CstaEventContent& event) = 0;
     // Whether what was received is not worked off yet: the PBX has to wait then.
     virtual bool isBehind() = 0;

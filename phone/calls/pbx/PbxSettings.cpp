@@ -44,8 +44,14 @@ std::optional<PbxSettings> pbxSettingsOf(const Configuration& configuration)
         PHONE_ERROR("\"pbx-device\" must say which device of the PBX this telephone is");
         return std::nullopt;
     }
-    // With a line of its own the telephone would not know on which of two to call.
-    settings.takesCalls = configuration.yes("pbx-calls") && configuration.text("sip-user").empty();
+    settings.takesCalls = takesCallsOverPbx(configuration);
     settings.requestTimeout = std::chrono::seconds(configuration.number("pbx-request-timeout"));
     return settings;
+}
+
+// With a line of its own the telephone would not know on which of two to call.
+bool takesCallsOverPbx(const Configuration& configuration)
+{
+    return !configuration.text("pbx-server").empty() && configuration.yes("pbx-calls") &&
+           configuration.text("sip-user").empty();
 }

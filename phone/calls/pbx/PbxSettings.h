@@ -27,3 +27,7 @@ struct PbxSettings {
 // Nothing when there is no PBX. What is wrong with the items is in the log.
 // [any-thread]
 std::optional<PbxSettings> pbxSettingsOf(const Configuration& configuration);
+
+// Whether calls are to be placed over a PBX, however well the configuration says over which.
+// [any-thread]
+bool takesCallsOverPbx(const Configuration& configuration);

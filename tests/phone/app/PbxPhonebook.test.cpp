@@ -93,6 +93,9 @@ protected:
 };
 
 class PbxTabOfAPhone : public PhoneAtAPbx {};
+class PbxLineOfAPhone : public PhoneAtAPbx {};
+
+constexpr char FAULTY[] = "The line\u2019s server cannot be used. The log says why.";
 
 } // namespace
 
@@ -206,4 +209,44 @@ TEST_F(PhoneAtAPbx, CallsOverIt)
     const auto call = pbx.receive();
     EXPECT_NE(call.xml.find("<calledDirectoryNumber>4711</calledDirectoryNumber>"), std::string::npos)
         << call.xml;
+}
+
+TEST_F(PbxLineOfAPhone, IsMissedOnTheIdleScreen)
+{
+    ASSERT_TRUE(pbx.welcome());
+    EXPECT_TRUE(shows("Line ready"));
+    EXPECT_TRUE(showsNo(FAULTY));
+    pbx.close();
+    EXPECT_TRUE(shows(FAULTY));
+    ASSERT_TRUE(pbx.welcome());
+    EXPECT_TRUE(showsNo(FAULTY));
+}
+
+TEST_F(PbxLineOfAPhone, IsMissedWhereThePbxWasNeverReached)
+{
+    ASSERT_TRUE(pbx.accept());
+    pbx.close();
+    EXPECT_TRUE(shows(FAULTY));
+}
+
+TEST(PbxLineOfAnotherPhone, IsMissedWithoutUsableSettings)
+{
+    const TemporaryFolder folder;
+    PhoneOptions options;
+    options.profile = Profile::in(folder.path());
+    options.catalogues = Resources::beside(BIN_DIR).catalogues;
+    const auto advice = [&](std::map<std::string, std::string> items) {
+        items["language"] = "en";
+        options.items = std::move(items);
+        auto phone = Phone::create(options).value();
+        phone->start();
+        EXPECT_TRUE(phone->events().waitUntilDone(10s));
+        const auto screen = DisplayAPI::toText(*phone->frames().latest());
+        phone->stop();
+        return screen.find(FAULTY) != screen.npos;
+    };
+    EXPECT_TRUE(advice({{"pbx-server", "pbx.example.com"}, {"pbx-device", "100"}}));
+    EXPECT_TRUE(advice({{"pbx-server", "127.0.0.1:1040"}}));
+    EXPECT_FALSE(advice({{"pbx-server", "pbx.example.com"}, {"pbx-device", "100"}, {"pbx-calls", "false"}}));
+    EXPECT_FALSE(advice({}));
 }

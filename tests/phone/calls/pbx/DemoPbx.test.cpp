@@ -82,7 +82,10 @@ protected:
         line = m_pbx->makeLine();
         line->setObserver(&listener);
         m_pbx->start();
-        ASSERT_EQ(listener.calls.next(), "in");
+        auto service = listener.calls.next();
+        if (service == "out") // the first attempts failed
+            service = listener.calls.next();
+        ASSERT_EQ(service, "in");
         ASSERT_EQ(listener.phonebook.next(), "available");
     }
     ~DemonstrationPbx() override { m_pbx.reset(); }
