@@ -173,12 +173,26 @@ protected:
         return done.get();
     }
 
-    void place(const std::string& id)
+    void place(const std::string& id, const std::string& pbxId = "7")
     {
         ASSERT_TRUE(line->placeCall(id, "4711"));
-        EXPECT_EQ(peer.answer("<MakeCallResponse><callingDevice><deviceID>100</deviceID><callID>7</callID>"
-                              "</callingDevice></MakeCallResponse>"),
+        EXPECT_EQ(peer.answer(ofCall(pbxId, "<MakeCallResponse><callingDevice><deviceID>100</deviceID>"
+                                            "<callID>7</callID></callingDevice></MakeCallResponse>")),
                   "MakeCall");
+    }
+    // What is said of call 7, said of another.
+    static std::string ofCall(const std::string& pbxId, const std::string& said)
+    {
+        const std::string usual = "<callID>7</callID>";
+        return std::string(said).replace(said.find(usual), usual.size(), "<callID>" + pbxId + "</callID>");
+    }
+    // The PBX hears that call `pbxId` is to end, and ends it.
+    void expectEnd(const std::string& pbxId)
+    {
+        const auto clear = peer.receive();
+        EXPECT_NE(clear.xml.find("<connectionToBeCleared><callID>" + pbxId + "</callID>"), std::string::npos);
+        peer.send(clear.invokeId, "<ClearConnectionResponse/>");
+        peer.event(ofCall(pbxId, cleared("100", "normalClearing")));
     }
 
     // An event of call 7 at `at`.
@@ -422,6 +436,45 @@ TEST_F(PbxCalls, RingAreAnsweredAndEnd)
               std::string::npos);
     peer.send(clear.invokeId, "<ClearConnectionResponse/>");
     peer.event(cleared("100", "normalClearing"));
+    EXPECT_EQ(calls.next(), "1 over: cleared");
+}
+
+TEST_F(PbxCalls, GoTheirOwnWaysWhenThereAreTwo)
+{
+    connect();
+    place("1");
+    place("2", "8");
+    const auto alerting = event("Delivered", "connection", "4711",
+                                device("alertingDevice", "4711") + device("callingDevice", "100"));
+    const auto established =
+        event("Established", "establishedConnection", "4711", device("answeringDevice", "4711"));
+    peer.event(ofCall("8", alerting));
+    EXPECT_EQ(calls.next(), "2 alerting");
+    peer.event(alerting);
+    EXPECT_EQ(calls.next(), "1 alerting");
+    peer.event(established);
+    EXPECT_EQ(calls.next(), "1 connected");
+    peer.event(ofCall("8", established));
+    EXPECT_EQ(calls.next(), "2 connected");
+
+    line->clearCall("1");
+    expectEnd("7");
+    EXPECT_EQ(calls.next(), "1 over: cleared");
+    line->clearCall("2");
+    expectEnd("8");
+    EXPECT_EQ(calls.next(), "2 over: cleared");
+}
+
+TEST_F(PbxCalls, GoOnWhenThePbxRefusesAnother)
+{
+    connect();
+    connectCall();
+    ASSERT_TRUE(line->placeCall("2", "4712"));
+    EXPECT_EQ(peer.answer("<CSTAErrorCode><operation>invalidCalledDeviceID</operation></CSTAErrorCode>"),
+              "MakeCall");
+    EXPECT_EQ(calls.next(), "2 failed: not found");
+    line->clearCall("1");
+    expectEnd("7");
     EXPECT_EQ(calls.next(), "1 over: cleared");
 }
 
