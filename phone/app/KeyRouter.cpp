@@ -66,19 +66,23 @@ void KeyRouter::screenKey(const Key& key)
         m_stage.home();
 }
 
-// Who lifts the handset for a call that rings does not want to dial.
+// Who lifts the handset for a call that rings does not want to dial; who puts it down after another does not
+// want to take it.
 void KeyRouter::hookKey()
 {
-    if (m_dialling.answer(""))
+    const bool isPutDown = m_offHook && m_dialling.isCalling();
+    if (!isPutDown && m_dialling.answer("")) {
         setHandset(true);
-    else
+        m_dialling.liftedForCall();
+    } else {
         setOffHook(!m_offHook);
+    }
 }
 
 void KeyRouter::hangUpKey()
 {
     m_dialPad = false;
-    if (m_dialling.rejectOnly())
+    if (!m_dialling.isCalling() && m_dialling.end(""))
         return;
     if (m_offHook)
         setOffHook(false);

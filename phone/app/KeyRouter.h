@@ -21,14 +21,15 @@ public:
     // What the telephone dials with.
     struct Dialling {
         std::function<void(bool offHook)> hook;
+        std::function<void()> liftedForCall;
         std::function<void(char digit)> digit;
         std::function<void()> hangUp;
+        // Whether there is a call to hang up.
+        std::function<bool()> isCalling;
         // These two do it to the call of that id, or for "" to the call that rings; false when there
         // is none.
         std::function<bool(const std::string& call)> answer;
         std::function<bool(const std::string& call)> end;
-        // Rejects the call that rings; false when there is none, or another one to hang up first.
-        std::function<bool()> rejectOnly;
     };
 
     // `phonebook` is the phonelet that the phonebook key opens; null when there is none.

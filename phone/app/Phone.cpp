@@ -297,9 +297,12 @@ KeyRouter::Dialling Phone::dialling()
         // With a call in front, it is what the handset is lifted for.
         if (!offHook)
             hangUp();
-        else if (!m_services->calls().isCalling())
+        else if (m_services->calls().isCalling())
+            m_services->digits().liftedForCall();
+        else
             m_services->digits().offHook();
     };
+    const auto liftedForCall = [this] { m_services->digits().liftedForCall(); };
     const auto digit = [this](char typed) {
         // What is in front takes no digits: the telephone itself does.
         if (m_stage.front() && !m_services->digits().hasProvider())
@@ -318,10 +321,8 @@ KeyRouter::Dialling Phone::dialling()
     const auto end = [this](const std::string& call) {
         return call.empty() ? m_services->calls().reject() : m_services->calls().end(call);
     };
-    const auto rejectOnly = [this] {
-        return !m_services->calls().isCalling() && m_services->calls().reject();
-    };
-    return {hook, digit, hangUp, answer, end, rejectOnly};
+    const auto isCalling = [this] { return m_services->calls().isCalling(); };
+    return {hook, liftedForCall, digit, hangUp, isCalling, answer, end};
 }
 
 // It takes the screen, and the place of what was being dialled.

@@ -234,7 +234,7 @@ void Services::setSipLine()
         return;
     // A call is worth more than a setting.
     if (m_pSipLine && m_calls.hasCalls()) {
-        setSipLineLater();
+        setLinesLater();
         return;
     }
     removeLine(m_pSipLine);
@@ -246,16 +246,17 @@ void Services::setSipLine()
     addLine(std::move(line));
 }
 
-void Services::setSipLineLater()
+void Services::setLinesLater()
 {
-    if (std::exchange(m_sipLineWaits, true))
+    if (std::exchange(m_linesWait, true))
         return;
     m_parts.timers.callAt(m_parts.clock.now() + nCALL_CHECK, "line settings",
                           [this, alive = std::weak_ptr(m_alive)] {
                               if (alive.expired())
                                   return;
-                              m_sipLineWaits = false;
+                              m_linesWait = false;
                               setSipLine();
+                              setPbx();
                           });
 }
 
@@ -284,6 +285,10 @@ void Services::setPbx()
     m_pbxLineFaulty = !settings && takesCallsOverPbx(m_parts.configuration);
     if (m_pbx ? settings == m_pbx->settings() : !settings)
         return;
+    if (m_pPbxLine && m_calls.hasCalls()) {
+        setLinesLater();
+        return;
+    }
     if (m_pbx) {
         m_pbx->stop();
         m_calls.setPbx(nullptr);

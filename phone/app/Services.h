@@ -101,7 +101,7 @@ private:
     void setSending();
     // The line that the configuration names, in the place of the one before; after the last call.
     void setSipLine();
-    void setSipLineLater();
+    void setLinesLater();
     // The same with the PBX.
     void setPbx();
 
@@ -116,7 +116,7 @@ private:
     const LineIfc* m_pPbxLine = nullptr; // among them, as the next one; null for none
     const LineIfc* m_pSipLine = nullptr;
     std::optional<SipSettings> m_sipLine; // what the SIP line works with
-    bool m_sipLineWaits = false;          // other settings, for the end of a call
+    bool m_linesWait = false;             // other settings, for the end of a call
     bool m_sipLineFaulty = false;         // what the configuration says of it is wrong
     bool m_pbxLineFaulty = false;
     LocalMgmtService m_localMgmt;

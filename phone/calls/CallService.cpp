@@ -24,6 +24,9 @@ void refuse(CSTARequest& request, int cause)
     request.setResponse(nERROR, std::make_unique<CSTAErrorCode>(cause));
 }
 
+// Whether there is something to hang up in it.
+const auto isOn = [](const auto& call) { return !call.record.rings() && !call.ended; };
+
 } // namespace
 
 CallService::CallService(EventPoster& events, CallHooks hooks)
@@ -56,6 +59,13 @@ void CallService::removeLine(const LineIfc& line)
         callStateChanged(call.record.id, CallState::Null, CallEnd::Unreachable);
     }
     m_lines.erase(found);
+    hearReports(); // they know the line by its address, which another may have next
+}
+
+bool CallService::hasCalls()
+{
+    hearReports();
+    return !m_calls.empty();
 }
 
 bool CallService::answer()
@@ -77,8 +87,7 @@ bool CallService::reject()
 void CallService::hangUp()
 {
     hearReports();
-    const auto front =
-        std::find_if(m_calls.rbegin(), m_calls.rend(), [](const auto& call) { return !call.record.rings(); });
+    const auto front = std::find_if(m_calls.rbegin(), m_calls.rend(), isOn);
     if (front != m_calls.rend())
         end(*front);
 }
@@ -103,7 +112,7 @@ bool CallService::end(const std::string& callId)
 bool CallService::isCalling()
 {
     hearReports();
-    return std::ranges::any_of(m_calls, [](const auto& call) { return !call.record.rings(); });
+    return std::ranges::any_of(m_calls, isOn);
 }
 
 std::vector<CallService::Call>::iterator CallService::find(const std::string& callId)

@@ -73,7 +73,7 @@ public:
     bool answer(const std::string& callId);
     bool end(const std::string& callId);
 
-    bool hasCalls() const { return !m_calls.empty(); }
+    bool hasCalls();
     // Whether there is a call in front.
     bool isCalling();
 

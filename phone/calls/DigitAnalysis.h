@@ -59,6 +59,8 @@ public:
 
     // Off-hook reports dialling started, with no digits yet.
     void offHook();
+    // The handset was lifted for a call: nothing is dialled yet, but digits that follow time out.
+    void liftedForCall() { m_offHook = true; }
     // Reports dialling started with the first digit. One that comes after the report was delivered
     // begins anew: while the dialler is on the screen, digits are the dialler's.
     void digit(char digit);

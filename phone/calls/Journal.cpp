@@ -110,12 +110,14 @@ Journal::Journal(const std::filesystem::path& file, const Clock& clock, EventPos
 }
 
 void Journal::remember(const std::filesystem::path& file)
-{
+try {
     Database kept(file, Database::Mode::ReadOnly);
     auto records = recordsIn(kept);
     std::ranges::reverse(records);
     for (const auto& [texts] : records)
         add(*m_pDatabase, texts[0], texts[1], texts[2]);
+} catch (const SqliteError& error) {
+    PHONE_ERROR("its calls cannot be read either: %s", error.message.c_str());
 }
 
 Journal::~Journal() = default;

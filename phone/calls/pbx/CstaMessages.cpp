@@ -160,6 +160,7 @@ constexpr std::array CALL_EVENTS = {
     CallEventElements{"FailedEvent", CstaCallEvent::Kind::Failed, "failedConnection", "failingDevice"},
     CallEventElements{"ConnectionClearedEvent", CstaCallEvent::Kind::ConnectionCleared, "droppedConnection",
                       "releasingDevice"},
+    CallEventElements{"DivertedEvent", CstaCallEvent::Kind::Diverted, "connection", "divertingDevice"},
 };
 
 CstaEventContent callEventIn(const CallEventElements& elements, const CstaElement& message)

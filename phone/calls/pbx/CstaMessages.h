@@ -62,10 +62,10 @@ struct CstaSystemStatus {
 CstaSystemStatus systemStatusIn(const CstaElement& message);
 
 struct CstaCallEvent {
-    enum class Kind { Originated, Delivered, Established, Failed, ConnectionCleared };
+    enum class Kind { Originated, Delivered, Established, Failed, ConnectionCleared, Diverted };
     Kind kind = Kind::Originated;
     CstaConnection connection;
-    std::string device;  // that alerts, answers, fails or releases
+    std::string device;  // that alerts, answers, fails, releases or diverts
     std::string calling; // "" when it is not known, or not to be known
     std::string cause;
 };

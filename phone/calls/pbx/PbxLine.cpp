@@ -8,6 +8,7 @@
 namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/pbx/PbxLine";
+constexpr std::size_t nMOST_CALLS = 16; // more do not come in
 
 struct Reason {
     std::string_view word; // an event's cause, or an error's value
@@ -57,12 +58,6 @@ PbxLine::PbxLine(std::string device, PbxLink& link)
     : m_device(std::move(device))
     , m_link(link)
 {
-}
-
-bool PbxLine::isInService() const
-{
-    std::lock_guard lock(m_mutex);
-    return m_inService;
 }
 
 void PbxLine::setInService(bool inService)
@@ -123,14 +118,19 @@ void PbxLine::pickUp(const std::string& callId, const std::string& device,
           {"pickedCall", "callID"});
 }
 
-// The answer to `request` has the PBX's name for the call at `idAt`.
+// The answer to `request` has the PBX's name for the call at `idAt`. Without an answer, what events have said
+// of the call holds.
 void PbxLine::begin(const std::string& callId, CstaElement request,
                     std::initializer_list<std::string_view> idAt)
 {
     m_link.request(std::move(request),
                    [this, callId, path = std::vector(idAt)](const Result<CstaElement>& answer) {
                        std::lock_guard lock(m_mutex);
-                       if (const auto refusal = refusalIn(answer))
+                       const auto call = find(callId);
+                       const bool goesOn = !answer && call != m_calls.end() && !call->pbxId.empty();
+                       if (goesOn)
+                           known(callId, "");
+                       else if (const auto refusal = refusalIn(answer))
                            end(callId, CallState::Failed, *refusal);
                        else
                            known(callId, answer.value().textAt({path[0], path[1]}));
@@ -142,7 +142,7 @@ void PbxLine::known(const std::string& callId, const std::string& pbxId)
     const auto call = find(callId);
     if (call == m_calls.end())
         return;
-    if (call->pbxId.empty())
+    if (!pbxId.empty()) // what an event said before was a guess
         call->pbxId = pbxId;
     if (call->pbxId.empty())
         end(call, CallState::Failed, CallEnd::Other);
@@ -158,8 +158,9 @@ void PbxLine::answerCall(const std::string& callId)
         return;
     m_link.request(::answerCall({call->pbxId, m_device}), [this, callId](const Result<CstaElement>& answer) {
         std::lock_guard answered(m_mutex);
-        if (const auto refusal = refusalIn(answer))
-            end(callId, CallState::Failed, *refusal);
+        // Otherwise it still rings, and the PBX says how it goes on.
+        if (refusalIn(answer) == CallEnd::NotFound)
+            end(callId, CallState::Failed, CallEnd::NotFound);
     });
 }
 
@@ -191,7 +192,7 @@ void PbxLine::follow(const CstaCallEvent& event)
     std::lock_guard lock(m_mutex);
     auto call = callOf(event);
     if (call == m_calls.end()) {
-        if (event.kind == Kind::Delivered && event.device == m_device)
+        if (event.kind == Kind::Delivered && event.device == m_device && m_calls.size() < nMOST_CALLS)
             m_calls.push_back(
                 {m_pObserver->callOffered(*this, {event.calling, ""}), event.connection.callId});
         return;
@@ -215,6 +216,10 @@ void PbxLine::follow(const CstaCallEvent& event)
         else
             clear(*call); // the other one has gone
         break;
+    case Kind::Diverted:
+        if (event.device == m_device || event.connection.deviceId == m_device)
+            end(call, CallState::Null, CallEnd::Cleared); // it rings elsewhere, or was taken there
+        break;
     }
 }
 
@@ -225,7 +230,8 @@ PbxLine::Calls::iterator PbxLine::callOf(const CstaCallEvent& event)
     using Kind = CstaCallEvent::Kind;
     const auto named = std::ranges::find(m_calls, event.connection.callId, &Call::pbxId);
     const bool isOffer = event.kind == Kind::Delivered && event.device == m_device;
-    const bool isEnd = event.kind == Kind::Failed || event.kind == Kind::ConnectionCleared;
+    const bool isEnd =
+        event.kind == Kind::Failed || event.kind == Kind::ConnectionCleared || event.kind == Kind::Diverted;
     const bool isOwn =
         event.calling == m_device || event.device == m_device || event.connection.deviceId == m_device;
     if (named != m_calls.end() || isOffer || isEnd || !isOwn)

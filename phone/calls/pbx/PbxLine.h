@@ -18,7 +18,7 @@ public:
 
     void setObserver(LineObserverIfc* observer) override { m_pObserver = observer; }
     std::string number() const override { return m_device; }
-    bool isInService() const override;
+    bool isInService() const override { return m_inService; }
     LineTrouble trouble() const override { return m_trouble; }
     bool placeCall(const std::string& callId, const std::string& number) override;
     bool pickUpCall(const std::string& callId, const std::string& device) override;
@@ -51,7 +51,7 @@ private:
     PbxLink& m_link;
     LineObserverIfc* m_pObserver = nullptr;
     mutable std::mutex m_mutex;
-    bool m_inService = false;
+    std::atomic<bool> m_inService = false;
     std::atomic<LineTrouble> m_trouble = LineTrouble::None;
     Calls m_calls;
 };

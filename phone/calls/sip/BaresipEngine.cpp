@@ -68,10 +68,15 @@ BaresipEngine::~BaresipEngine()
     stop();
 }
 
+// What this computer does not give, such as IPv6 or another descriptor, it may give later.
 void BaresipEngine::start()
 {
-    if (const auto started = tryToStart(); !started)
-        fail(started.error().sentence);
+    try {
+        if (const auto started = tryToStart(); !started)
+            fail(started.error().sentence);
+    } catch (const boost::system::system_error& error) {
+        fail(error.what());
+    }
 }
 
 Result<void> BaresipEngine::tryToStart()
@@ -161,6 +166,7 @@ void BaresipEngine::fail(const std::string& reason)
     PHONE_ERROR("the SIP engine (Debian's package baresip-core) is started again in %lld ms: %s",
                 static_cast<long long>(m_delay.count()), reason.c_str());
     stop();
+    m_hooks.failed();
     startLater();
 }
 

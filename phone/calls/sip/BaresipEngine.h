@@ -22,6 +22,7 @@ public:
     struct Hooks {
         std::function<void()> up; // it takes commands
         std::function<void()> down;
+        std::function<void()> failed; // it could not be started, or has ended by itself
         std::function<void(const EngineMessage&)> said;
     };
 

@@ -142,6 +142,7 @@ void SipLine::run()
     m_engine = std::make_unique<BaresipEngine>(
         m_io, m_settings,
         BaresipEngine::Hooks{[this] { engineIsUp(); }, [this] { engineIsDown(); },
+                             [this] { setInService(false, LineTrouble::Failed); },
                              [this](const EngineMessage& message) { said(message); }});
     m_engine->start();
     m_io.run();

@@ -95,7 +95,7 @@ protected:
 class PbxTabOfAPhone : public PhoneAtAPbx {};
 class PbxLineOfAPhone : public PhoneAtAPbx {};
 
-constexpr char FAULTY[] = "The line\u2019s server cannot be used. The log says why.";
+constexpr char FAULTY[] = "The line cannot be used. The log says why.";
 
 } // namespace
 

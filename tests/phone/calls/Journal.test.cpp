@@ -160,6 +160,23 @@ TEST_F(CallJournal, RemembersTheCallsOfAFileThatCanBeReadOnly)
     EXPECT_EQ(contentOf(folder / "journal.db"), before);
 }
 
+TEST_F(CallJournal, BeginsAnewBesideAFileThatCannotBeReadAfterAPowerCut)
+{
+    dial("4711");
+    journal.reset();
+    writeFile(folder / "journal.db-journal", "what was being written");
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
+    std::filesystem::permissions(folder / "journal.db", std::filesystem::perms(0444));
+    {
+        const AsOrdinaryUser user;
+        restart();
+        EXPECT_NE(journal->notice().find("journal.db"), std::string::npos);
+        dial("4713");
+        EXPECT_EQ(journal->dialled().size(), 1u);
+    }
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+}
+
 TEST_F(CallJournal, SurvivesAFullDisk)
 {
     journal->addObserver(&observer);

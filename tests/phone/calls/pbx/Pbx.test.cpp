@@ -545,6 +545,38 @@ TEST_F(PbxCalls, EndedBeforeThePbxHasNamedThemAreEndedThen)
     EXPECT_EQ(calls.next(), "1 over: cleared");
 }
 
+TEST_F(PbxCalls, GoOnWhenThePbxTellsOfThemAndNeverAnswers)
+{
+    auto settings = peer.settings();
+    settings.requestTimeout = std::chrono::milliseconds(1000);
+    attach(settings);
+    connect();
+    ASSERT_TRUE(line->placeCall("1", "4711"));
+    EXPECT_EQ(peer.receiveName(), "MakeCall");
+    peer.event(event("Originated", "originatedConnection", "100", device("callingDevice", "100")));
+    peer.event(event("Established", "establishedConnection", "4711", device("answeringDevice", "4711")));
+    EXPECT_EQ(calls.next(), "1 connected");
+    ASSERT_TRUE(line->placeCall("2", "4712"));
+    EXPECT_EQ(peer.receiveName(), "MakeCall");
+    peer.event(TestPbx::row(0, "not silent"));
+    EXPECT_EQ(calls.next(), "2 failed: unreachable"); // nobody has told of this one
+
+    line->clearCall("1");
+    EXPECT_EQ(peer.receiveName(), "ClearConnection");
+}
+
+TEST_F(PbxCalls, AreThoseThatThePbxAnswersWithWhateverEventsCameBefore)
+{
+    connect();
+    ASSERT_TRUE(line->placeCall("1", "4711"));
+    const auto made = peer.receive();
+    peer.event(event("Originated", "originatedConnection", "100", device("callingDevice", "100")));
+    peer.send(made.invokeId,
+              "<MakeCallResponse><callingDevice><callID>8</callID></callingDevice></MakeCallResponse>");
+    line->clearCall("1");
+    EXPECT_NE(peer.receive().xml.find("<callID>8</callID>"), std::string::npos);
+}
+
 TEST_F(PbxCalls, FailWithAnAnswerThatNamesNone)
 {
     connect();
@@ -600,6 +632,52 @@ TEST_F(PbxCalls, ComeInAndAreRejectedOrGiveUp)
     ringHere();
     peer.event(cleared("100", "callCancelled"));
     EXPECT_EQ(calls.next(), "offered over: cleared");
+}
+
+TEST_F(PbxCalls, RingOnWhenThePbxDoesNotLetThemBeAnswered)
+{
+    connect();
+    ringHere();
+    line->answerCall("offered");
+    EXPECT_EQ(peer.answer("<CSTAErrorCode><stateIncompatibility>connectedCallExists</stateIncompatibility>"
+                          "</CSTAErrorCode>"),
+              "AnswerCall");
+    peer.event(cleared("100", "callCancelled"));
+    EXPECT_EQ(calls.next(), "offered over: cleared");
+
+    ringHere();
+    line->answerCall("offered");
+    peer.answer("<CSTAErrorCode><stateIncompatibility>noCallToAnswer</stateIncompatibility></CSTAErrorCode>");
+    EXPECT_EQ(calls.next(), "offered failed: not found");
+}
+
+TEST_F(PbxCalls, AreOverWhenTheyAreTakenElsewhere)
+{
+    connect();
+    ringHere();
+    peer.event(event("Diverted", "connection", "100", device("divertingDevice", "100")));
+    EXPECT_EQ(calls.next(), "offered over: cleared");
+
+    connectCall();
+    peer.event(event("Diverted", "connection", "4711", device("divertingDevice", "4711")));
+    peer.event(cleared("100", "normalClearing"));
+    EXPECT_EQ(calls.next(), "1 over: cleared");
+}
+
+TEST_F(PbxCalls, ComeInAsManyAsATelephoneCanBearOnly)
+{
+    connect();
+    for (int i = 0; i < 17; ++i) {
+        peer.event("<DeliveredEvent><monitorCrossRefID>m1</monitorCrossRefID><connection><callID>c" +
+                   std::to_string(i) + "</callID><deviceID>100</deviceID></connection>" +
+                   device("alertingDevice", "100") + device("callingDevice", "0301") + "</DeliveredEvent>");
+    }
+    for (int i = 0; i < 16; ++i)
+        ASSERT_EQ(calls.next(), "offered by 0301");
+    peer.close();
+    for (int i = 0; i < 16; ++i)
+        ASSERT_EQ(calls.next(), "offered over: unreachable");
+    EXPECT_EQ(calls.next(), "out");
 }
 
 TEST_F(PbxCalls, ThatRingElsewhereArePickedUp)

@@ -47,6 +47,8 @@ const char* word(CstaCallEvent::Kind kind)
         return "failed";
     case CstaCallEvent::Kind::ConnectionCleared:
         return "cleared";
+    case CstaCallEvent::Kind::Diverted:
+        return "diverted";
     }
     return "?";
 }

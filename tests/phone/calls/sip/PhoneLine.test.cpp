@@ -128,7 +128,7 @@ TEST_F(PhoneLine, SaysOnTheIdleScreenWhyItIsNotThere)
     };
     folder.write("config.toml", "sip-user = \"100\"\n");
     start();
-    EXPECT_TRUE(shows("The line\u2019s server cannot be used. The log says why."));
+    EXPECT_TRUE(shows("The line cannot be used. The log says why."));
     Sipp refusing("refuses-to-register", "403 Forbidden");
     folder.write("config.toml",
                  "sip-user = \"100\"\nsip-server = \"127.0.0.1:" + std::to_string(refusing.port()) + "\"\n");

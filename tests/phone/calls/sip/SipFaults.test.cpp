@@ -2,6 +2,8 @@
 #include <csignal>
 #include <thread>
 
+#include <sys/resource.h>
+
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ip/udp.hpp>
@@ -63,8 +65,10 @@ protected:
                                          ": name a free one in \"sip-port\"") != std::string::npos;
             });
         }));
+        EXPECT_TRUE(soon([this] { return line->trouble() == LineTrouble::Failed; }));
         other.close();
         EXPECT_TRUE(watcher.isInService(*line));
+        EXPECT_EQ(line->trouble(), LineTrouble::None);
     }
     int controlPort() const
     {
@@ -129,6 +133,23 @@ TEST_F(SipFaults, APortThatSomebodyElseHasIsNamed)
     expectToBeNamed<udp::socket>(0);
     expectToBeNamed<tcp::acceptor>(0);
     expectToBeNamed<tcp::acceptor>(1); // where the engine listens for TLS
+}
+
+TEST_F(SipFaults, AComputerThatGivesNothingIsWaitedFor)
+{
+    useLine(freePort());
+    ASSERT_TRUE(watcher.isInService(*line));
+    const auto process = engine();
+    ASSERT_GT(process, 0);
+    rlimit given{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &given), 0);
+    const rlimit none{0, given.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    ::kill(process, SIGKILL);
+    EXPECT_TRUE(soon([this] { return line->trouble() == LineTrouble::Failed; }));
+    EXPECT_TRUE(watcher.isInService(*line, false));
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &given), 0);
+    EXPECT_TRUE(watcher.isInService(*line));
 }
 
 TEST_F(SipFaults, NoCallIsPlacedWhileTheEngineIsGone)
