@@ -8,6 +8,7 @@
 
 #include "Heard.h"
 #include "TestPbx.h"
+#include "directory/ldap/KnownHost.h"
 
 namespace {
 
@@ -530,8 +531,9 @@ TEST_F(Link, IsStoppedAtAnyTime)
 
 TEST_F(Link, LooksNamesUp)
 {
+    const KnownHost known("pbx.example.com", {"127.0.0.1"});
     auto named = pbx.settings();
-    named.host = "localhost";
+    named.host = "pbx.example.com";
     start(named);
     ASSERT_TRUE(pbx.welcome());
     EXPECT_EQ(heard(), "up normal available");
