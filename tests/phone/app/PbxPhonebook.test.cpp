@@ -229,6 +229,26 @@ TEST_F(PbxLineOfAPhone, IsMissedWhereThePbxWasNeverReached)
     EXPECT_TRUE(shows(FAULTY));
 }
 
+TEST_F(PbxLineOfAPhone, ChangesAfterTheCallThatThereIs)
+{
+    ASSERT_TRUE(pbx.welcome());
+    pbx.event("<DeliveredEvent><monitorCrossRefID>m1</monitorCrossRefID><connection><callID>7</callID>"
+              "<deviceID>100</deviceID></connection><alertingDevice><deviceIdentifier>100</deviceIdentifier>"
+              "</alertingDevice><callingDevice><deviceIdentifier>0301</deviceIdentifier></callingDevice>"
+              "</DeliveredEvent>");
+    ASSERT_TRUE(shows("Incoming call"));
+    profile.write("config.toml", "pbx-calls = false\n");
+    phone->reloadConfiguration();
+    ASSERT_TRUE(phone->events().waitUntilDone(10s));
+    EXPECT_TRUE(shows("Incoming call"));
+
+    phone->keys().press(keysFromWord("hangup")->front());
+    EXPECT_EQ(pbx.answer("<CSTAErrorCode><operation>invalidConnectionID</operation></CSTAErrorCode>"),
+              "ClearConnection");
+    ASSERT_TRUE(pbx.welcome()); // under the new setting
+    EXPECT_TRUE(shows("No line"));
+}
+
 TEST(PbxLineOfAnotherPhone, IsMissedWithoutUsableSettings)
 {
     const TemporaryFolder folder;
