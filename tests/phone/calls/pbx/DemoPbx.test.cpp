@@ -150,6 +150,7 @@ TEST_F(DemonstrationPbx, SwitchesItsPhonebookOff)
     press("up");
     EXPECT_NE(rows(6).find("> Switch off"), std::string::npos);
     press("ok");
+    EXPECT_EQ(rows(1), "0 \n"); // nothing of it stays
     EXPECT_EQ(listener.phonebook.next(), "unavailable");
     EXPECT_FALSE(activate());
 }
