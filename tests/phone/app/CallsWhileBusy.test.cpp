@@ -4,14 +4,11 @@
 
 #include <atomic>
 
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <framework/services/PhonebookSearchCriteria.h>
 #include <framework/services/PhonebookSearchResults.h>
 #include <framework/services/Utils.h>
 
+#include "../SilentServer.h"
 #include "../TemporaryFolder.h"
 #include "../calls/TestLine.h"
 #include "ScriptedPhonelet.h"
@@ -25,45 +22,6 @@ using namespace std::chrono_literals;
 using DisplayAPI::FrameCall;
 
 namespace {
-
-// A server that takes every connection and never says a word.
-class SilentServer {
-public:
-    SilentServer()
-    {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto* any = reinterpret_cast<sockaddr*>(&address);
-        EXPECT_EQ(::bind(m_listener, any, size), 0);
-        EXPECT_EQ(::listen(m_listener, 8), 0);
-        EXPECT_EQ(::getsockname(m_listener, any, &size), 0);
-        m_port = ntohs(address.sin_port);
-    }
-    ~SilentServer()
-    {
-        ::close(m_conversation);
-        ::close(m_listener);
-    }
-
-    SilentServer(const SilentServer&) = delete;
-    SilentServer& operator=(const SilentServer&) = delete;
-
-    int port() const { return m_port; }
-    // Waits until somebody has asked for something.
-    void awaitQuestion()
-    {
-        m_conversation = ::accept(m_listener, nullptr, nullptr);
-        char byte = 0;
-        EXPECT_EQ(::recv(m_conversation, &byte, 1, 0), 1);
-    }
-
-private:
-    const int m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    int m_conversation = -1;
-    int m_port = 0;
-};
 
 class CallsWhileBusy : public testing::Test {
 protected:

@@ -2,11 +2,8 @@
 
 #include <future>
 
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include "CorporateDirectory.h"
+#include "SilentServer.h"
 
 using namespace std::chrono_literals;
 
@@ -14,29 +11,11 @@ namespace {
 
 class SearchInVain : public CorporateDirectory {
 protected:
-    SearchInVain()
-    {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto* any = reinterpret_cast<sockaddr*>(&address);
-        EXPECT_EQ(::bind(m_listener, any, size), 0);
-        EXPECT_EQ(::listen(m_listener, 8), 0);
-        EXPECT_EQ(::getsockname(m_listener, any, &size), 0);
-        m_uri = "ldap://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
-        configure({});
-    }
-    ~SearchInVain() override
-    {
-        for (const int conversation : m_conversations)
-            ::close(conversation);
-        ::close(m_listener);
-    }
+    SearchInVain() { configure({}); }
 
     Items common() const override
     {
-        return {{"ldap-servers", m_uri},
+        return {{"ldap-servers", "ldap://127.0.0.1:" + std::to_string(server.port())},
                 {"ldap-base", "dc=example,dc=com"},
                 {"ldap-security", "none"},
                 {"ldap-connect-timeout", "60"},
@@ -55,24 +34,8 @@ protected:
             return Outcome{status, results.getRecords()};
         });
     }
-    // Waits until the server has been asked for something, which it does not answer.
-    void awaitQuestion()
-    {
-        m_conversations.push_back(::accept(m_listener, nullptr, nullptr));
-        char first = 0;
-        EXPECT_EQ(::recv(m_conversations.back(), &first, 1, MSG_PEEK), 1);
-    }
-    // Closes the conversations, as a server does that ends.
-    void hangUp()
-    {
-        for (const int conversation : m_conversations)
-            ::shutdown(conversation, SHUT_RDWR);
-    }
 
-private:
-    const int m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    std::string m_uri;
-    std::vector<int> m_conversations;
+    SilentServer server;
 };
 
 constexpr auto nAT_ONCE = 10s; // far below the times of the search
@@ -87,7 +50,7 @@ template <typename Search> bool endsAtOnce(const Search& search)
 TEST_F(SearchInVain, IsGivenUpWithoutAWordWhenItsUserHasNoTime)
 {
     auto search = startSearch();
-    awaitQuestion();
+    server.awaitQuestion();
     client.setUrgent(true);
     ASSERT_TRUE(endsAtOnce(search));
     const auto outcome = search.get();
@@ -106,13 +69,13 @@ TEST_F(SearchInVain, IsNotBegunWhileThereIsNoTime)
 TEST_F(SearchInVain, IsBegunAgainWhenThereIsTime)
 {
     auto givenUp = startSearch();
-    awaitQuestion();
+    server.awaitQuestion();
     client.setUrgent(true);
     givenUp.wait();
 
     client.setUrgent(false);
     auto search = startSearch();
-    awaitQuestion();
+    server.awaitQuestion();
     client.setUrgent(true);
     EXPECT_TRUE(endsAtOnce(search));
 }
@@ -120,7 +83,7 @@ TEST_F(SearchInVain, IsBegunAgainWhenThereIsTime)
 TEST_F(SearchInVain, EndsWhenTheTelephoneIsSwitchedOff)
 {
     auto search = startSearch();
-    awaitQuestion();
+    server.awaitQuestion();
     client.cancel();
     ASSERT_TRUE(endsAtOnce(search));
     EXPECT_EQ(search.get().status, DIRECTORY_CONNECTION_FAILURE);
@@ -130,11 +93,11 @@ TEST_F(SearchInVain, EndsWhenTheTelephoneIsSwitchedOff)
 TEST_F(SearchInVain, GoesOnUnderItsOwnSettingsWhenOthersAreWritten)
 {
     auto search = startSearch();
-    awaitQuestion();
+    server.awaitQuestion();
     configure({{"ldap-servers", ""}});
     EXPECT_EQ(searchSurname("mil*"), DIRECTORY_NOT_CONFIGURED) << "asked under the new ones";
     EXPECT_EQ(search.wait_for(0s), std::future_status::timeout);
-    hangUp();
+    server.hangUp();
     ASSERT_TRUE(endsAtOnce(search));
     EXPECT_EQ(search.get().status, DIRECTORY_CONNECTION_FAILURE);
 }
@@ -142,7 +105,7 @@ TEST_F(SearchInVain, GoesOnUnderItsOwnSettingsWhenOthersAreWritten)
 TEST_F(SearchInVain, EndsWithAllThatWaitForIt)
 {
     auto first = startSearch();
-    awaitQuestion();
+    server.awaitQuestion();
     auto second = startSearch();
     auto third = startSearch();
     client.cancel();
