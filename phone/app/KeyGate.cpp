@@ -24,14 +24,21 @@ KeyGate::Verdict KeyGate::press(const PhoneKey& key)
 {
     if (!belongsToTheTelephone(key))
         return judge(key);
-    if (key.kind == Kind::Home)
-        ++m_timesHome;
+    if (leaves(key))
+        ++m_timesLeft;
     countUrgent(+1);
     m_events.postFirst("key", [this, key] {
         countUrgent(-1);
         m_actions.route(key);
     });
     return Verdict::Passed;
+}
+
+// Whether the user ends what they were doing.
+bool KeyGate::leaves(const PhoneKey& key) const
+{
+    const bool putsDown = key.kind == Kind::Hook && m_frames.newest()->signs.offHook;
+    return putsDown || key.kind == Kind::HangUp || key.kind == Kind::Home;
 }
 
 void KeyGate::countUrgent(int by)
@@ -60,8 +67,8 @@ KeyGate::Verdict KeyGate::judge(const PhoneKey& key)
 
 void KeyGate::queue(const PhoneKey& key)
 {
-    m_events.post("key", [this, key, timesHome = m_timesHome.load()] {
-        if (timesHome == m_timesHome)
+    m_events.post("key", [this, key, timesLeft = m_timesLeft.load()] {
+        if (timesLeft == m_timesLeft)
             m_actions.route(key);
     });
 }

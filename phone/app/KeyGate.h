@@ -6,8 +6,9 @@
 // at one screen never acts on the next.
 //
 // What belongs to the telephone itself (hook, hang up, keys for calls, home) is never judged and goes before
-// everything that is queued; keys that were queued before Home are forgotten with it. Until such a
-// key has its turn the event thread may wait for nothing: a search that runs is given up.
+// everything that is queued. Keys that were queued before the user went home, hung up or put the handset
+// down are forgotten: digits that were being dialled would be letters now. Until such a key has its turn
+// the event thread may wait for nothing: a search that runs is given up.
 
 #pragma once
 
@@ -40,6 +41,7 @@ public:
     Verdict press(const PhoneKey& key);
 
 private:
+    bool leaves(const PhoneKey& key) const;
     Verdict judge(const PhoneKey& key);
     void queue(const PhoneKey& key);
     void countUrgent(int by);
@@ -47,7 +49,7 @@ private:
     EventThread& m_events;
     const FrameStore& m_frames;
     const Actions m_actions;
-    std::atomic<unsigned> m_timesHome{0};
+    std::atomic<unsigned> m_timesLeft{0};
     std::mutex m_urgentMutex;
     int m_urgent = 0; // keys that wait and must not
 };

@@ -105,19 +105,26 @@ TEST_F(KeyGateTest, LetsNobodyWaitUntilHookHangUpAndHomeHaveHadTheirTurn)
     EXPECT_EQ(hurries, (std::vector<bool>{true, false}));
 }
 
-TEST_F(KeyGateTest, LetsTheHookGoBeforeKeysThatWait)
+TEST_F(KeyGateTest, ForgetsKeysThatWaitWhenTheUserGoesHomeOrHangsUp)
 {
-    press(Key::Kind::Ok);
-    press(PhoneKey::Kind::Hook);
-    events.runPending();
-    EXPECT_EQ(routed, (Kinds{PhoneKey::Kind::Hook, DISPLAY}));
+    for (const auto leaving : {PhoneKey::Kind::Home, PhoneKey::Kind::HangUp}) {
+        routed.clear();
+        press(Key::Kind::Ok);
+        press(leaving);
+        press(PhoneKey::Kind::Phonebook);
+        events.runPending();
+        EXPECT_EQ(routed, (Kinds{leaving, PhoneKey::Kind::Phonebook}));
+    }
 }
 
-TEST_F(KeyGateTest, ForgetsKeysThatWaitWhenTheUserGoesHome)
+TEST_F(KeyGateTest, ForgetsKeysThatWaitWhenTheHandsetIsPutDownButNotWhenItIsLifted)
 {
-    press(Key::Kind::Ok);
-    press(PhoneKey::Kind::Home);
-    press(PhoneKey::Kind::Phonebook);
-    events.runPending();
-    EXPECT_EQ(routed, (Kinds{PhoneKey::Kind::Home, PhoneKey::Kind::Phonebook}));
+    for (const bool offHook : {false, true}) {
+        frames.setHook(offHook, false);
+        routed.clear();
+        press(Key::Kind::Ok);
+        press(PhoneKey::Kind::Hook);
+        events.runPending();
+        EXPECT_EQ(routed, offHook ? Kinds{PhoneKey::Kind::Hook} : (Kinds{PhoneKey::Kind::Hook, DISPLAY}));
+    }
 }
