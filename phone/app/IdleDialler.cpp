@@ -18,6 +18,15 @@ void IdleDialler::clear()
     m_actions.changed(m_digits);
 }
 
+void IdleDialler::clearAll()
+{
+    m_refusal.clear();
+    if (m_digits.empty())
+        return;
+    m_digits.clear();
+    m_actions.changed(m_digits);
+}
+
 void IdleDialler::dial()
 {
     if (!m_digits.empty())

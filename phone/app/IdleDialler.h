@@ -28,6 +28,8 @@ public:
     void typed(char digit);
     // Takes the last digit away.
     void clear();
+    // Takes away what was typed, and what is said of the last call.
+    void clearAll();
     // Dials what was typed.
     void dial();
 

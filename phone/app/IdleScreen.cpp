@@ -115,16 +115,31 @@ void IdleScreen::tellTime() const
 
 bool IdleScreen::keyPressed(const Key& key)
 {
-    const bool dialling = !m_parts.dialler.digits().empty();
-    if (dialling && (key.kind == Key::Kind::Ok || key.kind == Key::Kind::Clear)) {
-        key.kind == Key::Kind::Ok ? m_parts.dialler.dial() : m_parts.dialler.clear();
+    if (!m_parts.dialler.digits().empty() && editsDigits(key.kind))
         return true;
-    }
     const auto opener = m_parts.variant.softKeyBar ? Key::Kind::SoftKey : Key::Kind::Ok;
     if (key.kind != opener || key.index != 0)
         return false;
     m_parts.openPhonebook();
     return true;
+}
+
+bool IdleScreen::editsDigits(Key::Kind kind)
+{
+    switch (kind) {
+    case Key::Kind::Ok:
+        m_parts.dialler.dial();
+        return true;
+    case Key::Kind::Clear:
+        m_parts.dialler.clear();
+        return true;
+    case Key::Kind::ClearAll:
+    case Key::Kind::Back:
+        m_parts.dialler.clearAll();
+        return true;
+    default:
+        return false;
+    }
 }
 
 milliseconds IdleScreen::nextMinute() const

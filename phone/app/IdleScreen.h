@@ -38,14 +38,18 @@ public:
 
     DisplayAPI::Frame paint() const;
 
-    // OK dials what was typed. Otherwise the soft key, or OK without one, opens the phonebook. False
-    // when the key means nothing here.
+    // OK dials what was typed, the clear key takes the last digit away, held down or with Back all of them.
+    // Otherwise the soft key, or OK without one, opens the phonebook. False when the key means nothing here.
     bool keyPressed(const DisplayAPI::Key& key);
+    // The user went home, from here too: what was typed is forgotten.
+    void homePressed() { m_parts.dialler.clearAll(); }
 
     // When its time next changes, by Clock::now().
     std::chrono::milliseconds nextMinute() const;
 
 private:
+    // Whether it was a key for the digits.
+    bool editsDigits(DisplayAPI::Key::Kind kind);
     void tellTime() const;
     std::vector<std::string> texts() const;
 

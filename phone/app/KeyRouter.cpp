@@ -28,6 +28,7 @@ void KeyRouter::route(const PhoneKey& key)
         break;
     case PhoneKey::Kind::Home:
         m_dialPad = false;
+        m_idle.homePressed();
         m_stage.home();
         break;
     case PhoneKey::Kind::Hook:
@@ -105,7 +106,7 @@ void KeyRouter::setHandset(bool lifted)
 
 bool KeyRouter::dials(const Key& key, char& digit) const
 {
-    constexpr std::string_view DIGITS = "0123456789*#";
+    constexpr std::string_view DIALLED = "0123456789*#+";
     if (!m_offHook && !m_dialPad)
         return false;
     if (key.kind == Key::Kind::Digit)
@@ -115,6 +116,6 @@ bool KeyRouter::dials(const Key& key, char& digit) const
     else
         return false;
     auto* front = m_stage.front();
-    return DIGITS.find(digit) != DIGITS.npos &&
+    return DIALLED.find(digit) != DIALLED.npos &&
            !(front && front->display().paint().top().role == FrameRole::Dialler);
 }

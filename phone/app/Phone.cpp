@@ -337,7 +337,7 @@ void Phone::callAccepted()
 void Phone::eventDone()
 {
     m_updates.eventDone();
-    forgetCancelledDigits();
+    forgetDigitsOutOfSight();
     if (auto* front = m_stage.front())
         front->display().eventDone();
     else
@@ -346,16 +346,25 @@ void Phone::eventDone()
     m_callBar.repaint();
 }
 
-// A dialler that was closed must not dial what it held when the time for another digit is over.
-void Phone::forgetCancelledDigits()
+// What is not on the screen any more must not be dialled when the time for another digit is over: what was
+// typed at the idle screen that a phonelet has covered, and what a dialler held that is closed or shows
+// another number now.
+void Phone::forgetDigitsOutOfSight()
 {
     auto* front = m_stage.front();
-    if (!front || !m_services->digits().isDialling())
+    if (!front)
+        return;
+    auto& digits = m_services->digits();
+    m_idleDialler.handleDialingStopped();
+    digits.clearCallContextProvider(&m_idleDialler);
+    if (!digits.isDialling())
         return;
     const auto frame = front->display().paint();
-    if (std::ranges::none_of(frame.popups,
-                             [](const auto& popup) { return popup.role == FrameRole::Dialler; }))
-        m_services->digits().dialingStopped();
+    const auto dialler = std::ranges::find(frame.popups, FrameRole::Dialler, &DisplayAPI::FrameScreen::role);
+    if (dialler == frame.popups.end())
+        digits.dialingStopped();
+    else
+        digits.replace(dialler->dialler.edit);
 }
 
 void Phone::becomeIdle()

@@ -106,7 +106,7 @@ private:
     bool dialsItself(const std::string& number, const std::string& device);
     // The cause of a refusal (CSTAErrorCode); nothing when the call has begun.
     std::optional<int> placeCall(const std::string& number, const std::string& device);
-    void forgetCancelledDigits();
+    void forgetDigitsOutOfSight();
     void becomeIdle();
     Result<std::unique_ptr<Phonelet>> makePhonelet(const PhoneletLibrary& named);
 

@@ -136,6 +136,14 @@ void DigitAnalysis::digit(char digit)
     awaitMoreDigits(true);
 }
 
+void DigitAnalysis::replace(const std::string& digits)
+{
+    if (m_digits == digits)
+        return;
+    m_digits = digits;
+    stopTimer();
+}
+
 void DigitAnalysis::onHook()
 {
     m_offHook = false;

@@ -64,6 +64,9 @@ public:
     // Reports dialling started with the first digit. One that comes after the report was delivered
     // begins anew: while the dialler is on the screen, digits are the dialler's.
     void digit(char digit);
+    // The dialler shows these digits now, in the place of others: they are not waited upon. Nothing when
+    // they are the same.
+    void replace(const std::string& digits);
     // Reports dialling stopped if it had started.
     void onHook();
     bool isOffHook() const { return m_offHook; }

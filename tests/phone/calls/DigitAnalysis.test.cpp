@@ -224,6 +224,26 @@ TEST_F(Digits, TakenBackOrCompleteNoLongerTimeOut)
     EXPECT_EQ(after(1min), "");
 }
 
+TEST_F(Digits, ThatOthersHaveReplacedNoLongerTimeOutUntilOneIsTyped)
+{
+    analysis.offHook();
+    EXPECT_EQ(after(), "started() ");
+    analysis.setDialString("302", 0);
+    analysis.replace("030");
+    EXPECT_EQ(after(20s), "");
+    analysis.setDialString("0301", 0);
+    EXPECT_EQ(after(5s), "timeout(0301) ");
+}
+
+TEST_F(Digits, ThatAreStillTheSameGoOnTimingOut)
+{
+    analysis.offHook();
+    EXPECT_EQ(after(), "started() ");
+    analysis.setDialString("302", 0);
+    analysis.replace("302");
+    EXPECT_EQ(after(5s), "timeout(302) ");
+}
+
 TEST_F(Digits, ThatNeverComeAreReportedToo)
 {
     analysis.offHook();
