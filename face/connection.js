@@ -92,13 +92,13 @@ export class Connection {
   open() {
     const socket = new WebSocket(`ws://${location.host}/face`, `deskbook.${this.token}`);
     let opened = false;
-    socket.onopen = () => {
-      opened = true;
-      this.socket = socket;
-      this.wait = SHORTEST_WAIT;
-      this.onState("connected");
+    socket.onopen = () => { opened = true; };
+    socket.onmessage = (event) => {
+      const message = JSON.parse(event.data);
+      this.onMessage(message);
+      if (message.frame && this.socket !== socket)
+        this.connected(socket);
     };
-    socket.onmessage = (event) => this.onMessage(JSON.parse(event.data));
     socket.onclose = async () => {
       this.socket = null;
       this.keys.forget(); // they were meant for a screen that may be another one then
@@ -106,6 +106,13 @@ export class Connection {
       setTimeout(() => this.open(), this.wait);
       this.wait = Math.min(2 * this.wait, LONGEST_WAIT);
     };
+  }
+
+  /** Keys are taken as soon as their screen is there. @param {WebSocket} socket */
+  connected(socket) {
+    this.socket = socket;
+    this.wait = SHORTEST_WAIT;
+    this.onState("connected");
   }
 
   /** A telephone that serves its page but not its screen does not know our token. */

@@ -103,6 +103,34 @@ describe("the page", () => {
       }
     });
 
+  test("takes no keys before its screen is there, and gives it the keyboard then", async () => {
+    const late = await page.context().newPage();
+    let letThrough = () => {};
+    let speaks = () => {};
+    const screenIsThere = new Promise((resolve) => { letThrough = resolve; });
+    const textsAreThere = new Promise((resolve) => { speaks = resolve; });
+    await late.routeWebSocket(/\/face$/, (socket) => {
+      const server = socket.connectToServer();
+      socket.onMessage((message) => server.send(message));
+      server.onMessage(async (message) => {
+        if (JSON.parse(message).frame)
+          await screenIsThere;
+        socket.send(message);
+        speaks();
+      });
+    });
+    await late.goto(telephone.address);
+    await textsAreThere;
+    await late.locator("button[data-key=phonebook]").click();
+    assert.equal(await late.evaluate(() => document.body.dataset.state), "reconnecting");
+    letThrough();
+    await late.locator("body[data-state=connected] .idle").waitFor();
+    await late.locator("button[data-key=phonebook]").click();
+    await late.getByRole("listbox").and(late.locator(":focus")).waitFor();
+    await late.locator("button[data-key=home]").click();
+    await late.locator(".idle").waitFor();
+  });
+
   test("shows how long a call has been connected", async () => {
     await page.clock.install({ time: 0 });
     await page.reload();
