@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, afterEach, before, beforeEach, describe, test } from "node:test";
-import { SilentDirectory, Slapd } from "./directory.mjs";
+import { FarDirectory, SilentDirectory, Slapd } from "./directory.mjs";
 import { Telephone, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
 
 const LONG = "Wolfeschlegelsteinhausenbergerdorffwelchevoralternwarengewissenhaftschafers";
@@ -18,6 +18,7 @@ const PEOPLE = [
 ];
 const SHOWN_AT_MOST = 20;
 const ACKNOWLEDGED = 100; // ms
+const WHILE_SEARCHING = 20_000; // ms, which a search that nobody answers outlasts
 
 let browser;
 let slapd;
@@ -268,6 +269,34 @@ describe("a telephone without soft keys", () => {
   });
 });
 
+describe("a directory far away", () => {
+  let far;
+  before(async () => {
+    far = await new FarDirectory(slapd, 100).start();
+    await openTelephone(far.config);
+  });
+  after(async () => {
+    await closeTelephone();
+    await far.end();
+  });
+
+  test("leaves an input method its place, wherever it was searched from", async () => {
+    await openMenu();
+    await choose("Advanced search");
+    await field("First name").click();
+    await page.keyboard.type("an*");
+    await chooseOption("Find");
+    await row("Miller, Anna").waitFor();
+    await page.keyboard.insertText("Øz");
+    await expectText(page.locator(".search .found"), "Øz");
+    await press("Enter");
+    await popup("status").waitFor();
+    await row("Øzgür, 王伟").waitFor();
+    await page.keyboard.insertText("Ø");
+    await expectText(page.locator(".search .found"), /^Ø$/);
+  });
+});
+
 describe("a directory that stays silent", () => {
   let silent;
   before(async () => { silent = await new SilentDirectory().start(); });
@@ -326,9 +355,9 @@ describe("a directory that stays silent", () => {
 
     test("holds up nobody who goes to the idle screen", async () => {
       await press("Home");
-      await page.locator(".idle").waitFor({ timeout: 1000 });
+      await page.locator(".idle").waitFor({ timeout: WHILE_SEARCHING });
       await page.locator("[data-key=phonebook]").click();
-      await page.getByRole("listbox").waitFor({ timeout: 1000 });
+      await page.getByRole("listbox").waitFor({ timeout: WHILE_SEARCHING });
       assert.equal(await popup("alert").count(), 0);
       assert.equal(await page.locator(".search .found").textContent(), "mil");
       await press("Enter"); // and can be asked again
@@ -337,10 +366,10 @@ describe("a directory that stays silent", () => {
 
     test("holds up nobody who lifts the handset", async () => {
       await page.getByRole("button", { name: "Speaker" }).click();
-      await popup("dialog").waitFor({ timeout: 1000 });
+      await popup("dialog").waitFor({ timeout: WHILE_SEARCHING });
       await expectText(popup("dialog"), "Please dial");
       await page.getByRole("button", { name: "Hang up" }).click();
-      await popup("dialog").waitFor({ state: "detached", timeout: 1000 });
+      await popup("dialog").waitFor({ state: "detached", timeout: WHILE_SEARCHING });
     });
   });
 

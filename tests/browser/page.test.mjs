@@ -125,7 +125,7 @@ describe("the page", () => {
     await row("Adams, Alice").and(selected()).waitFor();
     await page.keyboard.press("Enter");
     await popup("alert").waitFor();
-    await popup("alert").waitFor({ state: "detached", timeout: 5000 });
+    await popup("alert").waitFor({ state: "detached" });
   });
 
   test("deletes a contact after asking", async () => {
@@ -188,7 +188,7 @@ describe("the page", () => {
     await expectNoViolations("message");
     await page.emulateMedia({ colorScheme: "dark" });
     await expectNoViolations("message in the dark");
-    await popup("alert").waitFor({ state: "detached", timeout: 5000 });
+    await popup("alert").waitFor({ state: "detached" });
     await expectNoViolations("list in the dark");
     await page.getByRole("button", { name: "Speaker" }).click();
     await popup("dialog").waitFor();
