@@ -92,6 +92,8 @@ void SendScreen::setCurrent(DisplayAPI::Displayable& popup)
 
 TranslationInfo SendScreen::textOf(const SendStatus& status) const
 {
+    if (!status.namesDevice())
+        return {status.text(), &m_parts.translator};
     return {status.text(), &m_parts.translator, status.device};
 }
 

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "app/PhoneLog.h"
+#include "directory/ContactText.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ constexpr char nPUSH_SERVICE[] = "org.bluez.obex";
 constexpr char nCLIENT[] = "org.bluez.obex.Client1";
 constexpr char nTRANSFER[] = "org.bluez.obex.Transfer1";
 constexpr char nDBUS[] = "org.freedesktop.DBus";
+constexpr std::size_t nLONGEST_NAME = 60; // characters
 constexpr std::chrono::seconds nTRY_AGAIN_AFTER{10};
 constexpr std::chrono::seconds nLONGEST_CONNECTING{60}; // the user of the device may be asked
 
@@ -69,7 +71,8 @@ std::vector<SendDevice> pairedDevices(const Objects& objects)
         if (device == interfaces.end() || !valueOf<bool>(device->second, "Paired"))
             continue;
         const auto address = valueOf<std::string>(device->second, "Address");
-        const auto name = valueOf<std::string>(device->second, "Alias");
+        // Whoever owns it has chosen its name.
+        const auto name = fitText(valueOf<std::string>(device->second, "Alias"), nLONGEST_NAME);
         devices.push_back({address, name.empty() ? address : name});
     }
     std::sort(devices.begin(), devices.end(), [](const auto& one, const auto& other) {

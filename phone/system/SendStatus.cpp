@@ -28,6 +28,14 @@ const char* textOf(SendOutcome outcome)
 
 } // namespace
 
+bool SendStatus::namesDevice() const
+{
+    const bool isOverWithDevice = outcome == SendOutcome::Sent || outcome == SendOutcome::Refused ||
+                                  outcome == SendOutcome::NotSupported || outcome == SendOutcome::OutOfRange;
+    return phase == Phase::Connecting || phase == Phase::Sending ||
+           (phase == Phase::Over && isOverWithDevice);
+}
+
 std::string SendStatus::text() const
 {
     switch (phase) {

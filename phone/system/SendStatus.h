@@ -43,8 +43,10 @@ struct SendStatus {
     std::uint64_t size = 0;          // 0: unknown
     bool isAskedFor = false;         // nothing is new, but the user wants to send and has to wait
 
-    // A text's key, what happened and what to do, with the device as its parameter; "" when Idle.
+    // A text's key, what happened and what to do; "" when Idle.
     std::string text() const;
+    // Whether that text has the device as its parameter.
+    bool namesDevice() const;
 };
 
 class SendStatusObserver {

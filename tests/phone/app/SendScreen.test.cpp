@@ -96,6 +96,22 @@ TEST_F(SendScreenTest, TellsHowItStandsUntilItIsOver)
     EXPECT_EQ(onTop(), &list);
 }
 
+TEST_F(SendScreenTest, NamesTheDeviceOnlyWhereItIsTheDeviceThatMatters)
+{
+    becomes(Phase::Choosing);
+    EXPECT_FALSE(shows("("));
+    for (const auto outcome :
+         {SendOutcome::Cancelled, SendOutcome::NoDevice, SendOutcome::NoService, SendOutcome::Failed}) {
+        becomes(Phase::Over, outcome);
+        EXPECT_FALSE(shows("(Tablet)")) << host.screen();
+    }
+    for (const auto outcome :
+         {SendOutcome::Sent, SendOutcome::Refused, SendOutcome::NotSupported, SendOutcome::OutOfRange}) {
+        becomes(Phase::Over, outcome);
+        EXPECT_TRUE(shows("(Tablet)")) << host.screen();
+    }
+}
+
 TEST_F(SendScreenTest, CanBeCancelledOnItsWay)
 {
     becomes(Phase::Connecting);

@@ -167,6 +167,15 @@ TEST_F(Sending, AsksWhichOfThePairedDevices)
     EXPECT_EQ(mock.destination(), nTABLET);
 }
 
+TEST_F(Sending, ShowsADevicesNameOnOneLineThatReadsInItsDirection)
+{
+    mock.addDevice(nTABLET, "Bob\n\u202Ephone", true);
+    mock.addDevice(nPHONE, std::string(200, 'A'), true);
+    ASSERT_TRUE(becomesActive(2));
+    EXPECT_EQ(obex.devices(),
+              (std::vector<SendDevice>{{nPHONE, std::string(60, 'A')}, {nTABLET, "Bob phone"}}));
+}
+
 TEST_F(Sending, GoesToTheDeviceThatIsNamed)
 {
     mock.addDevice(nTABLET, "Tablet", true);
