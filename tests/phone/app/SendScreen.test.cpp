@@ -99,7 +99,7 @@ TEST_F(SendScreenTest, TellsHowItStandsUntilItIsOver)
 TEST_F(SendScreenTest, NamesTheDeviceOnlyWhereItIsTheDeviceThatMatters)
 {
     becomes(Phase::Choosing);
-    EXPECT_FALSE(shows("("));
+    EXPECT_FALSE(shows("phone.send.choose("));
     for (const auto outcome :
          {SendOutcome::Cancelled, SendOutcome::NoDevice, SendOutcome::NoService, SendOutcome::Failed}) {
         becomes(Phase::Over, outcome);
