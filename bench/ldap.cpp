@@ -95,15 +95,15 @@ public:
     int searchBare(const std::string& surname)
     {
         const auto& settings = m_setup.settings;
-        const auto filter = ldapFilterOf({{Utils::SURNAME, surname}}, settings, true)->text;
-        LdapRecordReader reader(settings.attributes, m_noNumbers);
+        const auto filter = ldapFilterOf({{Utils::SURNAME, surname}}, settings, true).value();
+        LdapRecordReader reader(settings.attributes, filter);
         const auto names = reader.attributes();
         std::vector<char*> attributes;
         for (const auto& name : names)
             attributes.push_back(const_cast<char*>(name.c_str()));
         attributes.push_back(nullptr);
         LDAPMessage* answer = nullptr;
-        ldap_search_ext_s(m_bare, settings.base.c_str(), LDAP_SCOPE_SUBTREE, filter.c_str(),
+        ldap_search_ext_s(m_bare, settings.base.c_str(), LDAP_SCOPE_SUBTREE, filter.text.c_str(),
                           attributes.data(), 0, nullptr, nullptr, nullptr, settings.sizeLimit, &answer);
         int entries = 0;
         for (auto* entry = ldap_first_entry(m_bare, answer); entry; entry = ldap_next_entry(m_bare, entry)) {
@@ -170,7 +170,6 @@ private:
     const fs::path m_folder;
     TestAuthority m_authority;
     Slapd m_server;
-    const std::vector<LdapFilter::NumberTest> m_noNumbers;
     LdapSetup m_setup;
     ManualClock m_clock;
     NoEvents m_events;

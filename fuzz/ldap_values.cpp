@@ -51,8 +51,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto filter = ldapFilterOf(criteria, theSettings, false);
     expect(!filter || isOneFilter(filter->text));
 
-    const auto numbers = filter ? filter->numbers : std::vector<LdapFilter::NumberTest>();
-    LdapRecordReader reader(theSettings.attributes, numbers);
+    const auto wanted = filter.value_or(LdapFilter());
+    LdapRecordReader reader(theSettings.attributes, wanted);
     for (const auto* attribute : {"sn", "cn", "telephoneNumber", "postalAddress", first.c_str()}) {
         reader.add(attribute, first);
         reader.add(attribute, second);

@@ -66,7 +66,7 @@ public:
     explicit Survey(const LdapSettings& settings)
         : m_map(settings.attributes)
         , m_nickname(settings.nickname)
-        , m_reader(m_map, {})
+        , m_reader(m_map, m_anything)
     {
         for (const auto& attribute : attributes())
             m_carry[attribute] = 0;
@@ -164,6 +164,7 @@ private:
 
     const LdapAttributeMap& m_map;
     const bool m_nickname;
+    const LdapFilter m_anything;
     LdapRecordReader m_reader;
     Counts m_carry; // entries, by attribute
     Counts m_have;  // records, by field

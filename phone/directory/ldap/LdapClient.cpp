@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <framework/services/Utils.h>
-#include <framework/util/Utf8Utils.h>
 
 #include "app/PhoneLog.h"
 #include "directory/ldap/LdapRecord.h"
@@ -23,28 +22,22 @@ constexpr std::chrono::minutes nKEPT{5};
 // A filter for numbers finds some too many: that many more may come for each that is wanted.
 constexpr int nNUMBER_SURPLUS = 10;
 
-bool beginsWith(std::string text, std::string beginning)
+bool beginsAsAskedFor(const AttributeList& record, const LdapFilter& filter)
 {
-    Utf8Utils::normalize(text);
-    Utf8Utils::normalize(beginning);
-    return Utf8Utils::find(text, beginning) == 0;
-}
-
-bool hasSurname(const AttributeList& record, const std::string& beginning)
-{
-    return std::any_of(record.begin(), record.end(), [&](const auto& field) {
-        return field.first == Utils::SURNAME && beginsWith(field.second, beginning);
+    return std::ranges::all_of(filter.beginnings, [&record](const auto& beginning) {
+        return std::ranges::any_of(record, [&beginning](const auto& field) {
+            return field.first == beginning.field && beginning.isOf(field.second);
+        });
     });
 }
 
 // The list searches its rows for what was typed; it must not where no row begins with it.
 AttributeList trailer(const std::vector<AttributeList>& records, const LdapFilter& filter)
 {
-    const bool byNickname = filter.surnameBesideNickname && !records.empty() &&
-                            std::none_of(records.begin(), records.end(), [&filter](const auto& record) {
-                                return hasSurname(record, *filter.surnameBesideNickname);
-                            });
-    return {{Utils::NICKNAME, byNickname ? "true" : "false"}};
+    const bool byOtherName = !records.empty() && std::ranges::none_of(records, [&filter](const auto& record) {
+        return beginsAsAskedFor(record, filter);
+    });
+    return {{Utils::NICKNAME, byOtherName ? "true" : "false"}};
 }
 
 } // namespace
@@ -272,7 +265,7 @@ void LdapClient::ask(Job& job)
 void LdapClient::query(Job& job)
 {
     const auto& settings = job.setup->settings;
-    LdapRecordReader reader(settings.attributes, job.filter.numbers);
+    LdapRecordReader reader(settings.attributes, job.filter);
     const auto wanted = static_cast<std::size_t>(settings.sizeLimit);
     LdapSearch what{job.base, settings.scope, job.filter.text, reader.attributes(), settings.sizeLimit};
     if (!job.filter.numbers.empty())

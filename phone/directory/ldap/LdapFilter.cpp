@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <framework/services/Utils.h>
+#include <framework/util/Utf8Utils.h>
 
 namespace {
 
@@ -123,16 +124,16 @@ private:
             addOtherNames(items, value, valueOf(criteria, Utils::NICKNAME));
         if (items.empty())
             return std::nullopt;
+        if (const auto beginning = value.substr(0, value.find('*')); !beginning.empty())
+            m_filter.beginnings.push_back({name, beginning});
         return anyOf(items);
     }
 
     void addOtherNames(std::vector<std::string>& items, const std::string& surname,
                        const std::string& nickname)
     {
-        if (m_nicknames && !nickname.empty()) {
+        if (m_nicknames && !nickname.empty())
             addItems(items, m_settings.attributes.nickname, filterValueOf(nickname));
-            m_filter.surnameBesideNickname = surname.substr(0, surname.find('*'));
-        }
         const auto& map = m_settings.attributes;
         if (!map.findsByDisplayName || map.displayName.empty())
             return;
@@ -156,6 +157,14 @@ std::string escapedFilterValue(std::string_view text)
     for (const char c : text)
         escape(result, c);
     return result;
+}
+
+bool LdapFilter::Beginning::isOf(std::string value) const
+{
+    auto beginning = text;
+    Utf8Utils::normalize(value);
+    Utf8Utils::normalize(beginning);
+    return Utf8Utils::find(value, beginning) == 0;
 }
 
 bool isOneFilter(std::string_view text)

@@ -45,9 +45,16 @@ struct LdapFilter {
     };
     std::vector<NumberTest> numbers;
 
-    // The text that surnames begin with when they are found by the surname; nothing unless nicknames
-    // are looked for too.
-    std::optional<std::string> surnameBesideNickname;
+    // How a text field begins that an entry was found by: as asked for, up to the first `*`. Another
+    // value or another name of the entry may have matched instead.
+    struct Beginning {
+        std::string field; // Utils::SURNAME and so on
+        std::string text;
+
+        // As the telephone's list would find the value.
+        bool isOf(std::string value) const;
+    };
+    std::vector<Beginning> beginnings;
 };
 
 // Nothing when no entry can match, or nothing is asked for: no criterion, a number without digits, a

@@ -61,8 +61,7 @@ std::string shownText(std::string_view value)
 
 } // namespace
 
-LdapRecordReader::LdapRecordReader(const LdapAttributeMap& map,
-                                   const std::vector<LdapFilter::NumberTest>& numbers)
+LdapRecordReader::LdapRecordReader(const LdapAttributeMap& map, const LdapFilter& filter)
 {
     const auto slotsOf = [this](const std::vector<std::string>& attributes) {
         std::vector<std::size_t> slots;
@@ -70,10 +69,13 @@ LdapRecordReader::LdapRecordReader(const LdapAttributeMap& map,
             slots.push_back(slotOf(attribute));
         return slots;
     };
-    for (const auto& field : map.fields)
-        m_fields.push_back({field.name, slotsOf(field.attributes)});
-    m_displayName = slotsOf(map.displayName);
-    for (const auto& test : numbers)
+    for (const auto& field : map.fields) {
+        const auto wanted = std::ranges::find(filter.beginnings, field.name, &LdapFilter::Beginning::field);
+        m_fields.push_back(
+            {field.name, slotsOf(field.attributes), wanted == filter.beginnings.end() ? nullptr : &*wanted});
+    }
+    m_displayName = {Utils::SURNAME, slotsOf(map.displayName), nullptr};
+    for (const auto& test : filter.numbers)
         m_tests.push_back({slotsOf(test.attributes), &test.number});
 }
 
@@ -118,12 +120,20 @@ void LdapRecordReader::add(std::string_view attribute, std::string_view value)
     slot->values.insert(slot->values.begin() + static_cast<std::ptrdiff_t>(at), std::move(text));
 }
 
-std::string LdapRecordReader::take(const std::vector<std::size_t>& slots)
+std::string LdapRecordReader::take(const Field& field)
 {
-    for (const auto index : slots) {
+    for (const auto index : field.slots) {
         auto& slot = m_slots[index];
-        if (slot.taken < slot.values.size())
-            return slot.values[slot.taken++];
+        const auto next = slot.values.begin() + static_cast<std::ptrdiff_t>(slot.taken);
+        if (next == slot.values.end())
+            continue;
+        if (field.wanted && slot.values.end() - next > 1) {
+            const auto isWanted = [&field](const auto& value) { return field.wanted->isOf(value); };
+            if (const auto found = std::find_if(next, slot.values.end(), isWanted);
+                found != slot.values.end())
+                std::rotate(next, found, found + 1);
+        }
+        return slot.values[slot.taken++];
     }
     return "";
 }
@@ -146,7 +156,7 @@ std::optional<AttributeList> LdapRecordReader::finish()
     if (matchesNumbers()) {
         record.reserve(m_fields.size());
         for (const auto& field : m_fields) {
-            auto value = take(field.slots);
+            auto value = take(field);
             if (value.empty())
                 continue;
             named = named || field.name == Utils::SURNAME || field.name == Utils::FIRSTNAME;

@@ -3,7 +3,8 @@
 // Whatever a server sends, a record holds clean composed text (see ContactText.h) of at most 256
 // characters a field, and nothing for what is missing. Of several values of an attribute the first
 // in the server's order counts, or the next where a field before has taken that; values with
-// options ("sn;lang-de") come after the plain ones. The lines of a postalAddress are joined with
+// options ("sn;lang-de") come after the plain ones. One that begins as was asked for comes before
+// all, so that whoever is found by a second name is shown by it. The lines of a postalAddress are joined with
 // commas. An entry without surname and first name shows its display name as the surname; one without
 // any name is no record.
 
@@ -21,8 +22,8 @@
 
 class LdapRecordReader {
 public:
-    // `map` and `numbers` must live as long.
-    LdapRecordReader(const LdapAttributeMap& map, const std::vector<LdapFilter::NumberTest>& numbers);
+    // `map` and `filter` must live as long.
+    LdapRecordReader(const LdapAttributeMap& map, const LdapFilter& filter);
 
     // What must be asked for, each once.
     std::vector<std::string> attributes() const;
@@ -43,19 +44,20 @@ private:
 
     std::size_t slotOf(const std::string& attribute);
     Slot* find(std::string_view attribute);
-    std::string take(const std::vector<std::size_t>& slots);
-    bool matchesNumbers() const;
-
     struct Field {
         std::string name;
         std::vector<std::size_t> slots;
+        const LdapFilter::Beginning* wanted; // null: any
     };
+    std::string take(const Field& field);
+    bool matchesNumbers() const;
+
     struct Test {
         std::vector<std::size_t> slots;
         const LdapNumber* number;
     };
     std::vector<Slot> m_slots;
     std::vector<Field> m_fields;
-    std::vector<std::size_t> m_displayName;
+    Field m_displayName;
     std::vector<Test> m_tests;
 };

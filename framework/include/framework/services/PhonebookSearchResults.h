@@ -1,7 +1,7 @@
 // What a directory search found: one attribute list a record, in the server's order.
 //
 // The last record is always a trailer and no contact: the value of its first attribute is "true"
-// when the rows were found by their nickname, else "false".
+// when the rows were found by other names than they show, such as nicknames, else "false".
 
 #pragma once
 

@@ -16,7 +16,7 @@ std::string DirectoryCase::people()
            person("Milton", "Cleo", "mobile: 4711\nuid: anchor\n") +
            person("M\u00fcller", "Dora", "o: A*B (C)\\D\n") + person("Baker*", "Eve", "mobile: 47 2 11\n") +
            person("Zhang", "\u4f1f") + person("Par(en)(thesis", "Kim") + person("Back\\slash\\2a", "Lea") +
-           person("Back", "Max") + person("Silent", "", "description: private\n");
+           person("Back", "Max", "sn: Forth\n") + person("Silent", "", "description: private\n");
 }
 
 DirectoryCase::Table& DirectoryCase::all()
@@ -117,6 +117,25 @@ DIRECTORY_CASE(FindsNumbersHoweverTheyAreWritten)
     EXPECT_EQ(search({{Utils::MOBILE, "4711"}}), DIRECTORY_SUCCESS);
     EXPECT_EQ(found(), Strings{"Milton"});
     EXPECT_EQ(search({{Utils::MOBILE, "4712"}}), DIRECTORY_NO_MATCHES);
+}
+
+DIRECTORY_CASE(ShowsTheNameThatWasLookedFor)
+{
+    for (const auto* name : {"Back", "Forth"}) {
+        EXPECT_EQ(searchSurname(name), DIRECTORY_SUCCESS) << errors();
+        EXPECT_EQ(found(), Strings{name});
+        EXPECT_EQ(trailer, "false");
+    }
+}
+
+DIRECTORY_CASE(SaysThatNobodyShowsTheNameThatWasLookedFor)
+{
+    configure({{"ldap-attribute-surname", "displayName,sn"}});
+    EXPECT_EQ(searchSurname("mil*"), DIRECTORY_SUCCESS) << errors();
+    EXPECT_EQ(found(), (Strings{"Ann Miller", "Miller", "Milton"}));
+    EXPECT_EQ(trailer, "false");
+    EXPECT_EQ(search({{Utils::SURNAME, "mil*"}, {Utils::FIRSTNAME, "ann"}}), DIRECTORY_SUCCESS);
+    EXPECT_EQ(trailer, "true");
 }
 
 DIRECTORY_CASE(FindsByNicknameWhenThatIsInUse)

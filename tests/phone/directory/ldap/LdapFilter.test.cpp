@@ -18,7 +18,8 @@ protected:
                                       {Utils::FIRSTNAME, {"givenName"}},
                                       {Utils::OFFICE, {"telephoneNumber"}},
                                       {Utils::OFFICE2, {"otherTelephone", "telephoneNumber"}},
-                                      {Utils::MOBILE, {}}};
+                                      {Utils::MOBILE, {}},
+                                      {Utils::ADDRESS2, {"l"}}};
         settings.attributes.displayName = {"displayName", "cn"};
         settings.attributes.nickname = {"uid"};
     }
@@ -105,12 +106,20 @@ TEST_F(Filter, LooksForANicknameAloneOnlyWhenNicknamesAreInUse)
     EXPECT_EQ(filter(nickname, true), "nothing");
 }
 
-TEST_F(Filter, RemembersTheSurnameThatANicknameStandsBeside)
+TEST_F(Filter, RemembersHowTheTextThatWasAskedForBegins)
 {
-    const AttributeList both{{Utils::SURNAME, "mil*"}, {Utils::NICKNAME, "mil*"}};
-    EXPECT_EQ(ldapFilterOf(both, settings, false)->surnameBesideNickname, std::nullopt);
-    settings.nickname = true;
-    EXPECT_EQ(ldapFilterOf(both, settings, false)->surnameBesideNickname, "mil");
+    const auto asked = ldapFilterOf({{Utils::SURNAME, "mil*er"},
+                                     {Utils::NICKNAME, "mil*er"},
+                                     {Utils::FIRSTNAME, "*n"},
+                                     {Utils::OFFICE, "4711"},
+                                     {Utils::ADDRESS2, "\u00dclm"}},
+                                    settings, false);
+    ASSERT_EQ(asked->beginnings.size(), 2u) << "neither nicknames nor numbers, and nothing where any will do";
+    EXPECT_EQ(asked->beginnings[0].field, Utils::SURNAME);
+    EXPECT_TRUE(asked->beginnings[0].isOf("Milton"));
+    EXPECT_FALSE(asked->beginnings[0].isOf("Smiler"));
+    EXPECT_EQ(asked->beginnings[1].field, Utils::ADDRESS2);
+    EXPECT_TRUE(asked->beginnings[1].isOf("\u00fclm"));
 }
 
 TEST_F(Filter, FindsEntriesWithoutSurnameByTheirDisplayNameWhereThereAreSuch)

@@ -25,7 +25,7 @@ protected:
 
     std::optional<AttributeList> read(const Values& values)
     {
-        LdapRecordReader reader(map, numbers);
+        LdapRecordReader reader(map, asked);
         for (const auto& [attribute, value] : values)
             reader.add(attribute, value);
         return reader.finish();
@@ -38,7 +38,7 @@ protected:
     }
 
     LdapAttributeMap map;
-    std::vector<LdapFilter::NumberTest> numbers;
+    LdapFilter asked;
 };
 
 const std::string nREPLACEMENT = "\uFFFD";
@@ -54,7 +54,7 @@ TEST_F(Record, NamesTheFieldsAsTheTelephoneDoes)
 
 TEST_F(Record, AsksForEachAttributeOnceAndForNothingElse)
 {
-    EXPECT_EQ(LdapRecordReader(map, numbers).attributes(),
+    EXPECT_EQ(LdapRecordReader(map, asked).attributes(),
               (std::vector<std::string>{"sn", "givenName", "telephoneNumber", "otherTelephone", "street",
                                         "postalAddress", "l", "displayName", "cn"}));
 }
@@ -79,6 +79,15 @@ TEST_F(Record, TakesValuesInOtherLanguagesOnlyWhenThereIsNoPlainOne)
 {
     EXPECT_EQ(read({{"sn;lang-en", "Miller"}, {"sn", "M\u00fcller"}})->front().second, "M\u00fcller");
     EXPECT_EQ(read({{"sn;lang-en", "Miller"}, {"sn;lang-fr", "Meunier"}})->front().second, "Miller");
+}
+
+TEST_F(Record, TakesTheValueThatWasAskedForBeforeTheFirst)
+{
+    asked.beginnings = {{Utils::SURNAME, "sm"}, {Utils::FIRSTNAME, "bill"}};
+    const Values names{{"sn", "Miller"},     {"sn", "Jones"},       {"sn;lang-en", "Smith"},
+                       {"givenName", "Bob"}, {"givenName", "Will"}, {"telephoneNumber", "1"}};
+    EXPECT_EQ(read(names),
+              (AttributeList{{Utils::SURNAME, "Smith"}, {Utils::FIRSTNAME, "Bob"}, {Utils::OFFICE, "1"}}));
 }
 
 TEST_F(Record, WritesAPostalAddressOnOneLine)
@@ -106,7 +115,7 @@ TEST_F(Record, IsNoneWithoutAnyName)
 
 TEST_F(Record, KeepsNothingOfTheEntryBefore)
 {
-    LdapRecordReader reader(map, numbers);
+    LdapRecordReader reader(map, asked);
     reader.add("sn", "A");
     reader.add("telephoneNumber", "1");
     reader.finish();
@@ -138,7 +147,7 @@ TEST_F(Record, CutsWhatIsTooLong)
 
 TEST_F(Record, CaresForNoAttributeThatWasNotAskedFor)
 {
-    LdapRecordReader reader(map, numbers);
+    LdapRecordReader reader(map, asked);
     for (int i = 0; i < 10000; ++i)
         reader.add("attribute" + std::to_string(i), "value");
     for (int i = 0; i < 10000; ++i)
@@ -148,7 +157,7 @@ TEST_F(Record, CaresForNoAttributeThatWasNotAskedFor)
 
 TEST_F(Record, IsNoneWithoutTheNumberThatIsLookedFor)
 {
-    numbers.push_back({{"telephoneNumber", "otherTelephone"}, *LdapNumber::typed("4711", "49")});
+    asked.numbers.push_back({{"telephoneNumber", "otherTelephone"}, *LdapNumber::typed("4711", "49")});
     EXPECT_TRUE(read({{"sn", "A"}, {"telephoneNumber", "+49 30 47-11"}}));
     EXPECT_TRUE(
         read({{"sn", "A"}, {"telephoneNumber", "1"}, {"otherTelephone", "1"}, {"otherTelephone", "4711"}}));
