@@ -133,6 +133,9 @@ void CallBar::callChanged(const CallRecord& call)
         // One that is not shown any more has gone before the telephone knew.
         if (call.incoming || (call.isOver() && !hasFailed(call, false)))
             return;
+        // Who calls again has read why the last one failed.
+        if (!call.isOver())
+            std::erase_if(m_shown, [](const auto& other) { return other.call.isOver(); });
         shown = m_shown.insert(m_shown.end(), {call});
     }
     const bool wasConnected = shown->since != 0;

@@ -104,6 +104,21 @@ TEST_F(Bar, SaysForSomeSecondsWhyACallFailed)
     }
 }
 
+TEST_F(Bar, SaysNoLongerWhyACallFailedWhenTheNextOneBegins)
+{
+    bar.callChanged(dialled(CallState::Initiated));
+    bar.callChanged(dialled(CallState::Failed, CallEnd::Busy));
+    auto next = dialled(CallState::Initiated);
+    next.id = "2";
+    bar.callChanged(next);
+    EXPECT_EQ(shown(), Texts{"030 123: phone.call.calling"});
+
+    auto refused = dialled(CallState::Failed, CallEnd::Other);
+    refused.id = "3";
+    bar.callChanged(refused);
+    EXPECT_EQ(shown().size(), 2U) << "it did not begin";
+}
+
 TEST_F(Bar, SaysWhyACallDidNotEvenBegin)
 {
     auto call = dialled(CallState::Failed, CallEnd::Other);
