@@ -2,7 +2,7 @@
 
 import { spawn, spawnSync } from "node:child_process";
 import { copyFileSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from "node:fs";
-import { createServer } from "node:net";
+import { connect, createServer } from "node:net";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
@@ -93,6 +93,33 @@ export class Slapd {
       await ended;
     }
     rmSync(this.folder, { recursive: true, force: true });
+  }
+}
+
+// A directory's way is long: what it says takes some time.
+export class FarDirectory {
+  /** @param {Slapd} directory @param {number} delay in ms */
+  constructor(directory, delay) {
+    this.server = createServer((socket) => {
+      const there = connect(directory.port, "127.0.0.1");
+      for (const [one, other] of [[socket, there], [there, socket]])
+        one.on("error", () => other.destroy()).on("close", () => other.destroy());
+      socket.pipe(there);
+      there.on("data", (said) => setTimeout(() => socket.write(said), delay));
+    });
+  }
+
+  async start() {
+    this.port = await listen(this.server);
+    return this;
+  }
+
+  get config() {
+    return configurationFor(this.port);
+  }
+
+  async end() {
+    await new Promise((resolve) => this.server.close(resolve));
   }
 }
 
