@@ -9,7 +9,10 @@ import { ScreenView } from "./screen.js";
 
 const HOLD = 600; // ms until a key counts as held down
 const HINT = 1200; // ms that a hint stays
+const LONG_HINT = 3000; // ms, for one that is not expected
 const LETTERS = ["", "ABC", "DEF", "GHI", "JKL", "MNO", "PQRS", "TUV", "WXYZ"];
+/** @type {Record<string, string>} */
+const OTHERS = { "0": "␣", "*": "@/+", "#": "Aa" };
 
 /** @type {Record<string, string>} */
 let texts = {};
@@ -20,11 +23,11 @@ const cover = byId("cover");
 const hint = byId("hint");
 let hintTimer = 0;
 
-/** @param {string} shown */
-function showHint(shown) {
+/** @param {string} shown @param {number} time */
+function showHint(shown, time = HINT) {
   hint.textContent = shown;
   clearTimeout(hintTimer);
-  hintTimer = setTimeout(() => { hint.textContent = ""; }, HINT);
+  hintTimer = setTimeout(() => { hint.textContent = ""; }, time);
 }
 
 /** @param {import("./types").Signs} signs */
@@ -82,15 +85,17 @@ function press(key) {
 /** @param {string} key */
 function pressedOnKeyboard(key) {
   press(key);
+  if (screen.leavesOut(key))
+    showHint(text("phone.digitsOnly"), LONG_HINT);
   flash(key);
 }
 
 function buildKeypad() {
   const pad = byId("keypad");
   [..."123456789*0#"].forEach((digit, i) => {
-    const letters = LETTERS[i] ?? (digit === "0" ? "␣" : "");
+    const letters = LETTERS[i] ?? OTHERS[digit] ?? "";
     pad.append(element("button", { type: "button", "data-key": digit },
-      element("b", {}, digit), " ", element("small", { "aria-hidden": digit === "0" ? "true" : null }, letters)));
+      element("b", {}, digit), " ", element("small", { "aria-hidden": digit in OTHERS ? "true" : null }, letters)));
   });
 }
 

@@ -39,6 +39,7 @@ export class ScreenView {
     this.doubleClick = new DoubleClick();
     this.role = "";
     this.popupRole = "";
+    this.mode = ""; // what the digit keys enter
     this.asking = -1; // the list that asks for text, or -1
     this.display.addEventListener("click", (event) => this.clicked(event));
     this.display.addEventListener("focusin", (event) => this.focused(event));
@@ -131,7 +132,17 @@ export class ScreenView {
     update(byId("signs"), [...(offHook ? ["offHook"] : []), ...(dialPad ? ["dialPad"] : [])], (sign) =>
       element("span", { class: "sign", role: "img", "aria-label": this.text(sign === "offHook" ? "phone.offHook" : "phone.dialPadOn") },
         icon(sign === "offHook" ? "call" : "pad")));
-    setText(byId("mode"), this.inputMode(frame));
+    this.mode = this.inputMode(frame);
+    setText(byId("mode"), this.mode);
+  }
+
+  /**
+   * Whether there is something in what was typed or pasted that a number does not take. Without the blanks and
+   * brackets that people write into numbers it is the same number, without letters it may be another one.
+   * @param {string} key
+   */
+  leavesOut(key) {
+    return this.mode === "123" && key.startsWith("text:") && /\p{L}/u.test(key.slice("text:".length));
   }
 
   /** What the digit keys enter, as desk telephones write it; "" when they dial or mean nothing. @param {Frame} frame */
@@ -143,7 +154,7 @@ export class ScreenView {
     if (base.role === "list")
       return base.highlighted || tabBarFocused ? "abc" : ""; // a list without a selection takes no text
     const field = base.fields?.find(({ focused }) => focused);
-    return !field || field.readOnly ? "" : { text: "abc", number: "123", selection: "" }[field.kind];
+    return !field || field.readOnly ? "" : { text: field.letters, number: "123", selection: "" }[field.kind];
   }
 
   /** @param {Frame} frame */

@@ -15,6 +15,7 @@ export interface Row extends Pictured {
 
 export interface Field extends Pictured {
   kind: "text" | "number" | "selection";
+  letters: "Abc" | "abc" | "ABC"; // of a text: which ones the digit keys enter
   position: number;
   icon: number;
   label: string;

@@ -96,7 +96,7 @@ const std::array<PhonebookStateCreatingEntry::TextKind, PhonebookStateCreatingEn
         {"job.function", "position", &PhonebookFullEntry::getJobFunction, &PhonebookFullEntry::setJobFunction,
          FieldIcon::None, TextField::TEXT},
         {"email", "email", &PhonebookFullEntry::getEmail, &PhonebookFullEntry::setEmail, FieldIcon::None,
-         TextField::TEXT},
+         TextField::EMAIL},
     }};
 
 const std::array<PhonebookStateCreatingEntry::NumberKind, PhonebookStateCreatingEntry::nNUMBERS>

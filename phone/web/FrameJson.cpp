@@ -48,6 +48,20 @@ const char* name(FrameField::Kind kind)
     return "text";
 }
 
+// As telephones write it.
+const char* name(FrameField::Letters letters)
+{
+    switch (letters) {
+    case FrameField::Letters::Words:
+        return "Abc";
+    case FrameField::Letters::Small:
+        return "abc";
+    case FrameField::Letters::Capitals:
+        return "ABC";
+    }
+    return "abc";
+}
+
 const char* name(FrameCall::State state)
 {
     switch (state) {
@@ -80,7 +94,7 @@ static void to_json(nlohmann::json& json, const FrameField& field)
     json = {{"kind", name(field.kind)}, {"position", field.position}, {"icon", field.icon},
             {"label", field.label},     {"value", field.value},       {"choice", field.choice},
             {"choices", field.choices}, {"cursor", field.cursor},     {"maxLength", field.maxLength},
-            {"focused", field.focused}, {"readOnly", field.readOnly}};
+            {"focused", field.focused}, {"readOnly", field.readOnly}, {"letters", name(field.letters)}};
 }
 
 static void to_json(nlohmann::json& json, const FrameDialler& dialler)

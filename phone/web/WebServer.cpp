@@ -85,6 +85,7 @@ constexpr std::array nPAGE_TEXTS = {
     "phone.ringHere",
     "phone.position",
     "phone.fieldFull",
+    "phone.digitsOnly",
     "phone.offHook",
     "phone.dialPadOn",
     "phone.rowCount",

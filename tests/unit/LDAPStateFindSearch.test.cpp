@@ -104,7 +104,7 @@ TEST_F(Find, TakesALetterThatIsStillPending)
     open();
     host.tap("2");
     find();
-    EXPECT_EQ(asked(), (AttributeList{{Utils::SURNAME, "a"}}));
+    EXPECT_EQ(asked(), (AttributeList{{Utils::SURNAME, "A"}}));
 }
 
 TEST_F(Find, SaysThatItSearches)

@@ -712,5 +712,5 @@ TEST_F(ContactFormSaving, KeepsALetterThatIsStillBeingTyped)
     host.tap("2");
     press(SAVE);
     EXPECT_EQ(screen(), SAVED);
-    EXPECT_EQ(newest().at("Surname"), "a");
+    EXPECT_EQ(newest().at("Surname"), "A");
 }

@@ -228,7 +228,7 @@ TEST_F(GroupForm, SavesTheLetterThatIsStillPending)
     newGroup();
     host.tap("2");
     press(SAVE);
-    EXPECT_EQ(storedName(2), "a");
+    EXPECT_EQ(storedName(2), "A");
 }
 
 TEST_F(GroupForm, SavesTheNameWithoutTheBlanksAroundIt)

@@ -1,5 +1,5 @@
-// Letters entered by pressing a digit key repeatedly: the next press of the same key within a
-// second changes the letter, anything else commits it.
+// Letters entered by pressing a digit key repeatedly, signs by pressing `*`: the next press of the
+// same key within a second changes the letter, anything else commits it.
 
 #pragma once
 
@@ -18,8 +18,9 @@ public:
     bool changesWith(char digit) const;
     bool isOver(std::chrono::milliseconds now) const { return isPending() && now >= m_deadline; }
 
-    // Begins a letter with `digit`, or changes the pending one.
-    void press(char digit);
+    enum class Case { Small, Capital };
+    // Begins a letter with `digit`, or changes the pending one, which keeps its case.
+    void press(char digit, Case letterCase = Case::Small);
     // The letter, which is no longer pending.
     std::string take();
 

@@ -39,6 +39,12 @@ class TextField::Impl {
 public:
     FieldReaction edit(const Key& key);
     FieldReaction digitPressed(char digit);
+    FieldReaction changeLetters();
+    MultiTap::Case nextCase() const;
+    FrameField::Letters usualLetters() const
+    {
+        return m_type == TextField::EMAIL ? FrameField::Letters::Small : FrameField::Letters::Words;
+    }
     FieldReaction enter(const std::string& typed);
     FieldReaction commit();
     FieldReaction erase(std::size_t from, std::size_t to);
@@ -48,6 +54,7 @@ public:
     std::size_t m_cursor = 0; // in bytes
     int m_maxLength = NO_LIMIT;
     int m_type = TextField::TEXT;
+    FrameField::Letters m_letters = FrameField::Letters::Words;
     int m_icon = 0;
     bool m_readOnly = false;
     bool m_notifyOnOk = true;
@@ -88,11 +95,38 @@ FieldReaction TextField::Impl::digitPressed(char digit)
 {
     if (m_type == TextField::NUMBER)
         return enter(std::string(1, digit));
+    if (digit == '#')
+        return changeLetters();
     const auto changes = m_multiTap.changesWith(digit);
     const auto reaction = changes ? FieldReaction::Silent : commit();
     if (changes || hasRoomFor(m_text + digit))
-        m_multiTap.press(digit);
+        m_multiTap.press(digit, nextCase());
     return reaction;
+}
+
+FieldReaction TextField::Impl::changeLetters()
+{
+    using Letters = FrameField::Letters;
+    switch (m_letters) {
+    case Letters::Words:
+        m_letters = Letters::Small;
+        break;
+    case Letters::Small:
+        m_letters = Letters::Capitals;
+        break;
+    case Letters::Capitals:
+        m_letters = Letters::Words;
+        break;
+    }
+    return commit();
+}
+
+MultiTap::Case TextField::Impl::nextCase() const
+{
+    using Letters = FrameField::Letters;
+    const bool beginsWord = m_cursor == 0 || m_text[m_cursor - 1] == ' ' || m_text[m_cursor - 1] == '-';
+    const bool capital = m_letters == Letters::Capitals || (m_letters == Letters::Words && beginsWord);
+    return capital ? MultiTap::Case::Capital : MultiTap::Case::Small;
 }
 
 FieldReaction TextField::Impl::enter(const std::string& typed)
@@ -149,8 +183,10 @@ void TextField::setString(const std::string& text)
 {
     const UiLock lock;
     // What is set inside the field's own event answers what was typed before the pending letter.
-    if (!EventQueue::isDelivering(this))
+    if (!EventQueue::isDelivering(this)) {
         m_impl->m_multiTap.take();
+        m_impl->m_letters = m_impl->usualLetters();
+    }
     m_impl->m_text = text;
     m_impl->m_cursor = text.size();
 }
@@ -165,6 +201,7 @@ void TextField::setFieldType(int type)
 {
     const UiLock lock;
     m_impl->m_type = type;
+    m_impl->m_letters = m_impl->usualLetters();
 }
 
 void TextField::setIcon(int icon)
@@ -203,6 +240,7 @@ void TextField::paint(FrameField& field) const
     const UiLock lock;
     const auto left = m_impl->m_text.substr(0, m_impl->m_cursor) + m_impl->m_multiTap.letter();
     field.kind = m_impl->m_type == NUMBER ? FrameField::Kind::Number : FrameField::Kind::Text;
+    field.letters = m_impl->m_letters;
     field.icon = m_impl->m_icon;
     field.label = label().translated();
     field.value = left + m_impl->m_text.substr(m_impl->m_cursor);

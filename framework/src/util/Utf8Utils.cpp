@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <unicode/coll.h>
+#include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/ucol.h>
 #include <unicode/unistr.h>
@@ -58,7 +59,8 @@ bool isNormal(std::string_view text)
 class Collation {
 public:
     explicit Collation(const std::string& language)
-        : m_order(make(language))
+        : m_language(language)
+        , m_order(make(language))
         , m_letters(make(language))
     {
         m_letters->setStrength(icu::Collator::PRIMARY);
@@ -94,6 +96,16 @@ public:
         return normal;
     }
 
+    std::string capital(const std::string& letter) const
+    {
+        auto text = icu::UnicodeString::fromUTF8(letter);
+        const auto length = text.countChar32();
+        text.toTitle(nullptr, icu::Locale::createCanonical(m_language.c_str()));
+        std::string capital;
+        text.toUTF8String(capital);
+        return text.countChar32() == length ? capital : letter;
+    }
+
 private:
     static std::unique_ptr<icu::Collator> make(const std::string& language)
     {
@@ -110,6 +122,7 @@ private:
         return collator;
     }
 
+    std::string m_language;
     std::unique_ptr<icu::Collator> m_order;
     std::unique_ptr<icu::Collator> m_letters;
 };
@@ -217,4 +230,9 @@ std::string Utf8Utils::getFirstUnicodeChar(const std::string& text)
             break;
     }
     return text.substr(0, static_cast<std::size_t>(end));
+}
+
+std::string Utf8Utils::capital(const std::string& letter)
+{
+    return current().capital(letter);
 }

@@ -197,14 +197,90 @@ TEST_F(FormTest, RaisesNothingForWhatTheProgramSets)
 TEST_F(FormTest, EntersLettersByRepeatedPresses)
 {
     host.tap("266");
-    EXPECT_EQ(name.getString(), "a");
-    EXPECT_EQ(painted(0).value, "an");
+    EXPECT_EQ(name.getString(), "A");
+    EXPECT_EQ(painted(0).value, "An");
     EXPECT_EQ(painted(0).cursor, 2);
     EXPECT_EQ(heard(), "changed(name) ");
 
     host.advance(1s);
-    EXPECT_EQ(name.getString(), "an");
+    EXPECT_EQ(name.getString(), "An");
     EXPECT_EQ(heard(), "changed(name) ");
+}
+
+TEST_F(FormTest, BeginsWordsWithACapital)
+{
+    host.tap("2");
+    host.advance(1s);
+    host.tap("2"); // Aa
+    host.advance(1s);
+    host.tap("12"); // Aa.a
+    host.advance(1s);
+    host.tap("111"); // Aa.a-
+    host.advance(1s);
+    host.tap("202"); // Aa.a-A A
+    host.advance(1s);
+    EXPECT_EQ(name.getString(), "Aa.a-A A");
+
+    press(Kind::Left);
+    press(Kind::Left);
+    host.tap("2"); // wherever the cursor is
+    host.advance(1s);
+    EXPECT_EQ(name.getString(), "Aa.a-Aa A");
+}
+
+TEST_F(FormTest, ChangesTheLettersWithTheHashKey)
+{
+    using Letters = FrameField::Letters;
+    EXPECT_EQ(painted(0).letters, Letters::Words);
+
+    host.tap("#");
+    EXPECT_EQ(painted(0).letters, Letters::Small);
+    host.tap("23");
+    host.tap("#"); // keeps the letter that was pending as it was
+    EXPECT_EQ(painted(0).letters, Letters::Capitals);
+    host.tap("46");
+    host.tap("#");
+    EXPECT_EQ(painted(0).letters, Letters::Words);
+    host.tap("4");
+    host.advance(1s);
+    EXPECT_EQ(name.getString(), "adGMg");
+
+    host.tap("#");
+    name.setString(""); // for another entry
+    host.settle();
+    EXPECT_EQ(painted(0).letters, Letters::Words);
+}
+
+TEST_F(FormTest, ChangesTheCaseOfNothingBetweenTwoPressesOfOneKey)
+{
+    host.tap("22");
+    EXPECT_EQ(painted(0).value, "B");
+    host.tap("22");
+    EXPECT_EQ(painted(0).value, "2");
+    host.tap("2");
+    EXPECT_EQ(painted(0).value, "A");
+}
+
+TEST_F(FormTest, BeginsAnAddressSmall)
+{
+    name.setFieldType(TextField::EMAIL);
+    host.tap("2");
+    host.advance(1s);
+    EXPECT_EQ(name.getString(), "a");
+    EXPECT_EQ(painted(0).letters, FrameField::Letters::Small);
+}
+
+TEST_F(FormTest, EntersSignsWithTheStarKey)
+{
+    host.tap("*");
+    EXPECT_EQ(painted(0).value, "*");
+    host.tap("*");
+    EXPECT_EQ(painted(0).value, "@");
+    host.advance(1s);
+    host.tap("****");
+    host.tap("1");
+    host.advance(1s);
+    EXPECT_EQ(name.getString(), "@/.");
 }
 
 TEST_F(FormTest, CommitsALetterBeforeTheKeyThatFollows)
@@ -218,7 +294,7 @@ TEST_F(FormTest, CommitsALetterBeforeTheKeyThatFollows)
         press(kind);
 
         EXPECT_EQ(heard(), "changed(name) " + command + "(form) ");
-        EXPECT_EQ(name.getString(), "a");
+        EXPECT_EQ(name.getString(), "A");
     }
 }
 
@@ -227,7 +303,7 @@ TEST_F(FormTest, CommitsALetterWhenTheFieldIsLeft)
     host.tap("2");
     press(Kind::Down);
 
-    EXPECT_EQ(name.getString(), "a");
+    EXPECT_EQ(name.getString(), "A");
     EXPECT_EQ(heard(), "changed(name) ");
 }
 
@@ -270,7 +346,7 @@ TEST_F(FormTest, RightOnlyConfirmsAPendingLetter)
 
     press(Kind::Right);
 
-    EXPECT_EQ(name.getString(), "abc");
+    EXPECT_EQ(name.getString(), "Abc");
     EXPECT_EQ(painted(0).cursor, 1);
 }
 

@@ -169,4 +169,23 @@ TEST(FirstCharacter, IsWholeAndKeepsItsMarks)
     EXPECT_EQ(Utf8Utils::getFirstUnicodeChar("\xFF"), "\xEF\xBF\xBD");
 }
 
+TEST_F(Collation, WritesCapitalsAsEachLanguageDoes)
+{
+    Utf8Utils::create("de");
+    EXPECT_EQ(Utf8Utils::capital("ä"), "Ä");
+    EXPECT_EQ(Utf8Utils::capital("i"), "I");
+    EXPECT_EQ(Utf8Utils::capital("ß"), "ß") << "two letters are none";
+    EXPECT_EQ(Utf8Utils::capital("2"), "2");
+    EXPECT_EQ(Utf8Utils::capital("A"), "A");
+    EXPECT_EQ(Utf8Utils::capital(""), "");
+    Utf8Utils::setSortOrder("tr");
+    EXPECT_EQ(Utf8Utils::capital("i"), "İ");
+    EXPECT_EQ(Utf8Utils::capital("ı"), "I");
+    Utf8Utils::setSortOrder("el");
+    EXPECT_EQ(Utf8Utils::capital("ά"), "Ά");
+    EXPECT_EQ(Utf8Utils::capital("ς"), "Σ");
+    Utf8Utils::setSortOrder("ru");
+    EXPECT_EQ(Utf8Utils::capital("ж"), "Ж");
+}
+
 } // namespace

@@ -64,6 +64,18 @@ TEST(FrameJson, TellsWhereOnTheFormAFieldIs)
     EXPECT_EQ(json["maxLength"], 40);
 }
 
+TEST(FrameJson, TellsWhichLettersTheDigitKeysEnterAsTelephonesWriteThem)
+{
+    using Letters = DisplayAPI::FrameField::Letters;
+    for (const auto& [letters, written] :
+         {std::pair(Letters::Words, "Abc"), {Letters::Small, "abc"}, {Letters::Capitals, "ABC"}}) {
+        Frame frame;
+        frame.base.role = FrameRole::Form;
+        frame.base.fields.emplace_back().letters = letters;
+        EXPECT_EQ(json(frame)["base"]["fields"][0]["letters"], written);
+    }
+}
+
 TEST(FrameJson, HoldsTheTelephonesOwnSigns)
 {
     Frame frame;

@@ -37,9 +37,11 @@ struct FrameRow {
 
 struct FrameField {
     enum class Kind { Text, Number, Selection };
+    enum class Letters { Words, Small, Capitals }; // "Abc", "abc", "ABC"
     Kind kind = Kind::Text;
-    int position = 0; // on the whole form, from 0
-    int icon = 0;     // FieldIcon
+    Letters letters = Letters::Small; // of a text: which ones the digit keys enter
+    int position = 0;                 // on the whole form, from 0
+    int icon = 0;                     // FieldIcon
     std::string label;
     std::string value;  // of a selection: its chosen command's text
     std::string image;  // of a selection: its chosen command's picture

@@ -1,8 +1,10 @@
 // A line of text or a number on a form. Every edit is one item event; OK is reported to the form's
 // command listener unless the field was told not to.
 //
-// In a text, digit keys enter letters by repeated presses. A number takes digits, `*`, `#` and `+`
-// (the telephone gives `+` as typed text when 0 is held down); other characters are not entered.
+// In a text, digit keys enter letters by repeated presses, and `*` enters signs. Words begin with a
+// capital there, but not in an e-mail address; `#` changes that, see FrameField::Letters. A number
+// takes digits, `*`, `#` and `+` (the telephone gives `+` as typed text when 0 is held down); other
+// characters are not entered.
 // [phonelet-thread]
 
 #pragma once
@@ -18,7 +20,7 @@ class Command;
 
 class FRAMEWORK_API TextField final : public Field {
 public:
-    enum Type : int { TEXT = 1, NUMBER = 3 };
+    enum Type : int { TEXT = 1, EMAIL = 2, NUMBER = 3 };
 
     explicit TextField(TranslationInfo label);
     ~TextField() override;

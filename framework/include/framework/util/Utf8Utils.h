@@ -59,4 +59,9 @@ public:
     // gives the replacement character.
     // [any-thread]
     static std::string getFirstUnicodeChar(const std::string& text);
+
+    // The capital of one small letter, in the language of the collation; the letter itself where it has
+    // none of one character.
+    // [any-thread]
+    static std::string capital(const std::string& letter);
 };
