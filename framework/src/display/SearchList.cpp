@@ -7,6 +7,7 @@
 #include <framework/display/TabScreen.h>
 #include <framework/host/EventQueue.h>
 #include <framework/host/Key.h>
+#include <framework/util/Utf8Utils.h>
 
 #include "MultiTap.h"
 #include "PhoneCommands.h"
@@ -63,6 +64,7 @@ public:
     void dropPending();
     void changeText(const std::string& text);
     void tell();
+    void selectBeginning();
 
     bool listKeyPressed(const Key& key);
     bool rowKeyPressed(const Key& key);
@@ -234,12 +236,32 @@ void SearchList::Impl::changeText(const std::string& text)
 
 void SearchList::Impl::tell()
 {
+    if (!m_pItemStateListener) {
+        selectBeginning();
+        return;
+    }
     if (!EventQueue::isQueued(&m_list))
         EventQueue::post(static_cast<Item*>(&m_list), m_pItemStateListener);
 }
 
+// The first row that begins with the text; the list need not be sorted.
+void SearchList::Impl::selectBeginning()
+{
+    auto wanted = m_text;
+    Utf8Utils::normalize(wanted);
+    const auto begins = [&wanted](const auto& row) {
+        auto text = row->getText();
+        Utf8Utils::normalize(text);
+        return Utf8Utils::find(text, wanted) == 0;
+    };
+    const auto found = std::ranges::find_if(m_rows, begins);
+    if (!wanted.empty() && found != m_rows.end())
+        select(static_cast<int>(found - m_rows.begin()));
+}
+
 bool SearchList::Impl::listKeyPressed(const Key& key)
 {
+    const auto* seen = selectedRow();
     const auto committed = commit();
     m_startsNewText = true;
     switch (key.kind) {
@@ -250,6 +272,8 @@ bool SearchList::Impl::listKeyPressed(const Key& key)
     case Key::Kind::Row:
     case Key::Kind::Ok:
         // What was typed may select another row: that comes first.
+        if (key.kind == Key::Kind::Ok && selectedRow() != seen)
+            return true; // it only confirms
         if (!committed || !EventQueue::isQueued(&m_list))
             return rowKeyPressed(key);
         rowKeyPressedLater(key);

@@ -503,6 +503,33 @@ TEST_F(SearchListTest, ClearTakesAPendingLetterSilently)
     EXPECT_EQ(heard(), "");
 }
 
+TEST_F(SearchListTest, SelectsTheRowThatBeginsWithTheTextWhenNobodyElseSearches)
+{
+    list.setItemStateListener(nullptr);
+    list.clear();
+    for (const auto* text : {"No group", "Friends", "\u00c4rzte", "Family", "Work"})
+        list.append(row(text));
+
+    host.type("f");
+    EXPECT_EQ(list.getSelectedIndex(), 1);
+    host.type("A");
+    EXPECT_EQ(list.getSelectedIndex(), 3);
+    host.type("x");
+    EXPECT_EQ(list.getSelectedIndex(), 3) << "nothing begins with that";
+    press(Kind::ClearAll);
+    EXPECT_EQ(list.getSelectedIndex(), 3);
+    host.type("a");
+    EXPECT_EQ(list.getSelectedIndex(), 2);
+
+    press(Kind::Up);
+    host.tap("9");
+    press(Kind::Ok);
+    EXPECT_EQ(list.getSelectedIndex(), 4);
+    EXPECT_EQ(heard(), "") << "OK only confirms the letter";
+    press(Kind::Ok);
+    EXPECT_EQ(heard(), "OK(list) ");
+}
+
 TEST_F(SearchListTest, ReportsATextSetOutsideItsOwnEventOnce)
 {
     list.setSearchText("abc");

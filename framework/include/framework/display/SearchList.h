@@ -5,7 +5,8 @@
 // field is one item event. setSearchText() while this list's own item event is being delivered
 // updates that memory silently; at any other time it raises one item event (one pending at most)
 // if the text differs from the memory. clear() empties rows and text, raises nothing and leaves
-// the memory as it is.
+// the memory as it is. A list without a listener for its items searches by itself: the first row that
+// begins with the text is selected.
 //
 // A letter of the digit keys becomes part of the text when it is committed: by another key, by
 // time, or by stopKeypadTimerSaveAndExit(); what the other key enters joins it when the listener has heard
