@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "app/PhoneLog.h"
 
@@ -154,13 +155,19 @@ void PbxLine::answerCall(const std::string& callId)
 {
     std::lock_guard lock(m_mutex);
     const auto call = find(callId);
-    if (call == m_calls.end() || call->pbxId.empty())
+    // Asked twice, a PBX would say that there is nothing to answer, as of a call that is over.
+    if (call == m_calls.end() || call->pbxId.empty() || std::exchange(call->answering, true))
         return;
     m_link.request(::answerCall({call->pbxId, m_device}), [this, callId](const Result<CstaElement>& answer) {
         std::lock_guard answered(m_mutex);
+        const auto refusal = refusalIn(answer);
+        const auto refused = find(callId);
+        if (!refusal || refused == m_calls.end())
+            return;
         // Otherwise it still rings, and the PBX says how it goes on.
-        if (refusalIn(answer) == CallEnd::NotFound)
-            end(callId, CallState::Failed, CallEnd::NotFound);
+        refused->answering = false;
+        if (refusal == CallEnd::NotFound)
+            end(refused, CallState::Failed, CallEnd::NotFound);
     });
 }
 

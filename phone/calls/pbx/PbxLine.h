@@ -35,6 +35,7 @@ private:
         std::string id;
         std::string pbxId; // "" until the PBX has said it
         bool toBeCleared = false;
+        bool answering = false; // the PBX was asked to answer it, and has not refused
     };
     using Calls = std::vector<Call>;
 

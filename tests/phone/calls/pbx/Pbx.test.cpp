@@ -621,6 +621,20 @@ TEST_F(PbxCalls, ComeInAndAreAnswered)
     EXPECT_EQ(calls.next(), "offered connected");
 }
 
+TEST_F(PbxCalls, AreAnsweredOnceHoweverOftenThatIsAskedFor)
+{
+    connect();
+    ringHere();
+    line->answerCall("offered");
+    line->answerCall("offered");
+    EXPECT_EQ(peer.answer("<AnswerCallResponse/>"), "AnswerCall");
+    peer.event(event("Established", "establishedConnection", "100", device("answeringDevice", "100")));
+    EXPECT_EQ(calls.next(), "offered connected");
+    line->answerCall("offered");
+    line->clearCall("offered");
+    EXPECT_EQ(peer.receiveName(), "ClearConnection");
+}
+
 TEST_F(PbxCalls, ComeInAndAreRejectedOrGiveUp)
 {
     connect();
@@ -642,6 +656,10 @@ TEST_F(PbxCalls, RingOnWhenThePbxDoesNotLetThemBeAnswered)
     EXPECT_EQ(peer.answer("<CSTAErrorCode><stateIncompatibility>connectedCallExists</stateIncompatibility>"
                           "</CSTAErrorCode>"),
               "AnswerCall");
+    peer.event(event("Delivered", "connection", "100", device("alertingDevice", "100")));
+    EXPECT_EQ(calls.next(), "offered alerting");
+    line->answerCall("offered");
+    EXPECT_EQ(peer.receiveName(), "AnswerCall");
     peer.event(cleared("100", "callCancelled"));
     EXPECT_EQ(calls.next(), "offered over: cleared");
 
