@@ -26,6 +26,8 @@ void refuse(CSTARequest& request, int cause)
 
 // Whether there is something to hang up in it.
 const auto isOn = [](const auto& call) { return !call.record.rings() && !call.ended; };
+// Whether it can be taken.
+const auto rings = [](const auto& call) { return call.record.rings() && !call.ended; };
 
 } // namespace
 
@@ -96,7 +98,7 @@ bool CallService::answer(const std::string& callId)
 {
     hearReports();
     const auto call = find(callId);
-    return call != m_calls.end() && call->record.rings() && answer(*call);
+    return call != m_calls.end() && rings(*call) && answer(*call);
 }
 
 bool CallService::end(const std::string& callId)
@@ -123,8 +125,7 @@ std::vector<CallService::Call>::iterator CallService::find(const std::string& ca
 // The latest call that rings here; null when none does.
 CallService::Call* CallService::ringing()
 {
-    const auto found = std::find_if(m_calls.rbegin(), m_calls.rend(),
-                                    [](const auto& call) { return call.record.rings() && !call.ended; });
+    const auto found = std::find_if(m_calls.rbegin(), m_calls.rend(), rings);
     return found == m_calls.rend() ? nullptr : &*found;
 }
 

@@ -507,4 +507,16 @@ TEST_F(Calls, AreAnsweredAndEndedByTheirIds)
     EXPECT_EQ(states(), std::vector<int>{2});
 }
 
+TEST_F(Calls, ThatWereRejectedAreNotTakenByWhoComesLater)
+{
+    auto& line = addLine("20");
+    line.answersClear = false;
+    line.ring({"1", ""});
+    const auto id = line.lastCall;
+    events.runPending();
+    EXPECT_TRUE(calls.end(id));
+    EXPECT_FALSE(calls.answer(id));
+    EXPECT_FALSE(calls.answer());
+}
+
 } // namespace
