@@ -5,11 +5,13 @@
 #include <utility>
 
 #include "app/PhoneLog.h"
+#include "directory/ContactText.h"
 
 namespace {
 
 constexpr char nSOURCE[] = "./phone/calls/pbx/PbxLine";
-constexpr std::size_t nMOST_CALLS = 16; // more do not come in
+constexpr std::size_t nMOST_CALLS = 16;      // more do not come in
+constexpr std::size_t nLONGEST_CALLER = 100; // characters
 
 struct Reason {
     std::string_view word; // an event's cause, or an error's value
@@ -200,8 +202,8 @@ void PbxLine::follow(const CstaCallEvent& event)
     auto call = callOf(event);
     if (call == m_calls.end()) {
         if (event.kind == Kind::Delivered && event.device == m_device && m_calls.size() < nMOST_CALLS)
-            m_calls.push_back(
-                {m_pObserver->callOffered(*this, {event.calling, ""}), event.connection.callId});
+            m_calls.push_back({m_pObserver->callOffered(*this, {fitText(event.calling, nLONGEST_CALLER), ""}),
+                               event.connection.callId});
         return;
     }
     switch (event.kind) {

@@ -621,6 +621,15 @@ TEST_F(PbxCalls, ComeInAndAreAnswered)
     EXPECT_EQ(calls.next(), "offered connected");
 }
 
+TEST_F(PbxCalls, ComeInWhateverTheCallerCallsHimself)
+{
+    connect();
+    peer.event(event("Delivered", "connection", "100",
+                     device("alertingDevice", "100") +
+                         device("callingDevice", "\u202E0301\n" + std::string(500, '2'))));
+    EXPECT_EQ(calls.next(), "offered by 0301 " + std::string(95, '2'));
+}
+
 TEST_F(PbxCalls, AreAnsweredOnceHoweverOftenThatIsAskedFor)
 {
     connect();
