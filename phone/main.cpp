@@ -30,6 +30,7 @@
 #include "directory/ldap/LdapPasswordCommand.h"
 #include "pictures/AddPictureCommand.h"
 #include "system/Log.h"
+#include "system/Translator.h"
 #include "web/PageFace.h"
 #include "web/Token.h"
 #include "web/WebServer.h"
@@ -65,13 +66,27 @@ Profile profileOf(const Arguments& arguments)
                                      : Profile::in(std::filesystem::absolute(arguments.profile));
 }
 
+OwnGroup ownGroupOf(const Configuration& configuration)
+{
+    const Translator translator(Resources::ofProgram().catalogues, configuration.text("language"));
+    return OwnGroup(translator.translate(OwnGroup::nKEY));
+}
+
 int importContacts(const Profile& profile, const std::filesystem::path& file, bool dryRun)
 {
     if (const auto made = profile.create(); !made)
         return refuse(made.error());
     const Configuration configuration(profile.configFile());
-    return runImport({file, profile.data, profile.pictures(), configuration.number("group-slots"), dryRun},
+    return runImport({file, profile.data, profile.pictures(), configuration.number("group-slots"), dryRun,
+                      ownGroupOf(configuration)},
                      std::cout, std::cerr);
+}
+
+int exportContacts(const Profile& profile, const std::filesystem::path& file, const std::string& version)
+{
+    const Configuration configuration(profile.configFile());
+    return runExport({file, profile.data, profile.pictures(), version, ownGroupOf(configuration)}, std::cout,
+                     std::cerr);
 }
 
 int restoreContacts(const Profile& profile, const std::filesystem::path& file)
@@ -252,7 +267,7 @@ int main(int argc, char** argv)
     if (*import)
         return importContacts(profile, file, dryRun);
     if (*exported)
-        return runExport({file, profile.data, profile.pictures(), version}, std::cout, std::cerr);
+        return exportContacts(profile, file, version);
     if (*backup)
         return runBackup({file, profile.data, profile.pictures()}, std::cout, std::cerr);
     if (*restore)

@@ -33,14 +33,15 @@ std::string pictureIn(const std::filesystem::path& file)
     return content ? std::move(content).value() : "";
 }
 
-Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std::filesystem::path& pictures)
+Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std::filesystem::path& pictures,
+                             const OwnGroup& ownGroup)
 {
     const auto groups = store.groupNames(0);
     if (!groups)
         return groups.error();
     const auto groupName = [&](int slot) {
         const auto index = static_cast<std::size_t>(slot);
-        return slot > 0 && index <= groups.value().size() ? groups.value()[index - 1] : "";
+        return slot > 0 && index <= groups.value().size() ? ownGroup.shown(groups.value()[index - 1]) : "";
     };
     std::size_t count = 0;
     Result<void> written;
@@ -62,15 +63,15 @@ Result<std::size_t> writeAll(ContactStore& store, CardWriter& writer, const std:
 }
 
 Result<std::size_t> exportBook(const std::filesystem::path& book, const std::filesystem::path& pictures,
-                               const std::filesystem::path& part, const std::string& version)
+                               const std::filesystem::path& part, const ExportOptions& options)
 {
     ContactStore store(book, "");
     if (store.state() == ContactStore::State::Unusable)
         return Error{ErrorCode::Malformed, store.notice()};
-    auto writer = CardWriter::open(part, version);
+    auto writer = CardWriter::open(part, options.version);
     if (!writer)
         return writer.error();
-    return writeAll(store, *writer.value(), pictures);
+    return writeAll(store, *writer.value(), pictures, options.ownGroup);
 }
 
 Result<std::size_t> replaceFile(const ExportOptions& options)
@@ -86,7 +87,7 @@ Result<std::size_t> replaceFile(const ExportOptions& options)
     auto file = NewFile::beside(target.value());
     if (!file)
         return file.error();
-    auto count = exportBook(book.value(), pictures, file.value().part(), options.version);
+    auto count = exportBook(book.value(), pictures, file.value().part(), options);
     if (!count)
         return count;
     if (const auto placed = file.value().putInPlace(); !placed)

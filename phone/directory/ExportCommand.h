@@ -6,11 +6,14 @@
 #include <iosfwd>
 #include <string>
 
+#include "OwnGroup.h"
+
 struct ExportOptions {
     std::filesystem::path file;
     std::filesystem::path profile;  // the folder of the contacts
     std::filesystem::path pictures; // "": the profile's pictures/
     std::string version = "3.0";    // of the cards: "2.1", "3.0" or "4.0"
+    OwnGroup ownGroup{};
 };
 
 // Gives the program's exit code: 0 done, 1 failed. The file is whole, or as it was before. What is there

@@ -150,7 +150,7 @@ int runImport(const ImportOptions& options, std::ostream& out, std::ostream& err
         return fail(store.notice(), errors);
 
     const auto pictures = options.pictures.empty() ? options.profile / "pictures" : options.pictures;
-    Importer importer(store, pictures, options.groupSlots);
+    Importer importer(store, pictures, options.groupSlots, options.ownGroup);
     ProgressBar reading(errors, "Reading");
     if (const auto read = importer.read(options.file, std::ref(reading)); !read)
         return fail(read.error().sentence, errors);

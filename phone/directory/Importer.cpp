@@ -118,9 +118,10 @@ struct Importer::Stage {
     std::unique_ptr<Statement> get;
 };
 
-Importer::Importer(ContactStore& store, std::filesystem::path pictures, int groupSlots)
+Importer::Importer(ContactStore& store, std::filesystem::path pictures, int groupSlots, OwnGroup ownGroup)
     : m_store(store)
     , m_pictures(std::move(pictures))
+    , m_ownGroup(std::move(ownGroup))
     , m_groupNames(static_cast<std::size_t>(groupSlots))
 {
 }
@@ -385,12 +386,13 @@ int Importer::groupFor(PlannedCard& card)
 {
     if (card.groups.empty())
         return 0;
-    const auto& name = card.groups.front();
+    const auto& shown = card.groups.front();
+    const auto name = m_ownGroup.stored(shown);
     auto found = std::find(m_groupNames.begin(), m_groupNames.end(), name);
     if (found == m_groupNames.end()) {
         found = std::find(m_groupNames.begin(), m_groupNames.end(), "");
         if (found == m_groupNames.end()) {
-            card.problems.push_back("there is no room for the group \"" + name + "\": all " +
+            card.problems.push_back("there is no room for the group \"" + shown + "\": all " +
                                     std::to_string(m_groupNames.size()) + " groups are in use");
             return 0;
         }

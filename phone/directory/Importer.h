@@ -21,6 +21,7 @@
 
 #include "Cards.h"
 #include "ContactStore.h"
+#include "OwnGroup.h"
 #include "app/Result.h"
 
 enum class CardFate { New, Changed, Same, Invalid };
@@ -47,7 +48,8 @@ class Importer {
 public:
     // Pictures are kept in the folder `pictures`; there are `groupSlots` groups at most. The store
     // outlives the importer.
-    Importer(ContactStore& store, std::filesystem::path pictures, int groupSlots);
+    Importer(ContactStore& store, std::filesystem::path pictures, int groupSlots,
+             OwnGroup ownGroup = OwnGroup());
     ~Importer();
 
     Importer(const Importer&) = delete;
@@ -88,6 +90,7 @@ private:
 
     ContactStore& m_store;
     const std::filesystem::path m_pictures;
+    const OwnGroup m_ownGroup;
     std::unique_ptr<Stage> m_pStage;
     std::vector<PlannedCard> m_cards;
     std::vector<std::optional<Contact>> m_before; // the contact that each card belongs to

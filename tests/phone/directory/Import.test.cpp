@@ -42,6 +42,7 @@ public:
         options.profile = folder.path();
         options.dryRun = dryRun;
         options.groupSlots = groupSlots;
+        options.ownGroup = ownGroup;
         out.str("");
         errors.str("");
         return runImport(options, out, errors);
@@ -88,12 +89,14 @@ public:
         options.file = folder / "out.vcf";
         options.profile = folder.path();
         options.version = version;
+        options.ownGroup = ownGroup;
         EXPECT_EQ(runExport(options, out, errors), 0) << errors.str();
         return contentOf(options.file);
     }
 
     TemporaryFolder folder;
     int groupSlots = 20;
+    OwnGroup ownGroup;
     std::ostringstream out;
     std::ostringstream errors;
 };
@@ -227,6 +230,26 @@ TEST_F(Import, ExportsAGroupThatThereWasNoRoomFor)
 
     edit([](Contact& contact) { contact.group = 1; }, 1);
     EXPECT_NE(exported().find("CATEGORIES:Work,Choir,Club\r\n"), std::string::npos);
+}
+
+TEST_F(Import, NamesTheTelephonesOwnGroupToOthersAsItIsShown)
+{
+    ownGroup = OwnGroup("Kopierte Kontakte");
+    import(card("N:A;;;;\r\nTEL:1\r\nCATEGORIES:Work\r\n"));
+    {
+        ContactStore store(DirectoryService::fileIn(folder.path()), "");
+        ASSERT_TRUE(store.writeGroupNames({"Work", OwnGroup::nKEY}, {}).ok());
+    }
+    edit([](Contact& contact) { contact.group = 2; });
+    const auto cards = exported();
+    EXPECT_NE(cards.find("CATEGORIES:Kopierte Kontakte\r\n"), std::string::npos) << cards;
+
+    Phonebook other;
+    other.ownGroup = ownGroup;
+    EXPECT_EQ(other.import(cards), 0);
+    ContactStore store(DirectoryService::fileIn(other.folder.path()), "");
+    EXPECT_EQ(store.groupNames(1).value(), std::vector<std::string>{OwnGroup::nKEY});
+    EXPECT_EQ(other.exported(), cards);
 }
 
 TEST_F(Import, KeepsPicturesOnce)
