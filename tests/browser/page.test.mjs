@@ -505,7 +505,7 @@ describe("the page of an empty phonebook", () => {
   test("says how to add contacts", async () => {
     telephone = await new Telephone().start();
     page = await openPage(browser, telephone);
-    await expectText(page.locator("#display"), "import");
+    await expectText(page.locator("#display"), "Phonebook > Menu > New contact");
     await page.context().close();
     await telephone.end();
   });
