@@ -103,12 +103,13 @@ function buildKeypad() {
 let heldKey = "";
 let holdTimer = 0;
 document.addEventListener("pointerdown", (event) => {
-  const button = event.target instanceof Element ? event.target.closest("button[data-hold]") : null;
+  const button = event.target instanceof Element ? event.target.closest("button[data-key]") : null;
+  const held = button?.getAttribute("data-hold") ?? screen.heldKey(button?.getAttribute("data-key") ?? "");
   heldKey = "";
   clearTimeout(holdTimer);
-  if (button)
+  if (held)
     holdTimer = setTimeout(() => {
-      heldKey = button.getAttribute("data-hold") ?? "";
+      heldKey = held;
       press(heldKey);
     }, HOLD);
 });

@@ -145,6 +145,16 @@ export class ScreenView {
     return this.mode === "123" && key.startsWith("text:") && /\p{L}/u.test(key.slice("text:".length));
   }
 
+  /**
+   * What a digit key gives that is held down: where it enters letters the digit, elsewhere the 0 the plus sign.
+   * @param {string} key
+   */
+  heldKey(key) {
+    if (/^[0-9]$/.test(key) && /abc/i.test(this.mode))
+      return `text:${key}`;
+    return key === "0" ? "text:+" : "";
+  }
+
   /** What the digit keys enter, as desk telephones write it; "" when they dial or mean nothing. @param {Frame} frame */
   inputMode({ base, popup, signs, tabBarFocused }) {
     if (popup?.role === "dialler")

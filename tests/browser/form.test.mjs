@@ -133,6 +133,21 @@ describe("a form", () => {
     await page.getByRole("option", { name: "Ni", exact: true }).waitFor();
   });
 
+  test("takes a digit for a letter's key that is held down, and the plus sign for 0 in a number", async () => {
+    const hold = (name) => key(name).click({ delay: 800 });
+    await openForm();
+    await key("2").click();
+    await hold("2");
+    await hold("0");
+    await expectValue(field("Last name"), "A20");
+    await press("ArrowDown", "ArrowDown");
+    await expectFocus(field("Office"));
+    await hold("0");
+    await key("4").click();
+    await hold("9");
+    await expectValue(field("Office"), "+49");
+  });
+
   test("loses, doubles and swaps no letter however fast one types", async () => {
     await openForm();
     const limit = Number(await field("Last name").evaluate((input) => input.dataset.limit));
