@@ -632,7 +632,7 @@ describe("a finger", () => {
     const scrolled = await page.evaluate(() => scrollY);
     await key("2").tap();
     await key("2").tap();
-    await expectValue(field("Last name"), "b");
+    await expectValue(field("Last name"), "B");
     assert.equal(await page.evaluate(() => scrollY), scrolled);
   });
 
