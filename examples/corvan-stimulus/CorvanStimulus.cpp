@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include <framework/Phonelet.h>
 #include <framework/PhoneletContext.h>
@@ -28,6 +29,7 @@ using DisplayAPI::Key;
 namespace {
 
 constexpr std::size_t LINES = 6;
+constexpr char LEAVE[] = "leave"; // the key that tells the PBX that nobody looks any more
 
 // The name of a key for the PBX; "" when it is the telephone's own.
 std::string buttonOf(const Key& key)
@@ -149,8 +151,10 @@ public:
     }
     void hide() override
     {
-        m_isShown = false;
         m_screen.clear();
+        // What the PBX still shows the phonebook would take for lines of a call.
+        if (std::exchange(m_isShown, false))
+            press(LEAVE);
     }
 
     void deliverEvent(CSTAEvent* event) override { event->dispatch(this); }
@@ -199,7 +203,12 @@ private:
                known->getFeatureData().Availability == content_feature_available;
     }
 
-    void leave() { getPhoneletHandle()->leave(m_pContext->getName()); }
+    // The PBX knows: it has closed what is left.
+    void leave()
+    {
+        m_isShown = false;
+        getPhoneletHandle()->leave(m_pContext->getName());
+    }
 
     void press(const std::string& button)
     {

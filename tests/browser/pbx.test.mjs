@@ -91,6 +91,16 @@ describe("the phonebook of a PBX", () => {
     await line("PBX phonebook").waitFor();
   });
 
+  test("leaves none of its lines beside the contacts, also in a call", async () => {
+    await page.getByRole("option", { name: "Adams, Bob" }).waitFor();
+    await press("Enter");
+    await expectText(page.locator("#calls .state"), "Connected");
+    await enter();
+    await press("F6");
+    await current("Contacts").waitFor();
+    await page.locator("#window").waitFor({ state: "hidden" });
+  });
+
   test("goes when it is switched off, and comes back", async () => {
     await enter();
     await press("ArrowUp");

@@ -138,6 +138,7 @@ TEST_F(PbxTabOfAPhone, IsLeftByTheTabKey)
     press("phonebook");
     EXPECT_TRUE(showsNo("PBX directory"));
     EXPECT_TRUE(shows("Contacts"));
+    EXPECT_NE(pbx.receive().xml.find("<button>leave</button>"), std::string::npos);
 }
 
 TEST_F(PbxTabOfAPhone, GoesWhileItIsCurrent)

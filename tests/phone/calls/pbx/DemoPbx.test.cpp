@@ -142,6 +142,17 @@ TEST_F(DemonstrationPbx, ShowsItsPhonebookAndTakesKeys)
     EXPECT_EQ(rows(6), "4 \n3 \n0 PBX phonebook\n1 Dorn, Felix\n2 Extension 2104\n5 OK: back\n");
 }
 
+TEST_F(DemonstrationPbx, LeavesNothingOnTheDisplayOfWhoHasLeft)
+{
+    attach();
+    ASSERT_TRUE(activate());
+    rows(6);
+    press("leave");
+    EXPECT_EQ(rows(1), "0 \n");
+    ASSERT_TRUE(activate());
+    EXPECT_EQ(rows(1), "0 PBX phonebook\n");
+}
+
 TEST_F(DemonstrationPbx, SwitchesItsPhonebookOff)
 {
     attach();
