@@ -91,6 +91,11 @@ public:
         }
         if (all.empty())
             return std::nullopt;
+        // Whoever ends a surname with a comma sees that in rows with a first name only.
+        const auto surname = valueOf(criteria, Utils::SURNAME);
+        const bool isWhole = !surname.empty() && surname.find('*') == std::string::npos;
+        if (isWhole && !m_nicknames && valueOf(criteria, Utils::FIRSTNAME).empty())
+            m_filter.beginnings.push_back({Utils::FIRSTNAME, ""});
         m_filter.text = "(&" + m_settings.baseFilter + all + ")";
         return std::move(m_filter);
     }

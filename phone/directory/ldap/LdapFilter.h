@@ -46,7 +46,7 @@ struct LdapFilter {
     std::vector<NumberTest> numbers;
 
     // How a text field begins that an entry was found by: as asked for, up to the first `*`. Another
-    // value or another name of the entry may have matched instead.
+    // value or another name of the entry may have matched instead. "": any beginning, but of something.
     struct Beginning {
         std::string field; // Utils::SURNAME and so on
         std::string text;

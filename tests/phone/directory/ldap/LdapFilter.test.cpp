@@ -122,6 +122,19 @@ TEST_F(Filter, RemembersHowTheTextThatWasAskedForBegins)
     EXPECT_TRUE(asked->beginnings[1].isOf("\u00fclm"));
 }
 
+TEST_F(Filter, RemembersThatAFirstNameFollowsAWholeSurname)
+{
+    const auto firstName = [this](const AttributeList& criteria) {
+        const auto asked = ldapFilterOf(criteria, settings, false);
+        return asked->beginnings.back().field == Utils::FIRSTNAME ? asked->beginnings.back().text : "none";
+    };
+    EXPECT_EQ(firstName({{Utils::SURNAME, "miller"}}), "");
+    EXPECT_EQ(firstName({{Utils::SURNAME, "miller"}, {Utils::FIRSTNAME, "a*"}}), "a");
+    EXPECT_EQ(firstName({{Utils::SURNAME, "mil*"}}), "none");
+    settings.nickname = true;
+    EXPECT_EQ(firstName({{Utils::SURNAME, "miller"}, {Utils::NICKNAME, "miller"}}), "none");
+}
+
 TEST_F(Filter, FindsEntriesWithoutSurnameByTheirDisplayNameWhereThereAreSuch)
 {
     settings.attributes.findsByDisplayName = true;
