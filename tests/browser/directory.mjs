@@ -96,43 +96,17 @@ export class Slapd {
   }
 }
 
-// A directory's way is long: what it says takes some time.
-export class FarDirectory {
-  /** @param {Slapd} directory @param {number} delay in ms */
-  constructor(directory, delay) {
-    this.server = createServer((socket) => {
-      const there = connect(directory.port, "127.0.0.1");
-      for (const [one, other] of [[socket, there], [there, socket]])
-        one.on("error", () => other.destroy()).on("close", () => other.destroy());
-      socket.pipe(there);
-      there.on("data", (said) => setTimeout(() => socket.write(said), delay));
-    });
-  }
-
-  async start() {
-    this.port = await listen(this.server);
-    return this;
-  }
-
-  get config() {
-    return configurationFor(this.port);
-  }
-
-  async end() {
-    await new Promise((resolve) => this.server.close(resolve));
-  }
-}
-
-// Accepts, and never says a word.
-export class SilentDirectory {
-  constructor() {
+// A server on a port of its own in a directory's place.
+class StandIn {
+  /** @param {(socket: import("node:net").Socket) => void} serve */
+  constructor(serve) {
     /** @type {Set<import("node:net").Socket>} */
     this.sockets = new Set();
     this.server = createServer((socket) => {
       this.sockets.add(socket);
       socket.on("error", () => {}); // the telephone hangs up as it likes
       socket.on("close", () => this.sockets.delete(socket));
-      socket.resume();
+      serve(socket);
     });
   }
 
@@ -149,5 +123,26 @@ export class SilentDirectory {
     for (const socket of this.sockets)
       socket.destroy();
     await new Promise((resolve) => this.server.close(resolve));
+  }
+}
+
+// A directory's way is long: what it says takes some time.
+export class FarDirectory extends StandIn {
+  /** @param {Slapd} directory @param {number} delay in ms */
+  constructor(directory, delay) {
+    super((socket) => {
+      const there = connect(directory.port, "127.0.0.1");
+      there.on("error", () => {}).on("close", () => socket.destroy());
+      socket.on("close", () => there.destroy());
+      socket.pipe(there);
+      there.on("data", (said) => setTimeout(() => socket.write(said), delay));
+    });
+  }
+}
+
+// Accepts, and never says a word.
+export class SilentDirectory extends StandIn {
+  constructor() {
+    super((socket) => socket.resume());
   }
 }
