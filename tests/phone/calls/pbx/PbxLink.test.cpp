@@ -131,6 +131,19 @@ TEST_F(Link, IsUpWithAPbxThatKnowsNothingOfFeatures)
     EXPECT_EQ(heard(), "up ");
 }
 
+TEST_F(Link, TellsNoEventsBeforeItIsUp)
+{
+    start();
+    ASSERT_TRUE(pbx.accept());
+    pbx.answer("<MonitorStartResponse><monitorCrossRefID>m1</monitorCrossRefID></MonitorStartResponse>");
+    pbx.event(delivered("m1", "7"));
+    pbx.answer("<RequestSystemStatusResponse><systemStatus>normal</systemStatus>"
+               "</RequestSystemStatusResponse>");
+    EXPECT_EQ(heard(), "up normal");
+    pbx.event(delivered("m1", "8"));
+    EXPECT_EQ(heard(), "call 8");
+}
+
 TEST_F(Link, GivesEveryRequestItsAnswer)
 {
     connect();
